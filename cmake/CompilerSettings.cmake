@@ -1,0 +1,44 @@
+# What every target of this project is compiled with: an interface library, so that nothing leaks
+# into what find_package brings.
+add_library(project_settings INTERFACE)
+target_include_directories(project_settings INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(project_settings INTERFACE -Wall -Wextra -Wconversion -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Members carry the interface's own names, so a parameter may shadow a member but never a local.
+  # A library with unique symbols can't be unloaded.
+  target_compile_options(project_settings INTERFACE -Wshadow=local -fno-gnu-unique)
+else()
+  target_compile_options(project_settings INTERFACE -Wthread-safety)
+endif()
+target_compile_definitions(project_settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+
+if(QUENLATRIX_SANITIZE)
+  target_compile_options(project_settings INTERFACE -fsanitize=${QUENLATRIX_SANITIZE}
+                         -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(project_settings INTERFACE -fsanitize=${QUENLATRIX_SANITIZE})
+endif()
+if(QUENLATRIX_FUZZ)
+  target_compile_options(project_settings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+if(QUENLATRIX_TIDY)
+  find_program(CLANG_TIDY_PROGRAM clang-tidy REQUIRED)
+  set(CMAKE_CXX_CLANG_TIDY ${CLANG_TIDY_PROGRAM} --quiet)
+endif()
+
+# A folder of src/ as one static library.
+function(quenlatrix_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC project_settings ${ARG_LIBRARIES})
+endfunction()
+
+# A program: under AddressSanitizer it carries the defaults that let it share its process with a VM.
+function(quenlatrix_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE project_settings ${ARG_LIBRARIES})
+  if(QUENLATRIX_SANITIZE MATCHES "address")
+    target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/sanitizer_defaults.cpp)
+  endif()
+endfunction()
