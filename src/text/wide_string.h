@@ -1,0 +1,74 @@
+#pragma once
+
+#include <memory>
+
+// The wide string that every name, identifier, type description and text value travels in.
+//
+// Characters are wchar_t holding UTF-32 code points. The text is kept in one heap buffer, null for
+// the empty string. A narrow copy in the process's multibyte encoding (LC_CTYPE) is made on demand
+// and kept until the text changes. An argument may point into the string's own text or narrow copy.
+//
+// Failed conversions show in the results; a failed allocation throws std::bad_alloc.
+//
+// Threads: none at all may share one string, not even for reading: getCharPtr() and find() change
+// the narrow copy of a const string.
+class WideString {
+ public:
+  // The process-wide empty string.
+  static const WideString empty;
+
+  constexpr WideString() noexcept = default;
+  WideString(char const* s);
+  WideString(wchar_t const* s);
+  WideString(WideString const& o);
+  WideString(WideString&& o) noexcept = default;
+  ~WideString() = default;
+
+  // Copies the wide text alone. What is moved from is empty.
+  WideString& operator=(WideString const& o);
+  WideString& operator=(WideString&& o) noexcept = default;
+
+  // Takes the text over. Null, empty or (narrow) undecodable text leaves the string empty.
+  WideString& assign(char const* s);
+  WideString& assign(wchar_t const* s);
+  // The first `count` characters of `s`, in a buffer of count + 1 characters that is filled up with
+  // NULs. `count` must not be negative.
+  WideString& assign(wchar_t const* s, int count);
+
+  // Appends `s`; null, or narrow text that can't be decoded, leaves the text as it is. (Appending
+  // an empty wide text to an empty string gives it a buffer that holds just the terminator.)
+  WideString& append(wchar_t const* s);
+  WideString& append(char const* s);
+
+  // The text, or null for the empty string. Lent until the string is changed or destroyed.
+  wchar_t const* getWCharPtr() const noexcept { return wideBuffer.get(); }
+
+  // The narrow copy, or null if the string is empty or has a character that the encoding lacks. It
+  // is never longer in bytes than the text is in characters: where characters take several bytes,
+  // it is cut after the last whole one that fits. Lent until the string is changed or destroyed.
+  char* getCharPtr() const;
+
+  // `s` converted as assign and getCharPtr do, without touching the string; null if `s` is null or
+  // can't be converted. The caller frees the result with delete[].
+  wchar_t* allocConvert(char const* s) const;
+  char* allocConvert(wchar_t const* s) const;
+
+  // Below, equal to or above 0, as the text stands to `s`, looking at no more than `count`
+  // characters if `count` isn't 0. The empty string and null are equal and stand before all others.
+  int compare(wchar_t const* s, int count) const;
+  // The same with the case rule of wcsicmp.
+  int compareNoCase(wchar_t const* s, int count) const;
+
+  // At most `count` characters from `start`, the rest of the text for a `count` of -1. Empty if
+  // `start` isn't within the text.
+  WideString substr(int start, int count) const;
+
+  // Where `s` begins in the text, or -1: a byte offset in the narrow copy, and so the character
+  // index where all characters before it are single bytes. -1 on the empty string and where either
+  // text can't be converted; otherwise nothing (null or empty) is found at 0.
+  int find(wchar_t const* s) const;
+
+ private:
+  std::unique_ptr<wchar_t[]> wideBuffer;
+  mutable std::unique_ptr<char[]> narrowCopy;
+};

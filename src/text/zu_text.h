@@ -1,0 +1,155 @@
+#pragma once
+
+#include <cstdarg>
+#include <cstdint>
+#include <string>
+
+#include "text/zu_data.h"
+
+// Narrow text on a byte buffer. The terminating NUL counts in the data size, so the length is the
+// data size less one; a data size below 2 is the empty text. Comparisons ignore case, by the C
+// library's rules for the process's locale, unless asked not to. A null text counts as an empty one
+// where nothing else is said.
+//
+// Storage, failures and threads as in ZuData.
+class ZuText : public ZuData {
+ public:
+  // What GetTextEx gives for an empty text.
+  static constexpr char EmptyString[] = "";
+
+  ZuText() = default;
+  // Empty, with room for `n` characters.
+  explicit ZuText(unsigned long n);
+  ZuText(char const* s);
+  // At most `n` characters of `s`.
+  ZuText(char const* s, unsigned long n);
+  // One character; NUL gives the empty text.
+  ZuText(char c);
+  ZuText(unsigned char c);
+  ZuText(ZuText const& o) = default;
+  ~ZuText() override = default;
+
+  ZuText& operator=(ZuText const& o);
+  ZuText& operator=(char const* s);
+  ZuText& operator=(char c);
+  // Numbers in decimal digits.
+  ZuText& operator=(int v);
+  ZuText& operator=(long v);
+  ZuText& operator=(long long v);
+  ZuText& operator=(unsigned int v);
+  ZuText& operator=(unsigned long v);
+  ZuText& operator=(unsigned long long v);
+
+  // Append; what finds no room changes nothing (an empty text takes what fits of a char const*).
+  ZuText& operator+=(ZuText const& t);
+  ZuText& operator+=(char const* s);
+  ZuText& operator+=(char c);
+  ZuText& operator+=(int v);
+  ZuText& operator+=(long v);
+  ZuText& operator+=(long long v);
+  ZuText& operator+=(unsigned int v);
+  ZuText& operator+=(unsigned long v);
+  ZuText& operator+=(unsigned long long v);
+
+  // The text length. Setting it terminates the text there; the bytes that a longer text gains are
+  // for the caller to write. Gives the data size as it then is.
+  unsigned long SetUsableDataSize(unsigned long n) override;
+  unsigned long GetUsableDataSize() const override;
+  bool SetBufferSize(unsigned long n) override;
+
+  // Whether both are the same text, or `o` holds nothing before a NUL and this is empty.
+  bool Equals(ZuData const& o) const override;
+  // Whether the first `n` characters agree; `n` 0 agrees with the empty text only, a null `s` only
+  // with a text that never had a buffer.
+  bool Equals(char const* s, unsigned long n) const override;
+
+  unsigned long SetEqualTo(ZuData const& o) override;
+  // `n` characters, terminated; the empty text for `n` 0. Cut to what fits a buffer that can't
+  // grow.
+  unsigned long SetEqualTo(void const* s, unsigned long n, unsigned long minSize) override;
+
+  void Copy(ZuData& out, unsigned long start, unsigned long count) const override;
+  // To memory: a `dst` that was filled to its end has its last byte overwritten by NUL, one that
+  // got nothing its first. (So part of a text that doesn't fill `dst` comes without a terminator.)
+  // They give the number of characters copied.
+  unsigned long Copy(unsigned char* dst, unsigned long dstSize) const override;
+  unsigned long Copy(unsigned char* dst, unsigned long dstSize, unsigned long start,
+                     unsigned long count) const override;
+
+  virtual unsigned long GetSize() const;
+
+  // Replaces the `count` characters from `pos` by `t`; an empty text becomes a copy of `t`.
+  virtual void ReplaceText(unsigned long pos, unsigned long count, ZuText const& t);
+  // Replaces every `find`, left to right; what was put in isn't searched again. Not regarding case
+  // means by the case tables. Once there is no room for a replacement, no more are made.
+  virtual void ReplaceAll(ZuText const& find, ZuText const& repl);
+  virtual void ReplaceAll(ZuText const& find, ZuText const& repl, bool caseSensitive);
+  // Replaces the `n`-th `find`, counted from 1, if there are as many; not regarding case means by
+  // the C library's rules.
+  virtual void ReplaceOccurrence(ZuText const& find, ZuText const& repl, unsigned long n,
+                                 bool caseSensitive);
+
+  // Case-sensitive: identical bytes and size; the whole text is the `n` characters of `s` (`n` 0
+  // then agrees with a data size of 0 only). Otherwise as the forms without the flag.
+  virtual bool Equals(ZuData const& o, bool caseSensitive) const;
+  virtual bool Equals(char const* s, unsigned long n, bool caseSensitive) const;
+  // Whether the first min(length, `n`) bytes agree, without case by the tables. An empty text
+  // agrees with `n` 0 only, and no other text does.
+  virtual bool FirstNEquals(char const* s, unsigned long n, bool caseSensitive) const;
+
+  // The text, never null.
+  char const* GetTextEx() const;
+  // The buffer, null when nothing was ever stored.
+  char* GetText() const { return reinterpret_cast<char*>(buffer); }
+
+  bool operator==(ZuText const& t) const { return Equals(static_cast<ZuData const&>(t)); }
+  bool operator!=(ZuText const& t) const { return Order(t) != 0; }
+  bool operator<(ZuText const& t) const { return Order(t) < 0; }
+  bool operator>(ZuText const& t) const { return Order(t) > 0; }
+  bool operator<=(ZuText const& t) const { return Order(t) <= 0; }
+  bool operator>=(ZuText const& t) const { return Order(t) >= 0; }
+  bool operator==(char const* s) const { return Compare(s) == 0; }
+  bool operator!=(char const* s) const { return Compare(s) != 0; }
+
+  // Below, equal to or above 0, as this text stands to `s` or to the first `n` characters of both.
+  int Compare(char const* s) const;
+  int Compare(char const* s, unsigned long n) const;
+  // Whether the text begins with `s`.
+  bool CiEquals(char const* s) const;
+  // Whether the text begins with `t`.
+  bool CompareLeft(ZuText const& t) const;
+
+  // Parts of the text, cut to what there is. `out` may be this text.
+  void Left(ZuText& out, unsigned long n) const;
+  void Right(ZuText& out, unsigned long n) const;
+  void Mid(ZuText& out, unsigned long start, unsigned long count) const;
+
+  // By the case tables: ASCII and Latin-1 letters.
+  void UpperCase();
+  void LowerCase();
+  void Reverse();
+
+  // A 32-bit number as "%u" reads it; 0 if there is none.
+  unsigned long GetTextAsULong() const;
+  // Binary digits, most significant first, the low 32 bits of their value; 0 if there is any other
+  // character.
+  std::uint32_t GetTextAsBitMask() const;
+  // A '*' for each character.
+  std::string GetStars() const;
+
+  // printf formats, cut at 10239 characters; numbers as in the C locale. A null or empty `fmt` adds
+  // nothing. An argument of the forms that set must not be this text.
+  [[gnu::format(printf, 2, 3)]] void Format(char const* fmt, ...);
+  [[gnu::format(printf, 2, 3)]] void AppendFormat(char const* fmt, ...);
+  [[gnu::format(printf, 2, 0)]] void VArgFormat(char const* fmt, va_list args);
+  [[gnu::format(printf, 2, 0)]] void VArgAppFormat(char const* fmt, va_list args);
+
+ private:
+  bool IsEmptyText() const { return dataSize < 2; }
+  // Makes the last byte of the data, or the first of the buffer if there is no data, the
+  // terminator.
+  void Terminate();
+  void AppendTerminator();
+  int Order(ZuText const& t) const;
+  void ReplaceAllWithoutCase(ZuText const& find, ZuText const& repl);
+};
