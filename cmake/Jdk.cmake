@@ -67,7 +67,7 @@ function(quenlatrix_jar target)
     set(ARG_RELEASE ${JDK_OLDEST_RELEASE})
   endif()
   set(classes "${CMAKE_CURRENT_BINARY_DIR}/${target}.classes")
-  list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+  list(TRANSFORM ARG_SOURCES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/" REGEX "^[^/]")
   add_custom_command(
     OUTPUT "${ARG_OUTPUT}"
     COMMAND ${CMAKE_COMMAND} -E rm -rf "${classes}"

@@ -1,0 +1,6 @@
+package beans;
+
+/** What becomes of an exception from the constructor? */
+public class ThrowingConstructor {
+  public ThrowingConstructor() { throw new IllegalStateException("constructor"); }
+}

@@ -1,0 +1,6 @@
+package beans;
+
+/** What becomes of an exception from the static initialiser? */
+public class ThrowingInitializer {
+  static final int VALUE = Integer.parseInt("no number");
+}
