@@ -1,0 +1,153 @@
+#include "os/mutex.h"
+
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <future>
+#include <thread>
+#include <vector>
+
+namespace {
+
+static_assert(offsetof(Mutex, mode) < offsetof(Mutex, data));
+static_assert(offsetof(OSMUTEXDATA, lockCount) < offsetof(OSMUTEXDATA, owner) &&
+              offsetof(OSMUTEXDATA, owner) < offsetof(OSMUTEXDATA, guard) &&
+              offsetof(OSMUTEXDATA, guard) < offsetof(OSMUTEXDATA, mainMutex));
+
+// What another thread gets when it tries; it gives the mutex back.
+int TryElsewhere(Mutex& mutex) {
+  return std::async(std::launch::async,
+                    [&mutex] {
+                      const int status = mutex.TryLock();
+                      if (status == 0) {
+                        mutex.UnLock();
+                      }
+                      return status;
+                    })
+      .get();
+}
+
+// Reads, lets others run, and writes back: loses counts unless it runs alone.
+void CountSlowly(Mutex& mutex, volatile int& count) {
+  const MutexLock lock(mutex);
+  const MutexLock again(mutex);
+  const int before = count;
+  if (before % 8 == 0) {
+    sched_yield();
+  }
+  count = before + 1;
+}
+
+class MutexTest : public testing::TestWithParam<Mutex::MutexMode> {
+ protected:
+  ~MutexTest() override { mutex.DestroyMutex(); }
+  Mutex mutex{GetParam()};
+};
+
+TEST_P(MutexTest, IsHeldUntilGivenBackAsOftenAsItWasTaken) {
+  EXPECT_EQ(mutex.Lock(), 0);
+  EXPECT_EQ(mutex.TryLock(), 0);
+  EXPECT_EQ(mutex.data.lockCount, 2u);
+  EXPECT_EQ(mutex.UnLock(), 0);
+  EXPECT_EQ(TryElsewhere(mutex), 1);
+  EXPECT_EQ(mutex.UnLock(), 0);
+  EXPECT_EQ(TryElsewhere(mutex), 0);
+  EXPECT_EQ(mutex.data.owner, pthread_t{});
+}
+
+TEST_P(MutexTest, KeepsThreadsApart) {
+  volatile int count = 0;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
+      for (int round = 0; round < 2000; ++round) {
+        CountSlowly(mutex, count);
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ(count, 8000);
+}
+
+TEST_P(MutexTest, GivingBackAFreeMutexDoesNotHarmIt) {
+  EXPECT_EQ(mutex.UnLock(), 0);
+  EXPECT_EQ(mutex.Lock(), 0);
+  EXPECT_EQ(TryElsewhere(mutex), 1);
+  EXPECT_EQ(mutex.UnLock(), 0);
+  EXPECT_EQ(TryElsewhere(mutex), 0);
+}
+
+TEST_P(MutexTest, CanBeDestroyedAndCreatedAgain) {
+  EXPECT_TRUE(mutex.DestroyMutex());
+  EXPECT_EQ(mutex.data.mainMutex, nullptr);
+  EXPECT_EQ(mutex.Lock(), 1);
+  EXPECT_EQ(mutex.TryLock(), 1);
+  EXPECT_EQ(mutex.UnLock(), 1);
+  EXPECT_EQ(mutex.Destroy(), 1);
+  EXPECT_EQ(mutex.Release(), 1);
+  EXPECT_TRUE(mutex.DestroyMutex());
+
+  EXPECT_TRUE(mutex.CreateMutex(GetParam()));
+  EXPECT_EQ(mutex.Lock(), 0);
+  EXPECT_EQ(TryElsewhere(mutex), 1);
+  EXPECT_EQ(mutex.UnLock(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, MutexTest, testing::Values(Mutex::Private, Mutex::Shared));
+
+TEST(Mutex, IsUncreatedByDefault) {
+  Mutex mutex;
+  EXPECT_EQ(mutex.mode, Mutex::Private);
+  EXPECT_EQ(mutex.data.mainMutex, nullptr);
+  EXPECT_EQ(mutex.Lock(), 1);
+}
+
+TEST(Mutex, SharedModeKeepsAForkedProcessOut) {
+  constexpr int kRounds = 20000;
+  auto* const count = static_cast<volatile int*>(
+      mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+  Mutex mutex(Mutex::Shared);
+  const pid_t child = fork();
+  ASSERT_NE(child, -1);
+  if (child == 0) {
+    alarm(60);  // A wake-up that gets lost must not leave a process behind.
+  }
+  for (int round = 0; round < kRounds; ++round) {
+    CountSlowly(mutex, *count);
+  }
+  if (child == 0) {
+    _exit(0);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(*count, 2 * kRounds);
+  mutex.DestroyMutex();
+  munmap(const_cast<int*>(count), sizeof(int));
+}
+
+TEST(Mutex, SharedModeThrowsOneWhenNoDescriptorIsLeft) {
+  rlimit before = {};
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none = {0, before.rlim_max};
+  Mutex mutex;
+  int thrown = 0;
+  setrlimit(RLIMIT_NOFILE, &none);
+  try {
+    mutex.CreateMutex(Mutex::Shared);
+  } catch (int value) {
+    thrown = value;
+  }
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(thrown, 1);
+  EXPECT_EQ(mutex.Lock(), 1);
+}
+
+}  // namespace
