@@ -1,0 +1,197 @@
+#include "text/wide_string.h"
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "tests/support/locales.h"
+
+namespace {
+
+std::wstring Text(WideString const& s) {
+  return s.getWCharPtr() == nullptr ? L"(none)" : s.getWCharPtr();
+}
+
+std::string Narrow(WideString const& s) {
+  return s.getCharPtr() == nullptr ? "(none)" : s.getCharPtr();
+}
+
+TEST(WideString, EveryWayToNothingLeavesNoBuffer) {
+  WideString const strings[] = {WideString(),
+                                WideString(static_cast<char const*>(nullptr)),
+                                WideString(""),
+                                WideString(static_cast<wchar_t const*>(nullptr)),
+                                WideString(L""),
+                                WideString(WideString::empty),
+                                WideString(L"x").assign(""),
+                                WideString(L"x").assign(static_cast<char const*>(nullptr)),
+                                WideString(L"x").assign(L""),
+                                WideString(L"x").assign(L"abc", 0),
+                                WideString(L"x").assign(L"", 3),
+                                WideString(L"x") = WideString()};
+  for (WideString const& s : strings) {
+    EXPECT_EQ(s.getWCharPtr(), nullptr);
+    EXPECT_EQ(s.getCharPtr(), nullptr);
+    EXPECT_EQ(s.find(L"a"), -1);
+    EXPECT_EQ(s.find(nullptr), -1);
+    EXPECT_EQ(s.substr(0, -1).getWCharPtr(), nullptr);
+    EXPECT_EQ(s.compare(L"", 0), -1);
+    EXPECT_EQ(s.compareNoCase(nullptr, 1), 0);
+  }
+}
+
+TEST(WideString, AssigningACountFillsTheWholeBuffer) {
+  WideString s;
+  s.assign(L"abcdef", 3);
+  EXPECT_EQ(Text(s), L"abc");
+  s.assign(L"ab", 5);
+  EXPECT_EQ(std::wstring(s.getWCharPtr(), 6), std::wstring(L"ab\0\0\0\0", 6));
+}
+
+TEST(WideString, ChangesDropTheNarrowCopy) {
+  WideString s("abc");
+  EXPECT_EQ(Narrow(s), "abc");
+  EXPECT_EQ(s.getCharPtr(), s.getCharPtr());
+  EXPECT_EQ(Narrow(s.append("de")), "abcde");
+  EXPECT_EQ(Narrow(s.append(L"f")), "abcdef");
+  EXPECT_EQ(Narrow(s.append(static_cast<wchar_t const*>(nullptr))), "abcdef");
+  EXPECT_EQ(Narrow(s.append(static_cast<char const*>(nullptr))), "abcdef");
+  EXPECT_EQ(Narrow(s.assign(L"ghi", 2)), "gh");
+  EXPECT_EQ(Narrow(s.assign("j")), "j");
+  EXPECT_EQ(Narrow(s = WideString("k")), "k");
+  WideString const l("l");
+  EXPECT_EQ(Narrow(s = l), "l");
+}
+
+TEST(WideString, TakesItsOwnTextAsArgument) {
+  WideString s(L"abcd");
+  s.assign(s.getWCharPtr() + 1);
+  EXPECT_EQ(Text(s), L"bcd");
+  s.append(s.getWCharPtr());
+  EXPECT_EQ(Text(s), L"bcdbcd");
+  s.assign(s.getCharPtr() + 4);
+  s.append(s.getCharPtr());
+  EXPECT_EQ(Text(s), L"cdcd");
+  s.assign(s.getWCharPtr() + 1, 2);
+  EXPECT_EQ(Text(s), L"dc");
+  WideString& self = s;
+  s = self;
+  EXPECT_EQ(Text(s), L"dc");
+  WideString const moved(std::move(s));
+  EXPECT_EQ(Text(moved), L"dc");
+  EXPECT_EQ(Text(s), L"(none)");
+}
+
+TEST(WideString, AnAllocatedEmptyTextIsAcceptedEverywhere) {
+  WideString s;
+  s.append(L"");
+  ASSERT_NE(s.getWCharPtr(), nullptr);
+  EXPECT_EQ(Text(s), L"");
+  EXPECT_EQ(Narrow(s), "");
+  EXPECT_EQ(s.compare(L"", 0), 0);
+  EXPECT_LT(s.compare(L"a", 0), 0);
+  EXPECT_EQ(s.find(L"a"), -1);
+  EXPECT_EQ(Text(WideString(s)), L"(none)");
+  EXPECT_EQ(Text(s.substr(0, -1)), L"(none)");
+  EXPECT_EQ(Text(s.append("b")), L"b");
+}
+
+TEST(WideString, ComparesWithAndWithoutCaseAndCount) {
+  WideString const s(L"abc");
+  EXPECT_EQ(s.compare(nullptr, 0), 1);
+  EXPECT_EQ(s.compare(L"abc", 0), 0);
+  EXPECT_GT(s.compare(L"ABC", 0), 0);
+  EXPECT_LT(s.compare(L"abd", 0), 0);
+  EXPECT_EQ(s.compare(L"abd", 2), 0);
+  EXPECT_EQ(s.compareNoCase(nullptr, 0), 1);
+  EXPECT_EQ(s.compareNoCase(L"ABC", 0), 0);
+  EXPECT_EQ(s.compareNoCase(L"abd", 2), 0);
+  EXPECT_EQ(s.compareNoCase(L"abd", 0), -1);
+}
+
+TEST(WideString, SubstringsEndWithTheText) {
+  WideString const s(L"abc");
+  EXPECT_EQ(Narrow(s), "abc");
+  struct {
+    int start, count;
+    wchar_t const* expected;
+  } const cases[] = {{0, -1, L"abc"},   {1, 10, L"bc"},     {1, 1, L"b"},      {2, -1, L"c"},
+                     {3, 1, L"(none)"}, {-1, 1, L"(none)"}, {0, 0, L"(none)"}, {0, -2, L"(none)"}};
+  for (auto const& c : cases) {
+    EXPECT_EQ(Text(s.substr(c.start, c.count)), c.expected) << c.start << ", " << c.count;
+  }
+}
+
+TEST(WideString, ConvertsByTheEncodingOfTheProcess) {
+  struct {
+    char const* locale;
+    char const* narrow;
+    wchar_t const* wide;
+    char const* back;  // cut to as many bytes as there are characters
+  } const cases[] = {
+      {utf8Locale, "plain", L"plain", "plain"},
+      {utf8Locale, "\xC3\xA4", L"\u00E4", ""},
+      {utf8Locale, "ab\xC3\xA4", L"ab\u00E4", "ab"},
+      {utf8Locale, "a\xC3\xA4z", L"a\u00E4z", "a\xC3\xA4"},
+      {utf8Locale, "\xF0\x9F\x98\x80zzz", L"\U0001F600zzz", "\xF0\x9F\x98\x80"},
+      {utf8Locale, "ab\xFF", L"(none)", "(none)"},
+      {utf8Locale, "\xC3", L"(none)", "(none)"},
+      {singleByteCommaLocale, "a\xE4\xDFz", L"a\u00E4\u00DFz", "a\xE4\xDFz"},
+  };
+  for (auto const& c : cases) {
+    LocaleScope const locale(c.locale);
+    WideString const s(c.narrow);
+    EXPECT_EQ(Text(s), c.wide) << c.narrow;
+    EXPECT_EQ(Narrow(s), c.back) << c.narrow;
+  }
+}
+
+TEST(WideString, WhatTheEncodingLacksHasNoNarrowCopyAndFindsNothing) {
+  LocaleScope const latin(singleByteCommaLocale);
+  WideString const s(L"a\u4E2Db");
+  EXPECT_EQ(s.getCharPtr(), nullptr);
+  EXPECT_EQ(s.find(L"a"), -1);
+  EXPECT_EQ(WideString(L"ab").find(L"\u4E2D"), -1);
+  EXPECT_EQ(s.allocConvert(s.getWCharPtr()), nullptr);
+}
+
+TEST(WideString, AppendingWhatCannotBeDecodedKeepsTheText) {
+  LocaleScope const utf8(utf8Locale);
+  WideString s(L"abc");
+  s.append("d\xFF");
+  EXPECT_EQ(Text(s), L"abc");
+  EXPECT_EQ(Text(s.append("\xC3\xA4")), L"abc\u00E4");
+}
+
+TEST(WideString, FindCountsBytesOfTheNarrowForm) {
+  LocaleScope const utf8(utf8Locale);
+  WideString const s(L"abc");
+  EXPECT_EQ(s.find(L"c"), 2);
+  EXPECT_EQ(s.find(L"z"), -1);
+  EXPECT_EQ(s.find(L""), 0);
+  EXPECT_EQ(s.find(nullptr), 0);
+  EXPECT_EQ(WideString(L"\u00E4bc").find(L"b"), 2);
+  EXPECT_EQ(WideString(L"\u00E4bc").find(L"c"), -1);  // cut off: four bytes, three characters
+  std::wstring const longText(300, L'x');
+  EXPECT_EQ(WideString((L"-" + longText).c_str()).find(longText.c_str()), 1);
+}
+
+TEST(WideString, AllocatedConversionsLeaveTheStringAlone) {
+  LocaleScope const utf8(utf8Locale);
+  WideString const s(L"abc");
+  char const* const narrowCopy = s.getCharPtr();
+  std::unique_ptr<wchar_t[]> const wide(s.allocConvert("\xC3\xA4z"));
+  EXPECT_STREQ(wide.get(), L"\u00E4z");
+  std::unique_ptr<char[]> const narrow(s.allocConvert(L"a\u00E4z"));
+  EXPECT_STREQ(narrow.get(), "a\xC3\xA4");
+  std::unique_ptr<wchar_t[]> const none(s.allocConvert(""));
+  EXPECT_STREQ(none.get(), L"");
+  EXPECT_EQ(s.allocConvert("\xFF"), nullptr);
+  EXPECT_EQ(s.allocConvert(static_cast<wchar_t const*>(nullptr)), nullptr);
+  EXPECT_EQ(s.getCharPtr(), narrowCopy);
+}
+
+}  // namespace

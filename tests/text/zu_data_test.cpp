@@ -1,0 +1,189 @@
+#include "text/zu_data.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "text/zu_text_local.h"
+
+namespace {
+
+std::string Bytes(ZuData const& d) {
+  return d.GetBuffer() == nullptr
+             ? ""
+             : std::string(reinterpret_cast<char const*>(d.GetBuffer()), d.GetDataSize());
+}
+
+ZuData Data(char const* bytes) {
+  ZuData d;
+  d.SetEqualTo(bytes, std::strlen(bytes), 0);
+  return d;
+}
+
+TEST(ZuData, BuffersGrowInStepsAndShrinkOnlyByThirtyTwoBytesOrMore) {
+  struct {
+    unsigned long before, asked, after;
+  } const cases[] = {{0, 100, 100},      {100, 101, 112},     {100, 112, 128},
+                     {100, 69, 100},     {100, 68, 68},       {4096, 4097, 4112},
+                     {4097, 4098, 8192}, {5000, 5001, 8192},  {5000, 4980, 5000},
+                     {5000, 4000, 4000}, {5000, 8192, 12288}, {100, 0, 0}};
+  for (auto const& c : cases) {
+    ZuData d(c.before);
+    EXPECT_TRUE(d.SetBufferSize(c.asked));
+    EXPECT_EQ(d.GetBufferSize(), c.after) << c.before << " asked for " << c.asked;
+  }
+  ZuData d = Data(std::string(100, 'x').c_str());
+  EXPECT_TRUE(d.SetBufferSize(10));
+  EXPECT_EQ(Bytes(d), std::string(10, 'x'));
+}
+
+TEST(ZuData, ImpossibleRequestsFailAndChangeNothing) {
+  ZuData d = Data("abc");
+  for (unsigned long const n : {ULONG_MAX, ULONG_MAX - 15, ULONG_MAX / 2}) {
+    EXPECT_FALSE(d.SetBufferSize(n));
+    EXPECT_FALSE(d.Replace(1, 0, nullptr, n));
+    EXPECT_EQ(Bytes(d), "abc");
+    EXPECT_EQ(d.GetBufferSize(), 3U);
+  }
+  EXPECT_EQ(d.SetDataSize(4), 3U);
+  EXPECT_EQ(d.SetUsableDataSize(2), 2U);
+}
+
+TEST(ZuData, BorrowedStorageIsNeverReallocatedOrFreed) {
+  unsigned char storage[8] = "abcdefg";
+  {
+    ZuData d(storage, 8, 3);
+    EXPECT_FALSE(d.SetBufferSize(9));
+    EXPECT_FALSE(d.Replace(1, 1, "123456789", 9));
+    EXPECT_EQ(Bytes(d), "abc");
+    EXPECT_EQ(d.SetEqualTo("0123456789", 10, 0), 8U);
+    EXPECT_EQ(d.SetEqualTo("0123456789", 10, 12), 6U);
+    EXPECT_EQ(Bytes(d), "012345");
+    EXPECT_EQ(d.SetEqualTo("0", 1, 12), 0U);
+    EXPECT_EQ(d.GetBuffer(), storage);
+    storage[0] = 'x';
+  }
+  EXPECT_EQ(storage[0], '\0');
+  ZuData d = Data("own");
+  d.SetBuffer(storage, 8, 2);
+  d.ReleaseData();
+  EXPECT_EQ(d.GetBuffer(), nullptr);
+  EXPECT_EQ(d.SetEqualTo("123456789", 9, 20), 9U);
+  EXPECT_EQ(d.GetBufferSize(), 20U);
+}
+
+TEST(ZuData, AReleasedBufferIsTheCallers) {
+  ZuData d = Data("abc");
+  unsigned long dataSize = 0;
+  unsigned long bufferSize = 0;
+  void* const buffer = d.ReleaseBuffer(&dataSize, &bufferSize);
+  EXPECT_EQ(std::memcmp(buffer, "abc", 3), 0);
+  EXPECT_EQ(dataSize, 3U);
+  EXPECT_EQ(bufferSize, 3U);
+  std::free(buffer);
+  EXPECT_EQ(d.GetBuffer(), nullptr);
+  EXPECT_EQ(d.GetDataSize() + d.GetBufferSize(), 0U);
+  EXPECT_EQ(d.ReleaseBuffer(nullptr, nullptr), nullptr);
+}
+
+TEST(ZuData, ReplacesWithinTheData) {
+  struct {
+    unsigned long pos, count;
+    char const* with;
+    char const* expected;
+  } const cases[] = {{1, 2, "XY", "aXYd"}, {1, 2, "", "ad"},          {0, 0, "12", "12abcd"},
+                     {9, 1, "!", "abcd!"}, {2, 99, "....", "ab...."}, {1, 1, "123", "a123cd"}};
+  for (auto const& c : cases) {
+    ZuData d = Data("abcd");
+    EXPECT_TRUE(d.Replace(c.pos, c.count, c.with, std::strlen(c.with)));
+    EXPECT_EQ(Bytes(d), c.expected);
+  }
+  ZuData d;
+  EXPECT_TRUE(d.Replace(7, 7, Data("ab")));
+  EXPECT_TRUE(d.Replace(1, 0, static_cast<unsigned char>('-')));
+  EXPECT_TRUE(d.Replace(1, 1, -42L));
+  EXPECT_EQ(Bytes(d), "a-42b");
+}
+
+TEST(ZuData, TakesItsOwnBytesAsArgument) {
+  ZuData d = Data("abcd");
+  EXPECT_TRUE(d.Replace(1, 2, d));
+  EXPECT_EQ(Bytes(d), "aabcdd");
+  EXPECT_TRUE(d.Replace(0, 3, d.GetBuffer() + 2, 3));
+  EXPECT_EQ(Bytes(d), "bcdcdd");
+  d.SetEqualTo(d.GetBuffer() + 1, 3, 99);
+  EXPECT_EQ(Bytes(d), "cdc");
+  d.SetEqualTo(d);
+  EXPECT_EQ(Bytes(d), "cdc");
+  d.Copy(d, 1, 9);
+  EXPECT_EQ(Bytes(d), "dc");
+}
+
+TEST(ZuData, CopiesComparesAndIndexesWithinTheData) {
+  ZuData d = Data("abcd");
+  unsigned char out[8] = "-------";
+  EXPECT_EQ(d.Copy(out, 2), 2U);
+  EXPECT_EQ(d.Copy(out + 2, 5, 1, 9), 3U);
+  EXPECT_STREQ(reinterpret_cast<char*>(out), "abbcd--");
+  EXPECT_EQ(d.Copy(nullptr, 5), 0U);
+  EXPECT_EQ(d.Copy(out, 5, 4, 1), 0U);
+  EXPECT_TRUE(d.Equals("abcd", 4));
+  EXPECT_FALSE(d.Equals("abcd", 3));
+  EXPECT_FALSE(d.Equals(Data("abcD")));
+  EXPECT_TRUE(ZuData().Equals(ZuData(5)));
+  d[1] = 'X';
+  EXPECT_EQ(Bytes(d), "aXcd");
+  EXPECT_EQ(&d[4], &ZuData()[0]);
+  ZuData const copy(d);
+  EXPECT_EQ(copy.GetBufferSize(), 4U);
+}
+
+// The number of a virtual operation is its index in the table: the first two entries are the two
+// forms of the destructor.
+template <typename Operation>
+unsigned long Slot(Operation operation) {
+  unsigned long pointer = 0;
+  static_assert(sizeof operation >= sizeof pointer);
+  std::memcpy(&pointer, &operation, sizeof pointer);
+  return (pointer - 1) / sizeof(void*);
+}
+
+TEST(ZuData, VirtualOperationsKeepTheirSlots) {
+  using U = unsigned long;
+  using D = ZuData;
+  using T = ZuText;
+  U const slots[] = {Slot(&D::SetUsableDataSize),
+                     Slot(&D::GetUsableDataSize),
+                     Slot(&D::SetBufferSize),
+                     Slot(&D::ReleaseBuffer),
+                     Slot(&D::ReleaseData),
+                     Slot(&D::Clear),
+                     Slot<bool (D::*)(D const&) const>(&D::Equals),
+                     Slot<bool (D::*)(char const*, U) const>(&D::Equals),
+                     Slot<U (D::*)(D const&)>(&D::SetEqualTo),
+                     Slot<U (D::*)(void const*, U, U)>(&D::SetEqualTo),
+                     Slot<void (D::*)(D&, U, U) const>(&D::Copy),
+                     Slot<U (D::*)(unsigned char*, U) const>(&D::Copy),
+                     Slot<U (D::*)(unsigned char*, U, U, U) const>(&D::Copy),
+                     Slot<bool (D::*)(U, U, D const&)>(&D::Replace),
+                     Slot<bool (D::*)(U, U, void const*, U)>(&D::Replace),
+                     Slot<bool (D::*)(U, U, unsigned char)>(&D::Replace),
+                     Slot<bool (D::*)(U, U, long)>(&D::Replace),
+                     Slot(&T::GetSize),
+                     Slot(&T::ReplaceText),
+                     Slot<void (T::*)(T const&, T const&)>(&T::ReplaceAll),
+                     Slot<void (T::*)(T const&, T const&, bool)>(&T::ReplaceAll),
+                     Slot(&T::ReplaceOccurrence),
+                     Slot<bool (T::*)(D const&, bool) const>(&T::Equals),
+                     Slot<bool (T::*)(char const*, U, bool) const>(&T::Equals),
+                     Slot(&T::FirstNEquals)};
+  U expected = 2;
+  for (U const slot : slots) {
+    EXPECT_EQ(slot, expected++);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,82 @@
+#include <gtest/gtest.h>
+
+#include "text/zu_text.h"
+#include "text/zu_text_local.h"
+
+namespace {
+
+TEST(ZuTextReplacing, ReplacesEveryMatchOnce) {
+  struct {
+    char const* text;
+    char const* find;
+    char const* repl;
+    bool caseSensitive;
+    char const* expected;
+  } const cases[] = {{"aaa", "a", "aa", true, "aaaaaa"},
+                     {"abcAbc", "AB", "x", false, "xcxc"},
+                     {"abcAbc", "AB", "x", true, "abcAbc"},
+                     {"abab", "ab", "", true, ""},
+                     {"abab", "AB", "", false, ""},
+                     {"aXbxc", "x", "xyz", false, "axyzbxyzc"},
+                     {"aaa", "aa", "b", true, "ba"},
+                     {"aaa", "AA", "b", false, "ba"},
+                     {"abc", "", "x", true, "abc"},
+                     {"", "a", "x", false, ""},
+                     {"\xE4\xC4", "\xE4", "ae", false, "aeae"}};
+  for (auto const& c : cases) {
+    ZuText t(c.text);
+    t.ReplaceAll(c.find, c.repl, c.caseSensitive);
+    EXPECT_STREQ(t.GetTextEx(), c.expected) << c.text << ", " << c.find;
+  }
+}
+
+TEST(ZuTextReplacing, ReplacesOneOccurrence) {
+  struct {
+    char const* text;
+    char const* find;
+    unsigned long n;
+    bool caseSensitive;
+    char const* expected;
+  } const cases[] = {{"aaa", "a", 2, true, "aba"},  {"aaa", "a", 0, true, "aaa"},
+                     {"aaa", "a", 4, true, "aaa"},  {"aaaa", "aa", 2, true, "aab"},
+                     {"aAa", "A", 2, false, "aba"}, {"aAa", "A", 2, true, "aAa"}};
+  for (auto const& c : cases) {
+    ZuText t(c.text);
+    t.ReplaceOccurrence(c.find, "b", c.n, c.caseSensitive);
+    EXPECT_STREQ(t.GetTextEx(), c.expected) << c.text << ", " << c.find << ", " << c.n;
+  }
+}
+
+TEST(ZuTextReplacing, ReplacingTextKeepsTheTerminator) {
+  ZuText t;
+  t.ReplaceText(5, 5, "abcd");
+  EXPECT_STREQ(t.GetTextEx(), "abcd");
+  t.ReplaceText(2, 100, "XYZ");
+  EXPECT_STREQ(t.GetTextEx(), "abXYZ");
+  t.ReplaceText(99, 1, "!");
+  EXPECT_STREQ(t.GetTextEx(), "abXYZ!");
+  t.ReplaceText(1, 4, ZuText());
+  EXPECT_STREQ(t.GetTextEx(), "a!");
+}
+
+TEST(ZuTextReplacing, TakesItselfAsArgument) {
+  ZuText t("ab");
+  t.ReplaceText(1, 0, t);
+  EXPECT_STREQ(t.GetTextEx(), "aabb");
+  t.ReplaceAll("A", t, false);
+  EXPECT_STREQ(t.GetTextEx(), "aabbaabbbb");
+  t.ReplaceAll(t, "x");
+  EXPECT_STREQ(t.GetTextEx(), "x");
+}
+
+TEST(ZuTextReplacing, StopsWhereAFixedTextIsFull) {
+  ZuTextLocal<31> t("aaaaaaaaaaaaaaaaaaaaaaaaaa");
+  t.ReplaceAll("a", "bb");
+  EXPECT_STREQ(t.GetTextEx(), "bbbbbbbbaaaaaaaaaaaaaaaaaaaaaa");
+  t.ReplaceAll("A", "cc", false);
+  EXPECT_STREQ(t.GetTextEx(), "bbbbbbbbaaaaaaaaaaaaaaaaaaaaaa");
+  t.ReplaceAll("A", "c", false);
+  EXPECT_STREQ(t.GetTextEx(), "bbbbbbbbcccccccccccccccccccccc");
+}
+
+}  // namespace
