@@ -1,0 +1,193 @@
+#include "meta_object/type_desc.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "meta_object/wide_view.h"
+
+namespace quenlatrix::meta_object {
+namespace {
+
+struct KeywordRow {
+  std::wstring_view word;
+  TypeDesc::Key key;
+};
+
+constexpr std::array<KeywordRow, 10> kKeywords{{
+    {L"INT", TypeDesc::Key::Int},
+    {L"FLOAT", TypeDesc::Key::Real},
+    {L"TEXT", TypeDesc::Key::String},
+    {L"BOOL", TypeDesc::Key::Bool},
+    {L"CHAR", TypeDesc::Key::Char},
+    {L"STRUCTURE", TypeDesc::Key::Struct},
+    {L"CURRENCY", TypeDesc::Key::Currency},
+    {L"DATE", TypeDesc::Key::Date},
+    {L"ENUMERATION", TypeDesc::Key::Enum},
+    {L"OBJECT", TypeDesc::Key::Object},
+}};
+
+wchar_t ToUpperAscii(wchar_t c) {
+  return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
+}
+
+// Not wcsicmp: that looks at the low byte of a character alone.
+TypeDesc::Key KeyOfKeyword(std::wstring_view keyword) {
+  for (const KeywordRow& row : kKeywords) {
+    if (std::equal(keyword.begin(), keyword.end(), row.word.begin(), row.word.end(),
+                   [](wchar_t given, wchar_t known) { return ToUpperAscii(given) == known; })) {
+      return row.key;
+    }
+  }
+  return TypeDesc::Key::Unknown;
+}
+
+template <typename Info>
+std::unique_ptr<Info> MakeIf(bool wanted) {
+  return wanted ? std::make_unique<Info>() : nullptr;
+}
+
+template <typename Info>
+std::unique_ptr<Info> CopyOf(const std::unique_ptr<Info>& info) {
+  return info ? std::make_unique<Info>(*info) : nullptr;
+}
+
+std::unique_ptr<TypeDesc> CopyOfMember(const std::unique_ptr<TypeDesc>& member) {
+  return member ? std::make_unique<TypeDesc>(*member) : nullptr;
+}
+
+}  // namespace
+
+bool TypeDesc::ArrayInfo::AddDimensionInfo(int lowerBound, int elementCount) {
+  dimensions.push_back({lowerBound, elementCount});
+  return true;
+}
+
+bool TypeDesc::ArrayInfo::GetDimensionInfo(int index, int& lowerBound, int& elementCount) const {
+  if (index < 0 || static_cast<std::size_t>(index) >= dimensions.size()) {
+    return false;
+  }
+  const DimensionInfo& dimension = dimensions[static_cast<std::size_t>(index)];
+  lowerBound = dimension.lowerBound;
+  elementCount = dimension.elementCount;
+  return true;
+}
+
+void TypeDesc::ArrayInfo::Clear() { dimensions.clear(); }
+
+bool TypeDesc::EnumInfo::AddEnumItem(const WideString& name, long value) {
+  items.push_back({name, value});
+  return true;
+}
+
+void TypeDesc::EnumInfo::Clear() { items.clear(); }
+
+TypeDesc::StructInfo::StructInfo(const StructInfo& other) : structName(other.structName) {
+  members.reserve(other.members.size());
+  for (const std::unique_ptr<TypeDesc>& member : other.members) {
+    members.push_back(CopyOfMember(member));
+  }
+}
+
+TypeDesc::StructInfo& TypeDesc::StructInfo::operator=(const StructInfo& other) {
+  StructInfo copy(other);
+  structName = std::move(copy.structName);
+  members.insert(members.end(), std::make_move_iterator(copy.members.begin()),
+                 std::make_move_iterator(copy.members.end()));
+  return *this;
+}
+
+void TypeDesc::StructInfo::Clear() {
+  members.clear();
+  structName.assign(static_cast<const wchar_t*>(nullptr));
+}
+
+bool TypeDesc::StructInfo::operator==(const StructInfo& other) const {
+  return ViewOf(structName) == ViewOf(other.structName) &&
+         std::equal(
+             members.begin(), members.end(), other.members.begin(), other.members.end(),
+             [](const auto& left, const auto& right) { return left && right && *left == *right; });
+}
+
+TypeDesc::TypeDesc(Key key, RefType refType, bool isArray)
+    : enumInfo(MakeIf<EnumInfo>(key == Key::Enum)),
+      arrayInfo(MakeIf<ArrayInfo>(isArray)),
+      structInfo(MakeIf<StructInfo>(key == Key::Struct)),
+      key(key),
+      refType(refType) {}
+
+TypeDesc::TypeDesc(Key key, const WideString& displayName, const WideString& typeName)
+    : enumInfo(MakeIf<EnumInfo>(key == Key::Enum)),
+      structInfo(MakeIf<StructInfo>(key == Key::Struct)),
+      key(key),
+      displayName(displayName),
+      typeName(typeName) {}
+
+TypeDesc::TypeDesc(const WideString& keyword, RefType refType, bool isArray)
+    : TypeDesc(KeyOfKeyword(ViewOf(keyword)), refType, isArray) {}
+
+TypeDesc::TypeDesc(const TypeDesc& other)
+    : enumInfo(CopyOf(other.enumInfo)),
+      arrayInfo(CopyOf(other.arrayInfo)),
+      structInfo(CopyOf(other.structInfo)),
+      key(other.enumInfo ? Key::Enum : other.key),
+      refType(other.refType),
+      displayName(other.displayName),
+      typeName(other.typeName),
+      detail(other.detail) {}
+
+TypeDesc::TypeDesc(TypeDesc&& other) noexcept
+    : enumInfo(std::move(other.enumInfo)),
+      arrayInfo(std::move(other.arrayInfo)),
+      structInfo(std::move(other.structInfo)),
+      key(std::exchange(other.key, Key::Void)),
+      refType(std::exchange(other.refType, RefType::ByValue)),
+      displayName(std::move(other.displayName)),
+      typeName(std::move(other.typeName)),
+      detail(std::move(other.detail)) {}
+
+TypeDesc::~TypeDesc() = default;
+
+// Through a copy, as the source may be a member of this descriptor's own structure.
+TypeDesc& TypeDesc::operator=(const TypeDesc& other) {
+  if (this != &other) {
+    *this = TypeDesc(other);
+  }
+  return *this;
+}
+
+TypeDesc& TypeDesc::operator=(TypeDesc&& other) noexcept {
+  if (this != &other) {
+    TypeDesc taken(std::move(other));
+    std::swap(enumInfo, taken.enumInfo);
+    std::swap(arrayInfo, taken.arrayInfo);
+    std::swap(structInfo, taken.structInfo);
+    key = taken.key;
+    refType = taken.refType;
+    displayName = std::move(taken.displayName);
+    typeName = std::move(taken.typeName);
+    detail = std::move(taken.detail);
+  }
+  return *this;
+}
+
+void TypeDesc::Clear() { *this = TypeDesc(); }
+
+bool TypeDesc::operator==(const TypeDesc& other) const {
+  if (key == Key::Enum && enumInfo && (other.key != Key::Enum || !other.enumInfo)) {
+    return false;
+  }
+  if (arrayInfo && (!other.arrayInfo || *arrayInfo != *other.arrayInfo)) {
+    return false;
+  }
+  if (structInfo) {
+    return other.structInfo && *structInfo == *other.structInfo;
+  }
+  return key == other.key && refType == other.refType && ViewOf(typeName) == ViewOf(other.typeName);
+}
+
+}  // namespace quenlatrix::meta_object

@@ -1,0 +1,304 @@
+#include "meta_object/type_desc.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace quenlatrix::meta_object {
+namespace {
+
+using Key = TypeDesc::Key;
+using RefType = TypeDesc::RefType;
+
+std::wstring Written(const TypeDesc& desc) {
+  WideString text(L"replaced");
+  EXPECT_TRUE(desc.Serialize(text));
+  return text.getWCharPtr();
+}
+
+TypeDesc Read(const std::wstring& text) {
+  TypeDesc desc;
+  EXPECT_TRUE(desc.Deserialize(text.c_str()));
+  return desc;
+}
+
+std::wstring Rewritten(const std::wstring& text) { return Written(Read(text)); }
+
+std::unique_ptr<TypeDesc> Named(Key key, const wchar_t* displayName, const wchar_t* typeName) {
+  return std::make_unique<TypeDesc>(key, WideString(displayName), WideString(typeName));
+}
+
+TypeDesc IntArray(int lowerBound, int elementCount) {
+  TypeDesc desc(Key::Int, RefType::ByValue, true);
+  desc.displayName = L"array of int";
+  desc.typeName = L"int";
+  desc.arrayInfo->AddDimensionInfo(lowerBound, elementCount);
+  return desc;
+}
+
+TypeDesc Structure(const wchar_t* name, std::vector<std::unique_ptr<TypeDesc>> members) {
+  TypeDesc desc(Key::Struct, WideString(L"s"), WideString(name));
+  desc.structInfo->structName = name;
+  desc.structInfo->members = std::move(members);
+  return desc;
+}
+
+TypeDesc Point() {
+  std::vector<std::unique_ptr<TypeDesc>> members;
+  members.push_back(Named(Key::Int, L"x", L"int"));
+  members.push_back(nullptr);
+  members.push_back(Named(Key::Real, L"y", L"double"));
+  return Structure(L"Point", std::move(members));
+}
+
+TEST(TypeDesc, WritesKeyReferenceNamesAndInformation) {
+  EXPECT_EQ(Written(TypeDesc(Key::Void, RefType::ByValue, false)), L",%%Void");
+  TypeDesc number(Key::Int, RefType::ByRef, false);
+  number.displayName = number.typeName = L"int";
+  EXPECT_EQ(Written(number), L"int,int%%Int^Byref");
+  number.detail = L"x";
+  number.key = Key::Object;
+  EXPECT_EQ(Written(number), L"int,int%%x%%Object^Byref");
+  number.key = static_cast<Key>(9);
+  EXPECT_EQ(Written(number), L"int,int%%x%%Unknown^Byref");
+
+  TypeDesc array = IntArray(0, -1);
+  array.refType = RefType::ByRef;
+  EXPECT_EQ(Written(array), L"array of int,int%%Array{0,-1}");
+  array.arrayInfo->AddDimensionInfo(1, 10);
+  EXPECT_EQ(Written(array), L"array of int,int%%Array{0,-1:1,10}");
+
+  TypeDesc colour(Key::Enum, RefType::ByRef, false);
+  EXPECT_EQ(Written(colour), L",%%Enum{}");
+  colour.enumInfo->AddEnumItem(L"Red", -1);
+  colour.enumInfo->AddEnumItem(L"Green", 4294967297);
+  EXPECT_EQ(Written(colour), L",%%Enum{Red=-1,Green=1}");
+  colour.enumInfo = nullptr;
+  EXPECT_EQ(Written(colour), L",%%Enum{}");
+
+  EXPECT_EQ(Written(Point()), L"s,Point%%Struct{[Point]x,int%%Int!y,double%%Real}");
+}
+
+TEST(TypeDesc, PartsAppendTheirTextAndStructuresReplaceIt) {
+  WideString out(L">");
+  IntArray(2, 3).arrayInfo->Serialize(out);
+  TypeDesc::EnumInfo colours;
+  colours.AddEnumItem(L"Red", 0);
+  colours.Serialize(out);
+  EXPECT_STREQ(out.getWCharPtr(), L">2,3Red=0");
+  Structure(L"Empty", {}).structInfo->Serialize(out);
+  EXPECT_STREQ(out.getWCharPtr(), L"[Empty]");
+}
+
+TEST(TypeDesc, TextsComeBackUnchanged) {
+  const std::vector<std::wstring> texts = {
+      L",%%Void",
+      L"int,int%%Int^Byref",
+      L"a,b%%x%%Real",
+      L"a,b%%%x%%Currency",
+      L"a,java.util.Map<K,V>%%Object",
+      L"array of int,int%%Array{0,-1:1,10}",
+      L",%%Array{}",
+      L",%%Enum{Red=0,Green=-1}",
+      L"e,E%%hint%%Enum{}",
+      L"\u00fcber,\u4e2d\u6587%%\U0001f600%%Date",
+      L"p,Point%%Struct{[Point]x,int%%Int!y,double%%Real}",
+      L"p,Point%%note%%Struct{[P\u00f6int]\u00e4,int%%Int!y,double%%z%%Real^Byref}",
+      L"o,Outer%%Struct{[Outer]a,int%%Int!Struct(b,Inner%%Struct{[Inner]c,int%%Int})}",
+      L"o,Outer%%Struct{[O]Struct(a,A%%Struct{[A]})!Struct(b,B%%d%%Struct{[B]c,c%%Int})!z,z%%Int}",
+      L"o,%%Struct{[1]Struct(,%%Struct{[2]Struct(,%%Struct{[3]x,%%Int!,%%Enum{A=1,B=2}})!,%%Bool})"
+      L"!,%%Array{0,-1}}",
+      L",%%Struct{[]Struct(f(),%%Struct{[int[]]m(x,%%Int!Struct(g(a(b)),%%Array{0,3})})!,[I%%Char}",
+      L",%%Struct{[[I]x,%%Int}",
+  };
+  for (const std::wstring& text : texts) {
+    EXPECT_EQ(Rewritten(text), text);
+  }
+}
+
+TEST(TypeDesc, ReadsWhatNobodyWroteAsNearAsItCan) {
+  struct Case {
+    const wchar_t* text;
+    const wchar_t* rewritten;
+  };
+  const std::vector<Case> cases = {
+      {L"", L",%%Unknown"},
+      {L"int", L",%%Unknown"},
+      {L"Int^Byref and more", L",%%Int^Byref"},
+      {L"head%%Int", L"head,%%Int"},
+      {L",%%%%Int", L",%%Int"},
+      {L"Array{0,5:7: -1x, +3:1,3}", L",%%Array{0,5:-1,3:1,3}"},
+      {L"Array{99999999999999999999,4294967297}", L",%%Array{-1,1}"},
+      {L"Array{\u0661,2}", L",%%Array{0,2}"},
+      {L"Array{", L",%%Array{}"},
+      {L"Enum{A=1,B}", L",%%Enum{A=1}"},
+      {L"Enum{,,B,A==x,=7=8}", L",%%Enum{A=0,=7}"},
+      {L"Struct{", L",%%Struct{[]}"},
+      {L"Struct{[open}", L",%%Struct{[]}"},
+      {L"Struct{[S]Int!!Struct(Int)ignored!Struct(Real}",
+       L",%%Struct{[S],%%Int!,%%Unknown!,%%Int!,%%Real}"},
+      {L"Struct{Int!}", L",%%Struct{[],%%Int!,%%Unknown}"},
+  };
+  for (const Case& row : cases) {
+    // Without a head of its own the text's first "%%" would be taken for one.
+    const std::wstring text = std::wstring(row.text).find(L"%%") == std::wstring::npos
+                                  ? std::wstring(L",%%") + row.text
+                                  : row.text;
+    EXPECT_EQ(Rewritten(text), row.rewritten) << "reading " << ::testing::PrintToString(text);
+  }
+}
+
+TEST(TypeDesc, ReadingKeepsWhatTheTextDoesNotMention) {
+  TypeDesc desc(Key::Real, RefType::ByRef, false);
+  desc.displayName = L"shown";
+  desc.typeName = L"typed";
+  desc.detail = L"more";
+  desc.Deserialize(L"Array{0,5}");
+  EXPECT_EQ(desc.key, Key::Real);
+  EXPECT_EQ(desc.refType, RefType::ByRef);
+  desc.Deserialize(L"Int");
+  EXPECT_EQ(desc.key, Key::Int);
+  EXPECT_EQ(desc.refType, RefType::ByValue);
+  EXPECT_EQ(Written(desc), L"shown,typed%%more%%Array{0,5}");
+  desc.Deserialize(L"other%%Enum{A=1}");
+  EXPECT_EQ(desc.key, Key::Enum);
+  EXPECT_EQ(Written(desc), L"other,typed%%more%%Array{0,5}");
+  desc.displayName = L"a,b%%c%%Struct{[S]Int}";
+  desc.Deserialize(desc.displayName);
+  desc.arrayInfo = nullptr;
+  EXPECT_EQ(Written(desc), L"a,b%%c%%Struct{[S],%%Int}");
+}
+
+TEST(TypeDesc, OnlyAnUnclosedStructureNameFailsToRead) {
+  TypeDesc::StructInfo info = *Point().structInfo;
+  EXPECT_TRUE(info.Deserialize(L"[Q]x,int%%Int"));
+  EXPECT_EQ(info.members.size(), 1U);
+  EXPECT_TRUE(info.Deserialize(L"no name%%Int!Real"));
+  EXPECT_EQ(info.structName.getWCharPtr(), nullptr);
+  EXPECT_EQ(info.members.size(), 2U);
+  EXPECT_FALSE(info.Deserialize(L"[Q"));
+  EXPECT_TRUE(info.members.empty());
+}
+
+TEST(TypeDesc, NestingEndsAtItsBound) {
+  const auto nested = [](int levels) {
+    std::wstring text = L",%%Int";
+    for (int i = 0; i < levels; ++i) {
+      text.insert(0, i + 1 < levels ? L"Struct(,%%Struct{[]" : L",%%Struct{[]");
+      text += i + 1 < levels ? L"})" : L"}";
+    }
+    return text;
+  };
+  EXPECT_EQ(Rewritten(nested(TypeDesc::kMaxNesting)), nested(TypeDesc::kMaxNesting));
+  const TypeDesc deep = Read(nested(2000));
+  int levels = 0;
+  const TypeDesc* inner = &deep;
+  for (; inner->key == Key::Struct; inner = inner->structInfo->members.at(0).get()) {
+    ++levels;
+  }
+  EXPECT_EQ(levels, TypeDesc::kMaxNesting);
+  EXPECT_EQ(inner->key, Key::Unknown);
+}
+
+TEST(TypeDesc, KeywordsNameKeysInAnyCase) {
+  const std::vector<std::pair<const wchar_t*, Key>> cases = {
+      {L"INT", Key::Int},          {L"int", Key::Int},       {L"Float", Key::Real},
+      {L"TEXT", Key::String},      {L"BOOL", Key::Bool},     {L"CHAR", Key::Char},
+      {L"STRUCTURE", Key::Struct}, {L"DATE", Key::Date},     {L"CURRENCY", Key::Currency},
+      {L"enumeration", Key::Enum}, {L"OBJECT", Key::Object}, {L"VOID", Key::Unknown},
+      {L"\u0149NT", Key::Unknown}, {L"INTS", Key::Unknown},  {L"IN", Key::Unknown},
+      {nullptr, Key::Unknown},
+  };
+  for (const auto& [keyword, key] : cases) {
+    const TypeDesc desc(WideString(keyword), RefType::ByRef, true);
+    EXPECT_EQ(desc.key, key);
+    EXPECT_EQ(desc.enumInfo != nullptr, key == Key::Enum);
+    EXPECT_EQ(desc.structInfo != nullptr, key == Key::Struct);
+    EXPECT_TRUE(desc.arrayInfo);
+    EXPECT_EQ(desc.refType, RefType::ByRef);
+  }
+}
+
+TEST(TypeDesc, EqualityAsksWhetherTheRightSideFits) {
+  struct Case {
+    const wchar_t* left;
+    const wchar_t* right;
+    bool equal;
+  };
+  const std::vector<Case> cases = {
+      {L"a,int%%x%%Int", L"b,int%%y%%Int", true},
+      {L",int%%Int", L",long%%Int", false},
+      {L",int%%Int", L",int%%Real", false},
+      {L",X%%Object", L",X%%Object^Byref", false},
+      {L",%%Enum{A=1}", L",%%Enum{B=2}", true},
+      {L",%%Enum{A=1}", L",%%Int", false},
+      {L",%%Array{0,-1}", L",%%Array{0,-1}", true},
+      {L",%%Array{0,-1}", L",%%Array{0,5}", false},
+      {L",%%Array{0,-1}", L",%%Array{0,-1:0,-1}", false},
+      {L",%%Void", L",%%Array{0,-1}", true},
+      {L",%%Array{0,-1}", L",%%Void", false},
+      {L"a,A%%Struct{[S]Int}", L"b,B%%Struct{[S]Int}", true},
+      {L",%%Struct{[S]Int}", L",%%Struct{[T]Int}", false},
+      {L",%%Struct{[S]Int}", L",%%Struct{[S]Int!Int}", false},
+      {L",%%Struct{[S]Int}", L",%%Struct{[S]Real}", false},
+      {L",%%Struct{[S]Int}", L",%%Int", false},
+      {L",%%Int", L",%%Struct{[S]Int}", false},
+  };
+  for (const Case& row : cases) {
+    EXPECT_EQ(Read(row.left) == Read(row.right), row.equal)
+        << ::testing::PrintToString(std::wstring(row.left)) << " and "
+        << ::testing::PrintToString(std::wstring(row.right));
+  }
+  TypeDesc withoutItems(Key::Enum, RefType::ByValue, false);
+  withoutItems.enumInfo = nullptr;
+  EXPECT_TRUE(withoutItems == Read(L",%%Enum{A=1}"));
+  EXPECT_FALSE(Read(L",%%Enum{A=1}") == withoutItems);
+  EXPECT_FALSE(Point() == Point()) << "a null member equals nothing";
+}
+
+TEST(TypeDesc, CopiesAreDeepAndMovesLeaveNothing) {
+  static_assert(std::is_nothrow_move_constructible_v<TypeDesc>);
+  static_assert(std::is_nothrow_move_assignable_v<TypeDesc>);
+  TypeDesc source = Read(L"o,O%%d%%Struct{[O]Struct(i,I%%Struct{[I]Int})!Array{0,1}}");
+  const std::wstring text = Written(source);
+  TypeDesc copy(source);
+  copy.structInfo->members[0]->structInfo->members[0]->key = Key::Real;
+  EXPECT_EQ(Written(source), text);
+
+  TypeDesc taken(std::move(copy));
+  EXPECT_EQ(Written(copy), L",%%Void");  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(Written(taken), L"o,O%%d%%Struct{[O]Struct(i,I%%Struct{[I],%%Real})!,%%Array{0,1}}");
+  taken = *taken.structInfo->members[0];
+  EXPECT_EQ(Written(taken), L"i,I%%Struct{[I],%%Real}");
+
+  TypeDesc::StructInfo joined(*source.structInfo);
+  joined = *taken.structInfo;
+  EXPECT_STREQ(joined.structName.getWCharPtr(), L"I");
+  EXPECT_EQ(joined.members.size(), 3U);
+
+  TypeDesc numbered = Read(L"Enum{A=1}");
+  numbered.key = Key::Int;
+  EXPECT_EQ(TypeDesc(numbered).key, Key::Enum);
+  numbered.Clear();
+  EXPECT_EQ(Written(numbered), L",%%Void");
+}
+
+TEST(TypeDesc, DimensionsAreFoundByPosition) {
+  const TypeDesc array = IntArray(INT_MIN, INT_MAX);
+  int lowerBound = 7;
+  int elementCount = 7;
+  EXPECT_FALSE(array.arrayInfo->GetDimensionInfo(-1, lowerBound, elementCount));
+  EXPECT_FALSE(array.arrayInfo->GetDimensionInfo(1, lowerBound, elementCount));
+  EXPECT_EQ(lowerBound, 7);
+  EXPECT_TRUE(array.arrayInfo->GetDimensionInfo(0, lowerBound, elementCount));
+  EXPECT_EQ(lowerBound, INT_MIN);
+  EXPECT_EQ(elementCount, INT_MAX);
+}
+
+}  // namespace
+}  // namespace quenlatrix::meta_object
