@@ -1,0 +1,34 @@
+#pragma once
+
+#include "text/wide_string.h"
+
+namespace quenlatrix::meta_object::info {
+
+// What a handler plug-in says about itself. The host calls the getters through the table of virtual
+// functions, so their order is fixed. Filled once at start-up; the getters keep narrow copies and
+// so are for one thread at a time.
+class HandlerInfo {
+ public:
+  HandlerInfo() = default;
+  HandlerInfo(const HandlerInfo&) = default;
+  virtual ~HandlerInfo();
+  HandlerInfo& operator=(const HandlerInfo&) = default;
+
+  // Each lends the narrow form of its text, valid until the text changes; null when the text is
+  // empty or has no narrow form.
+  virtual const char* GetHandlerName() const;
+  virtual const char* GetHandlerType() const;
+  virtual const char* GetDescription() const;
+  virtual const char* GetServerPath() const;
+  virtual const char* GetServerDirectory() const;
+
+  WideString handlerName;
+  WideString handlerType;
+  WideString description;
+  WideString serverPath;       // the plug-in's file
+  WideString serverDirectory;  // the directory that holds the plug-in's file
+  void* firstReserved = nullptr;
+  void* secondReserved = nullptr;
+};
+
+}  // namespace quenlatrix::meta_object::info

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+#include "meta_object/param_direction.h"
+#include "meta_object/type_desc.h"
+#include "text/wide_string.h"
+
+namespace quenlatrix::meta_object::info {
+
+// The answer to a question about one parameter of a method. Its request mask says which fields were
+// asked for; the others hold the values below. Not thread-safe.
+class ParamInfo {
+ public:
+  ParamInfo() = default;
+  ParamInfo(const ParamInfo&) = default;
+  ParamInfo(ParamInfo&&) noexcept = default;
+  virtual ~ParamInfo();
+  ParamInfo& operator=(const ParamInfo&) = default;
+  ParamInfo& operator=(ParamInfo&&) noexcept = default;
+
+  std::uint64_t reserved = 0;
+  std::uint64_t context = 0;                      // the asker's own value, always filled
+  WideString methodId;                            // always filled
+  std::uint32_t index = 0;                        // 0-based position, always filled
+  WideString name;                                // mask 2
+  TypeDesc type;                                  // mask 1
+  ParamDirection direction = ParamDirection::In;  // mask 4
+  bool option1 = false;                           // mask 8
+  bool option2 = false;                           // mask 16
+};
+
+}  // namespace quenlatrix::meta_object::info

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace quenlatrix::meta_object::info {
+
+// What the host's security callback is asked about before an object is made. Not thread-safe.
+struct SecurityInfo {
+  SecurityInfo() = default;
+  SecurityInfo(const SecurityInfo&) = default;
+  SecurityInfo(SecurityInfo&&) = default;
+  virtual ~SecurityInfo() = default;
+  SecurityInfo& operator=(const SecurityInfo&) = default;
+  SecurityInfo& operator=(SecurityInfo&&) = default;
+
+  std::string firstValue;   // the handler type
+  std::string secondValue;  // the class name
+};
+
+}  // namespace quenlatrix::meta_object::info
