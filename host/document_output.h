@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quenlatrix::host {
+
+// Standard output, kept for the host's documents alone. Taking it moves descriptor 1 to standard
+// error, so whatever else writes there (a bean's System.out, the machine's warnings) cannot come
+// between. One thread at a time writes.
+class DocumentOutput {
+ public:
+  // Takes standard output over. To be made once, before anything is written and before the virtual
+  // machine starts; what C stdio still buffers is flushed first.
+  DocumentOutput();
+  // Closes the private descriptor; descriptor 1 stays where it was moved.
+  ~DocumentOutput();
+  DocumentOutput(const DocumentOutput&) = delete;
+  DocumentOutput& operator=(const DocumentOutput&) = delete;
+
+  // Writes the whole text at once, unbuffered. False when standard output takes no more (closed,
+  // full); errno then says why.
+  bool Write(std::string_view text);
+  // Whether standard output is a terminal.
+  bool IsTerminal() const;
+
+ private:
+  int descriptor;
+};
+
+}  // namespace quenlatrix::host

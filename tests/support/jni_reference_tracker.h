@@ -1,0 +1,48 @@
+#pragma once
+
+#include <jni.h>
+
+#include <set>
+#include <vector>
+
+#include "tests/support/patched_jni.h"
+
+namespace quenlatrix::test {
+
+// Counts the references that are made and deleted through one environment during a scope, by
+// patched entries of its table. One tracker a thread at a time. What was made before the scope is
+// not counted, nor is its deletion a stray one.
+class JniReferenceTracker {
+ public:
+  explicit JniReferenceTracker(JNIEnv* env);
+  ~JniReferenceTracker();
+  JniReferenceTracker(const JniReferenceTracker&) = delete;
+  JniReferenceTracker& operator=(const JniReferenceTracker&) = delete;
+
+  // Made in the scope and not deleted yet; a popped frame deletes its local references.
+  int LiveLocals() const;
+  int LiveGlobals() const { return static_cast<int>(globals.size()); }
+  // All that were made, live or not: a test sees that it counted something.
+  int LocalsMade() const { return localsMade; }
+  int GlobalsMade() const { return globalsMade; }
+  // Frames pushed and not popped.
+  int OpenFrames() const { return static_cast<int>(frames.size()) - 1; }
+
+  // For the patched entries.
+  const JNINativeInterface_& Original() const { return patch.Original(); }
+  void NoteLocal(jobject reference);
+  void NoteGlobal(jobject reference);
+  void ForgetLocal(jobject reference);
+  void ForgetGlobal(jobject reference);
+  void PushFrame();
+  void PopFrame();
+
+ private:
+  PatchedJni patch;
+  std::vector<std::set<jobject>> frames;
+  std::set<jobject> globals;
+  int localsMade = 0;
+  int globalsMade = 0;
+};
+
+}  // namespace quenlatrix::test
