@@ -53,7 +53,7 @@ public class BeanHandler {
   /** Finds the beans of a jar or below a directory; false when the path can't be examined. */
   public boolean enumJavaBeans(String path) {
     beans = null;
-    if (path == null) {
+    if (path == null || path.isEmpty()) {
       return false;
     }
     File file = new File(path);
@@ -401,23 +401,22 @@ public class BeanHandler {
 
     /** What kind of accessor a method is by its form; 0 for none. */
     private static int accessorKind(Method method) {
-      Class<?>[] parameters = method.getParameterTypes();
-      Class<?> result = method.getReturnType();
       String name = method.getName();
-      boolean setter = name.startsWith("set");
-      boolean indexed = parameters.length == (setter ? 2 : 1) && parameters[0] == int.class;
-      if (!indexed && parameters.length != (setter ? 1 : 0)) {
-        return 0;
-      }
+      Class<?> result = method.getReturnType();
       int kind = 0;
-      if (setter) {
-        kind = result == void.class ? SETTER : 0;
-      } else if (name.startsWith("get")) {
+      if (name.startsWith("get")) {
         kind = result != void.class ? GETTER : 0;
+      } else if (name.startsWith("set")) {
+        kind = result == void.class ? SETTER : 0;
       } else if (name.startsWith("is")) {
         kind = result == boolean.class ? BOOLEAN_GETTER : 0;
       }
-      return indexed ? kind << INDEXED : kind;
+      int surplus = method.getParameterCount() - (kind == SETTER ? 1 : 0);
+      if (kind == 0 || surplus == 0) {
+        return kind;
+      }
+      boolean indexed = surplus == 1 && method.getParameterTypes()[0] == int.class;
+      return indexed ? kind << INDEXED : 0;
     }
 
     /**

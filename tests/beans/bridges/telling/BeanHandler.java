@@ -7,31 +7,16 @@ public class BeanHandler {
     return true;
   }
 
-  public int getBeanCount() { throw thrown("getBeanCount"); }
+  public String getBeanName(int index) { return index == 0 ? path : String.valueOf(thrown()); }
+  public int getBeanCount() { return thrown(); }
+  public int getBeanIndex(String name) { return thrown(); }
+  public int getPropertyCount(Class<?> cls) { return thrown(); }
+  public int getPropertyInfo(Class<?> c, int n, String[] s, String[] t, int[] a) { return thrown(); }
+  public int getMethodCount(Class<?> cls) { return thrown(); }
+  public int getMethodInfo(Class<?> c, int n, String[] s, String[] t, int[] i) { return thrown(); }
+  public int getParameterCount(Class<?> cls, int index) { return thrown(); }
+  public int getParameterInfo(Class<?> c, int i, int n, String[] s, String[] t) { return thrown(); }
+  public String getClassName(Class<?> cls) { return String.valueOf(thrown()); }
 
-  public String getBeanName(int index) {
-    if (index == 0) {
-      return path;
-    }
-    throw thrown("getBeanName");
-  }
-
-  public int getBeanIndex(String name) { throw thrown("getBeanIndex"); }
-  public int getPropertyCount(Class<?> cls) { throw thrown("getPropertyCount"); }
-  public int getPropertyInfo(Class<?> cls, int count, String[] n, String[] t, int[] a) {
-    throw thrown("getPropertyInfo");
-  }
-  public int getMethodCount(Class<?> cls) { throw thrown("getMethodCount"); }
-  public int getMethodInfo(Class<?> cls, int count, String[] n, String[] t, int[] i) {
-    throw thrown("getMethodInfo");
-  }
-  public int getParameterCount(Class<?> cls, int index) { throw thrown("getParameterCount"); }
-  public int getParameterInfo(Class<?> c, int index, int count, String[] n, String[] t) {
-    throw thrown("getParameterInfo");
-  }
-  public String getClassName(Class<?> cls) { throw thrown("getClassName"); }
-
-  private static RuntimeException thrown(String method) {
-    return new IllegalStateException(method);
-  }
+  private static int thrown() { throw new IllegalStateException("told to throw"); }
 }
