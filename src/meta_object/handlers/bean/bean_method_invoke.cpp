@@ -1,0 +1,253 @@
+#include "meta_object/handlers/bean/bean_method_invoke.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "meta_object/handlers/bean/java_exception.h"
+#include "meta_object/handlers/bean/java_lookup.h"
+#include "meta_object/handlers/bean/java_text.h"
+#include "meta_object/handlers/bean/java_types.h"
+#include "meta_object/handlers/bean/method_id.h"
+#include "meta_object/handlers/bean/plugin_state.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+namespace {
+
+constexpr char kRootClass[] = "java.lang.Object";
+// Only the VM's own class loaders define such classes, so every class loader sees the same ones.
+constexpr char kPlatformPackages[] = "java.";
+
+// An entry is a local reference of the conversion's when it is an array, or an object made from
+// text; a primitive value and a handler's global reference must never be deleted.
+bool HoldsLocalReference(type::Object const& param) {
+  TypeDesc const& desc = param.GetMetaItemType();
+  if (desc.arrayInfo != nullptr) {
+    return true;
+  }
+  char const* const name = desc.typeName.getCharPtr();
+  return name != nullptr && FindTextClass(name) != nullptr;
+}
+
+jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method, jvalue* args) {
+  if (number == kReferenceNumber) {
+    jvalue result;
+    result.l = env->CallObjectMethodA(object, method, args);
+    return result;
+  }
+  if (JavaPrimitive const* const primitive = FindPrimitive(number)) {
+    return primitive->call(env, object, method, args);
+  }
+  jvalue none;
+  none.j = 0;
+  return none;
+}
+
+// "<init>" would run a constructor on an instance that exists.
+bool IsMethodName(char const* name) { return name != nullptr && *name != '<'; }
+
+}  // namespace
+
+// The converted parameters, and the local references among them until the scope ends.
+class CBeanMethodInvoke::Arguments {
+ public:
+  Arguments(JNIEnv* env, std::list<type::Object*> const& params)
+      : env_(env), params_(params), values_(std::make_unique<jvalue[]>(params.size())) {}
+  Arguments(Arguments const&) = delete;
+  Arguments& operator=(Arguments const&) = delete;
+  ~Arguments() {
+    jvalue const* value = values_.get();
+    for (type::Object const* param : params_) {
+      if (param != nullptr && HoldsLocalReference(*param)) {
+        LocalRef<jobject>::Adopt(env_, value->l).Reset();
+      }
+      ++value;
+    }
+  }
+
+  // Null when there are none.
+  jvalue* Get() { return params_.empty() ? nullptr : values_.get(); }
+
+ private:
+  JNIEnv* env_;
+  std::list<type::Object*> const& params_;
+  std::unique_ptr<jvalue[]> values_;
+};
+
+CBeanMethodInvoke::CBeanMethodInvoke(WideString const& id, JNIEnv* env, jobject object, bool parse)
+    : env(env), object(object) {
+  if (env != nullptr && parse && id.getWCharPtr() != nullptr) {
+    ParseMethodID(id, methodName, methodType, false);
+  }
+}
+
+CBeanMethodInvoke::~CBeanMethodInvoke() = default;
+
+HandlerStatus CBeanMethodInvoke::PrepareMethodCall(std::list<type::Object*>& params) {
+  this->params.insert(this->params.end(), params.begin(), params.end());
+  return handler_status::kSuccess;
+}
+
+HandlerStatus CBeanMethodInvoke::SetReturnDataType(TypeDesc const& type) {
+  returnType = type;
+  return handler_status::kSuccess;
+}
+
+type::Object* CBeanMethodInvoke::GetParamItem(int index) const {
+  if (index < 0 || static_cast<std::size_t>(index) >= params.size()) {
+    return nullptr;
+  }
+  return *std::next(params.begin(), index);
+}
+
+HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::Object** result) {
+  type::Object* unwanted = nullptr;
+  type::Object** const target = result == nullptr ? &unwanted : result;
+  *target = nullptr;
+  WideString bareName;
+  if (!MethodId2MethodName(methodName, bareName)) {
+    return handler_status::kCallFailed;
+  }
+  WideString signature;
+  int returnNumber = 0;
+  Arguments arguments(env, params);
+  if (!SetUpParamArray(params, arguments.Get(), target, signature, returnNumber) ||
+      signature.getWCharPtr() == nullptr) {
+    return handler_status::kCallFailed;
+  }
+  WideString exceptionText;
+  bool const isDone = Call(bareName, signature, returnNumber, arguments, target, exceptionText);
+  if (unwanted != nullptr) {
+    unwanted->ReleaseItem();
+    delete unwanted;
+  }
+  if (isDone) {
+    status.statusCode = MethodInvokeStatus::kSucceeded;
+    status.description.assign(L"JavaBean method call successful");
+    return handler_status::kSuccess;
+  }
+  status.statusCode = MethodInvokeStatus::kFailed;
+  if (exceptionText.getWCharPtr() != nullptr) {
+    status.failureText = exceptionText;
+  } else {
+    status.failureText.assign(L"JavaBean method call failed");
+  }
+  status.description.assign(L"Method: ");
+  status.description.append(bareName.getWCharPtr());
+  return handler_status::kCallFailed;
+}
+
+bool CBeanMethodInvoke::Call(WideString const& bareName, WideString const& signature,
+                             int returnNumber, Arguments& arguments, type::Object** result,
+                             WideString& exceptionText) {
+  if (object == nullptr) {
+    return false;
+  }
+  auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
+  if (bean::IsJavaExceptionHappened(env, nullptr) || !cls) {
+    return false;
+  }
+  JavaUtf8 const name(bareName.getCharPtr());
+  JavaUtf8 const code(signature.getCharPtr());
+  if (!IsMethodName(name.Get()) || code.Get() == nullptr) {
+    return false;
+  }
+  jmethodID const method = FindJavaMethod(env, cls.Get(), name.Get(), code.Get());
+  cls.Reset();
+  if (method == nullptr || !ArgumentsFit(arguments.Get())) {
+    return false;
+  }
+  jvalue const value = callJavaMethod(returnNumber, env, object, method, arguments.Get());
+  bool const hasThrown = bean::IsJavaExceptionHappened(env, &exceptionText);
+  auto const reference = LocalRef<jobject>::Adopt(
+      env, returnNumber == kReferenceNumber ? value.l : static_cast<jobject>(nullptr));
+  if (hasThrown) {
+    return false;
+  }
+  TranslateOutParams(arguments.Get());
+  return TranslateJavaResult(value, result, returnNumber);
+}
+
+bool CBeanMethodInvoke::ArgumentsFit(jvalue const* values) {
+  for (type::Object const* param : params) {
+    jobject const argument = values->l;
+    ++values;
+    TypeDesc const& desc = param->GetMetaItemType();
+    bool const isPrimitive =
+        desc.arrayInfo == nullptr && FindPrimitive(desc.typeName.getWCharPtr()) != nullptr;
+    if (!isPrimitive && argument != nullptr && !ArgumentFits(*param, argument)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool CBeanMethodInvoke::ArgumentFits(type::Object const& param, jobject argument) {
+  TypeDesc const& desc = param.GetMetaItemType();
+  WideString elementName;
+  std::string name;
+  if (desc.arrayInfo == nullptr) {
+    elementName = desc.typeName;
+  } else {
+    param.GetDesc(elementName);
+    if (FindPrimitive(elementName.getWCharPtr()) != nullptr) {
+      return true;
+    }
+    name.append(desc.arrayInfo->dimensions.size(), '[').append("L");
+  }
+  char const* const narrow = elementName.getCharPtr();
+  if (narrow == nullptr) {
+    return false;
+  }
+  if (std::strcmp(narrow, kRootClass) == 0 || FindTextClass(narrow) != nullptr) {
+    return true;
+  }
+  bool const isPlatformClass =
+      std::strncmp(narrow, kPlatformPackages, std::strlen(kPlatformPackages)) == 0;
+  name += narrow;
+  if (desc.arrayInfo != nullptr) {
+    name += ';';
+  }
+  if (isPlatformClass) {
+    std::replace(name.begin(), name.end(), '.', '/');
+  } else {
+    std::replace(name.begin(), name.end(), '/', '.');
+  }
+  JavaUtf8 const text(name.c_str());
+  if (text.Get() == nullptr) {
+    return false;
+  }
+  auto const cls = isPlatformClass ? FindJavaClass(env, text.Get())
+                                   : FindJavaClassSeenBy(env, object, text.Get());
+  return cls && env->IsInstanceOf(argument, cls.Get()) == JNI_TRUE;
+}
+
+bool CBeanMethodInvoke::TranslateOutParams(jvalue* values) {
+  if (values == nullptr) {
+    return true;
+  }
+  for (type::Object* param : params) {
+    auto* const javaArray = static_cast<jarray>(values->l);
+    ++values;
+    if (param == nullptr) {
+      continue;
+    }
+    auto* const array =
+        param->GetMetaItemType().arrayInfo == nullptr ? nullptr : dynamic_cast<type::Array*>(param);
+    // What went out as null has nothing to bring back.
+    if (array != nullptr && javaArray != nullptr) {
+      WideString typeName;
+      array->GetDesc(typeName);
+      ReleaseItems(*array);
+      array->Clear();
+      JavaArray2Native(javaArray, typeName, &param);
+    }
+    param->SetInvoke(true);
+  }
+  return true;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <jni.h>
+
+#include <list>
+#include <vector>
+
+#include "meta_object/context.h"
+#include "meta_object/handler_status.h"
+#include "meta_object/handlers/bean/java_refs.h"
+#include "meta_object/method_type.h"
+#include "meta_object/type/array.h"
+#include "meta_object/type/object.h"
+#include "meta_object/type_desc.h"
+#include "text/wide_string.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+// One open method call: the parameters and the result's type as the host gave them, and the way
+// from them to a JNI call and back. Belongs to the thread whose environment it keeps. No operation
+// leaves a local reference or a pending Java exception behind.
+class CBeanMethodInvoke {
+ public:
+  // Keeps the environment (may be null: then every invocation fails) and the instance, which stay
+  // the caller's. The identifier is taken apart only when `parse` is true.
+  CBeanMethodInvoke(WideString const& id, JNIEnv* env, jobject object, bool parse);
+  CBeanMethodInvoke(CBeanMethodInvoke const&) = delete;
+  CBeanMethodInvoke& operator=(CBeanMethodInvoke const&) = delete;
+  virtual ~CBeanMethodInvoke();
+
+  // Appends parameters; they stay the host's and must outlive the call. Always 0.
+  virtual HandlerStatus PrepareMethodCall(std::list<type::Object*>& params);
+  // The type that the method returns; void until this is called. Always 0.
+  virtual HandlerStatus SetReturnDataType(TypeDesc const& type);
+  // Calls the method. 0 with a result (null for none) that the caller owns; 7 otherwise, `status`
+  // then left alone when nothing reached the VM. `result` may be null: the result is dropped.
+  virtual HandlerStatus InvokeMethod(MethodInvokeStatus& status, type::Object** result);
+
+  // Turns each parameter into an entry of `values`, which has a zeroed entry for each, and the
+  // whole into a JNI signature and the result's Java type number. False when one can't be
+  // converted; the entries made so far stay. `ignored` is not used.
+  bool SetUpParamArray(std::list<type::Object*>& params, jvalue* values, type::Object** ignored,
+                       WideString& signature, int& returnNumber);
+  // After the call: refills array parameters from their Java arrays and marks all parameters as
+  // invoked. Always true.
+  bool TranslateOutParams(jvalue* values);
+  // The parameter at the 0-based index, lent; null when there is none.
+  type::Object* GetParamItem(int index) const;
+
+  // To Java. Type names are in source form. Each conversion writes `value`, appends the signature
+  // code and sets the Java type number; false when it can't be done.
+
+  // A scalar, string or object from its text; an empty text converts the type alone. `typeName` of
+  // a class is left in slash form.
+  bool NativeType2ClassType(WideString& typeName, WideString& valueText, jvalue* value,
+                            WideString& signature, int& number);
+  // A new local reference to a string or wrapper object; for any other class the global reference
+  // that the text names as a decimal number, where a live handler holds it. Null otherwise.
+  jobject CreateObject(WideString& typeName, WideString& valueText);
+  // An array of one or two dimensions as a new local reference, null for a primitive array whose
+  // elements can't be read. With a null `array` the result's type: the code alone.
+  bool ProcessArray(type::Object* array, WideString& typeName, WideString& valueText, jvalue* value,
+                    WideString& signature, int& number);
+  bool Process2DArray(type::Array* array, WideString& typeName, WideString& valueText,
+                      jvalue* value, WideString& signature);
+
+  // From Java.
+
+  // The value of a result by its Java type number, null where there is none. False without an
+  // environment.
+  bool TranslateJavaResult(jvalue value, type::Object** result, int number);
+  // Text and descriptor (which the caller deletes) of a Java object; for a class that crosses as
+  // reference a new global reference too, which the caller owns.
+  jobject ClassToReference(WideString& className, jvalue& value, TypeDesc*& desc, WideString& text);
+  // A new, empty value of the described type; for an object one that has taken over `object`, a
+  // global reference. Null for a type without values, or when the object can't be bound: `object`
+  // then stays the caller's.
+  type::Object* CreateItem(TypeDesc const& desc, jobject object) const;
+  // Fills `*result`, an array value, or a new one when it is null, from a Java array. False, with
+  // no new value, for an empty array or one of another shape.
+  bool JavaArray2Native(jarray array, WideString& typeName, type::Object** result);
+  bool Java2Array2NativeArray(jarray array, WideString& typeName, type::Object** result);
+
+ private:
+  class Arguments;
+
+  // The call itself, once the arguments are there. True with `result`; false with the exception's
+  // text, empty where there was none.
+  bool Call(WideString const& bareName, WideString const& signature, int returnNumber,
+            Arguments& arguments, type::Object** result, WideString& exceptionText);
+  // Is every object among the arguments an instance of its parameter's class, as the receiver's
+  // class loader sees it? The VM trusts its caller here, so a wrong object would corrupt memory.
+  bool ArgumentsFit(jvalue const* values);
+  bool ArgumentFits(type::Object const& param, jobject argument);
+  // The result's type name without what stands before its last blank.
+  WideString ReturnTypeName() const;
+
+  bool ProcessParamArray(type::Array& array, TypeDesc const& desc, WideString& typeName,
+                         WideString& valueText, jvalue* value, WideString& signature, int& number);
+  // A new Java object array; null when an element can't be converted.
+  jobjectArray CreateObjectArray(type::Array& array, unsigned int count, WideString& typeName);
+  LocalRef<jobject> CreateElement(type::Object const& item, WideString& typeName);
+  jobject CreateTextObject(jclass cls, bool isCharacter, WideString& typeName,
+                           WideString& valueText);
+
+  // The new value of a Java object of the named class; null when there is none.
+  type::Object* CreateReferenceItem(jobject reference, WideString& className);
+  bool FillElements(jobjectArray array, WideString& typeName, type::Array& target);
+  bool FillRows(jobjectArray array, WideString& typeName, type::Array& target, int rows,
+                int columns);
+
+  std::list<type::Object*> params;
+  TypeDesc returnType;
+  MethodType methodType = MethodType::Invoke;
+  WideString methodName;
+  JNIEnv* env;
+  jobject object;
+};
+
+// Lets every element let go of what it refers to: to be done before an array's elements are
+// deleted, since deleting an object value alone keeps its reference counted.
+void ReleaseItems(type::Array& array);
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,46 @@
+#include "meta_object/handlers/bean/java_exception.h"
+
+#include "meta_object/handlers/bean/java_refs.h"
+#include "meta_object/handlers/bean/java_text.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+namespace {
+
+// A toString() that throws in its turn leaves `text` with its prefix; what it threw is dropped.
+void DescribeException(JNIEnv* env, jthrowable exception, WideString& text) {
+  text.assign(L"Java Exception: ");
+  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(exception));
+  if (!cls) {
+    return;
+  }
+  if (jmethodID const toString = env->GetMethodID(cls.Get(), "toString", "()Ljava/lang/String;")) {
+    auto const description =
+        LocalRef<jstring>::Adopt(env, env->CallObjectMethod(exception, toString));
+    if (!env->ExceptionCheck() && description) {
+      AppendJavaText(env, description.Get(), text);
+    }
+  }
+  if (env->ExceptionCheck() != JNI_FALSE) {
+    env->ExceptionClear();
+  }
+}
+
+}  // namespace
+
+bool IsJavaExceptionHappened(JNIEnv* env, WideString* text) {
+  if (env == nullptr) {
+    return false;
+  }
+  auto const exception = LocalRef<jthrowable>::Adopt(env, env->ExceptionOccurred());
+  if (!exception) {
+    return false;
+  }
+  env->ExceptionClear();
+  if (text != nullptr) {
+    DescribeException(env, exception.Get(), *text);
+  }
+  return true;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,74 @@
+#include "meta_object/handlers/bean/java_lookup.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "meta_object/handlers/bean/java_exception.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+namespace {
+
+jmethodID Checked(JNIEnv* env, jmethodID method) {
+  if (method == nullptr) {
+    IsJavaExceptionHappened(env, nullptr);
+  }
+  return method;
+}
+
+// The result of a call that may have thrown: null then, with nothing pending.
+template <class T>
+LocalRef<T> CheckedResult(JNIEnv* env, jobject result) {
+  auto ref = LocalRef<T>::Adopt(env, result);
+  if (IsJavaExceptionHappened(env, nullptr)) {
+    ref.Reset();
+  }
+  return ref;
+}
+
+}  // namespace
+
+LocalRef<jclass> FindJavaClass(JNIEnv* env, char const* slashName) {
+  return CheckedResult<jclass>(env, env->FindClass(slashName));
+}
+
+jmethodID FindJavaMethod(JNIEnv* env, jclass cls, char const* name, char const* signature) {
+  return Checked(env, env->GetMethodID(cls, name, signature));
+}
+
+jmethodID FindJavaStaticMethod(JNIEnv* env, jclass cls, char const* name, char const* signature) {
+  return Checked(env, env->GetStaticMethodID(cls, name, signature));
+}
+
+LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, char const* dottedName) {
+  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(receiver));
+  auto const classClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(cls.Get()));
+  jmethodID const getClassLoader =
+      FindJavaMethod(env, classClass.Get(), "getClassLoader", "()Ljava/lang/ClassLoader;");
+  jmethodID const forName =
+      FindJavaStaticMethod(env, classClass.Get(), "forName",
+                           "(Ljava/lang/String;ZLjava/lang/ClassLoader;)Ljava/lang/Class;");
+  if (getClassLoader == nullptr || forName == nullptr) {
+    return {};
+  }
+  auto const name = CheckedResult<jstring>(env, env->NewStringUTF(dottedName));
+  if (!name) {
+    return {};
+  }
+  auto const loader =
+      LocalRef<jobject>::Adopt(env, env->CallObjectMethod(cls.Get(), getClassLoader));
+  if (IsJavaExceptionHappened(env, nullptr)) {
+    return {};
+  }
+  return CheckedResult<jclass>(
+      env, env->CallStaticObjectMethod(classClass.Get(), forName, name.Get(),
+                                       static_cast<jboolean>(JNI_FALSE), loader.Get()));
+}
+
+char* dotsToSlashes(char* name) {
+  std::replace(name, name + std::strlen(name), '.', '/');
+  return name;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <jni.h>
+
+#include "meta_object/handlers/bean/java_refs.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+// Look-ups that leave nothing pending: a class or method that isn't there gives null, and the
+// exception that the VM raised for it is cleared. All text is modified UTF-8.
+
+// The class of that name in slash form ("java/util/List", "[I").
+LocalRef<jclass> FindJavaClass(JNIEnv* env, char const* slashName);
+
+// The instance method of that name and JNI signature.
+jmethodID FindJavaMethod(JNIEnv* env, jclass cls, char const* name, char const* signature);
+
+// The static method of that name and JNI signature.
+jmethodID FindJavaStaticMethod(JNIEnv* env, jclass cls, char const* name, char const* signature);
+
+// The class named `dottedName` (Class.getName() form, "[Ljava.util.List;" for arrays) as the class
+// loader of `receiver`'s class sees it. The class is not initialised.
+LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, char const* dottedName);
+
+// Replaces every "." of a class name by "/" in place, as FindClass wants it; returns `name`.
+char* dotsToSlashes(char* name);
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,141 @@
+#include "meta_object/handlers/bean/java_text.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "meta_object/handlers/bean/java_exception.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+namespace {
+
+constexpr char32_t kFirstSupplementary = 0x10000;
+constexpr char32_t kLastCharacter = 0x10FFFF;
+
+bool IsAscii(char const* text) {
+  return std::none_of(text, text + std::strlen(text),
+                      [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
+void AppendThreeBytes(char32_t unit, std::string& out) {
+  out.push_back(static_cast<char>(0xE0 | (unit >> 12)));
+  out.push_back(static_cast<char>(0x80 | ((unit >> 6) & 0x3F)));
+  out.push_back(static_cast<char>(0x80 | (unit & 0x3F)));
+}
+
+void AppendEncoded(char32_t c, std::string& out) {
+  if (c < 0x80) {
+    out.push_back(static_cast<char>(c));
+  } else if (c < 0x800) {
+    out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+    out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+  } else if (c < kFirstSupplementary) {
+    AppendThreeBytes(c, out);
+  } else {
+    AppendThreeBytes(0xD800 + ((c - kFirstSupplementary) >> 10), out);
+    AppendThreeBytes(0xDC00 + ((c - kFirstSupplementary) & 0x3FF), out);
+  }
+}
+
+// The continuation bits of a byte, or nothing when it continues no character.
+bool TakeContinuation(char const* text, char32_t& unit) {
+  auto const byte = static_cast<unsigned char>(*text);
+  unit = (unit << 6) | (byte & 0x3FU);
+  return (byte & 0xC0) == 0x80;
+}
+
+// Reads one UTF-16 unit and steps over its bytes.
+char32_t TakeUnit(char const*& text) {
+  auto const first = static_cast<unsigned char>(*text++);
+  if ((first & 0xE0) == 0xC0) {
+    char32_t unit = first & 0x1FU;
+    if (TakeContinuation(text, unit)) {
+      ++text;
+      return unit;
+    }
+  } else if ((first & 0xF0) == 0xE0) {
+    char32_t unit = first & 0x0FU;
+    if (TakeContinuation(text, unit) && TakeContinuation(text + 1, unit)) {
+      text += 2;
+      return unit;
+    }
+  }
+  return first;
+}
+
+char32_t TakeCharacter(char const*& text) {
+  char32_t const high = TakeUnit(text);
+  if (high < 0xD800 || high > 0xDBFF || *text == '\0') {
+    return high;
+  }
+  char const* next = text;
+  char32_t const low = TakeUnit(next);
+  if (low < 0xDC00 || low > 0xDFFF) {
+    return high;
+  }
+  text = next;
+  return kFirstSupplementary + ((high - 0xD800) << 10) + (low - 0xDC00);
+}
+
+}  // namespace
+
+JavaUtf8::JavaUtf8(char const* narrow) : text_(narrow) {
+  if (narrow == nullptr || IsAscii(narrow)) {
+    return;
+  }
+  text_ = nullptr;
+  std::wstring wide(std::strlen(narrow), L'\0');
+  std::size_t const length = std::mbstowcs(wide.data(), narrow, wide.size());
+  if (length == static_cast<std::size_t>(-1)) {
+    return;
+  }
+  for (std::size_t i = 0; i < length; ++i) {
+    auto const c = static_cast<char32_t>(wide[i]);
+    if (c > kLastCharacter) {
+      return;
+    }
+    AppendEncoded(c, encoded_);
+  }
+  text_ = encoded_.c_str();
+}
+
+LocalRef<jstring> NewJavaText(JNIEnv* env, char const* narrow) {
+  JavaUtf8 const text(narrow);
+  if (text.Get() == nullptr) {
+    return {};
+  }
+  auto string = LocalRef<jstring>::Adopt(env, env->NewStringUTF(text.Get()));
+  if (IsJavaExceptionHappened(env, nullptr)) {
+    string.Reset();
+  }
+  return string;
+}
+
+bool AppendJavaText(JNIEnv* env, jstring text, WideString& out) {
+  UtfChars const chars(env, text);
+  if (chars.Get() == nullptr) {
+    return false;
+  }
+  AppendModifiedUtf8(chars.Get(), out);
+  return true;
+}
+
+void AppendModifiedUtf8(char const* text, WideString& out) {
+  if (IsAscii(text)) {
+    out.append(text);
+    return;
+  }
+  std::wstring wide;
+  wide.reserve(std::strlen(text));
+  while (*text != '\0') {
+    char32_t const c = TakeCharacter(text);
+    if (c == 0) {
+      break;
+    }
+    wide.push_back(static_cast<wchar_t>(c));
+  }
+  out.append(wide.c_str());
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

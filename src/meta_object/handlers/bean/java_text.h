@@ -1,0 +1,48 @@
+#pragma once
+
+#include <jni.h>
+
+#include <string>
+
+#include "meta_object/handlers/bean/java_refs.h"
+#include "text/wide_string.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+// Java text to and from ours. JNI speaks modified UTF-8: a character beyond U+FFFF is a pair of
+// three-byte surrogates, U+0000 is two bytes. Ours is wide text (one unit a character) with a
+// narrow form in the process's multibyte encoding. The policy, for every text that crosses:
+// - to Java goes the narrow form, which may be cut (see WideString), re-encoded from the process's
+//   encoding to modified UTF-8; what that encoding can't decode goes nowhere (failure);
+// - from Java every character arrives whole whatever the process's encoding is, a surrogate pair as
+//   one character, a lone surrogate as its own number; the text ends at its first U+0000, which our
+//   texts can't hold.
+
+// The modified UTF-8 form of a narrow text; an ASCII text is used as it is, without a copy, so the
+// text must outlive this object.
+class JavaUtf8 {
+ public:
+  explicit JavaUtf8(char const* narrow);
+  JavaUtf8(JavaUtf8 const&) = delete;
+  JavaUtf8& operator=(JavaUtf8 const&) = delete;
+
+  // Null when the narrow text is null or can't be decoded.
+  char const* Get() const { return text_; }
+
+ private:
+  std::string encoded_;
+  char const* text_;
+};
+
+// A new Java string of a narrow text. Null, with nothing pending, when the text is null, can't be
+// decoded or the VM has no memory.
+LocalRef<jstring> NewJavaText(JNIEnv* env, char const* narrow);
+
+// Appends a Java string to `out`. False, with `out` unchanged, for a null string or when the VM had
+// no memory (its exception is then pending).
+bool AppendJavaText(JNIEnv* env, jstring text, WideString& out);
+
+// Appends modified UTF-8 to `out`. Bytes that are none are taken one by one as Latin-1.
+void AppendModifiedUtf8(char const* text, WideString& out);
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,32 @@
+#include "meta_object/handlers/bean/java_thread.h"
+
+#include "meta_object/handlers/bean/plugin_state.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+JNIEnv* AttachNativeThread() {
+  if (!TlsJniAttachCount.IsValidTLSData()) {
+    return nullptr;
+  }
+  TlsJniAttachCount.Set(TlsJniAttachCount.Get() + 1);
+  if (_pJavaVM == nullptr) {
+    return nullptr;
+  }
+  void* env = nullptr;
+  _pJavaVM->AttachCurrentThread(&env, nullptr);
+  return static_cast<JNIEnv*>(env);
+}
+
+HandlerStatus DetachNativeThread() {
+  unsigned long const count = TlsJniAttachCount.Get();
+  if (count == 0) {
+    return handler_status::kSuccess;
+  }
+  TlsJniAttachCount.Set(count - 1);
+  if (count == 1 && _pJavaVM != nullptr) {
+    _pJavaVM->DetachCurrentThread();
+  }
+  return handler_status::kSuccess;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,232 @@
+#include "meta_object/handlers/bean/method_id.h"
+
+#include <strings.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "text/c_numbers.h"
+#include "text/wide_chars.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+WideString const MethodIdSeparator(L":");
+
+char const* const JavaTypeNames[kJavaTypes] = {"I", "Z", "B", "C", "S", "J", "F", "D", "void"};
+int const JavaTypeNumbers[kJavaTypes] = {5, 1, 2, 3, 4, 6, 7, 8, 9};
+
+namespace {
+
+constexpr char kSeparator = ':';
+constexpr wchar_t kArrayPrefix[] = L"array of ";
+
+using Key = TypeDesc::Key;
+
+struct JavaTypeRow {
+  wchar_t const* name;
+  Key key;
+};
+
+// After the first row in groups of three: a primitive type's name, its JNI letter, its wrapper.
+constexpr JavaTypeRow javaTypeSig[] = {
+    {L"void", Key::Void},
+    {L"boolean", Key::Bool},
+    {L"Z", Key::Bool},
+    {L"java.lang.Boolean", Key::Bool},
+    {L"int", Key::Int},
+    {L"I", Key::Int},
+    {L"java.lang.Integer", Key::Int},
+    {L"short", Key::Int},
+    {L"S", Key::Int},
+    {L"java.lang.Short", Key::Int},
+    {L"long", Key::Int},
+    {L"J", Key::Int},
+    {L"java.lang.Long", Key::Int},
+    {L"float", Key::Real},
+    {L"F", Key::Real},
+    {L"java.lang.Float", Key::Real},
+    {L"double", Key::Real},
+    {L"D", Key::Real},
+    {L"java.lang.Double", Key::Real},
+    {L"char", Key::Char},
+    {L"C", Key::Char},
+    {L"java.lang.Character", Key::Char},
+    {L"byte", Key::Int},
+    {L"B", Key::Int},
+    {L"java.lang.Byte", Key::Int},
+    {L"java.lang.String", Key::String},
+};
+
+// A JNI letter resolves to the primitive type's name before it.
+JavaTypeRow const* FindJavaType(std::wstring const& name) {
+  for (std::size_t row = 0; row < std::size(javaTypeSig); ++row) {
+    if (name == javaTypeSig[row].name) {
+      bool const isLetter = row > 0 && (row - 1) % 3 == 1;
+      return &javaTypeSig[isLetter ? row - 1 : row];
+    }
+  }
+  return nullptr;
+}
+
+bool EndsInNameCharacter(wchar_t const* text, std::size_t length) {
+  wchar_t const last = text[length - 1];
+  return quenlatrix::text::iswalnum(last) || last == L'_';
+}
+
+char const* Narrow(WideString const& text) {
+  char const* const narrow = text.getCharPtr();
+  return narrow == nullptr ? "" : narrow;
+}
+
+wchar_t const* Wide(WideString const& text) {
+  wchar_t const* const wide = text.getWCharPtr();
+  return wide == nullptr ? L"" : wide;
+}
+
+// Does the narrow form hold every character?
+bool IsWhole(char const* narrow, WideString const& text) {
+  return std::mbstowcs(nullptr, narrow, 0) == std::wcslen(Wide(text));
+}
+
+char const* KindPrefix(MethodType type) {
+  switch (type) {
+    case MethodType::Get:
+      return "Get:";
+    case MethodType::Set:
+      return "Set:";
+    default:
+      return "Invoke:";
+  }
+}
+
+}  // namespace
+
+bool CreateMethodID(WideString& id, WideString const& name, MethodType type, int index) {
+  id.assign(KindPrefix(type));
+  id.append(name.getWCharPtr());
+  id.append(MethodIdSeparator.getWCharPtr());
+  id.append(quenlatrix::text::PrintInteger(index).c_str());
+  return true;
+}
+
+bool ParseMethodID(WideString const& id, WideString& name, MethodType& type, bool bareName) {
+  type = MethodType::Invoke;
+  wchar_t const* const wide = Wide(id);
+  wchar_t const* const separator = std::wcschr(wide, L':');
+  WideString rest;
+  if (separator == nullptr) {
+    rest.assign(wide);
+  } else {
+    rest.assign(separator + 1);
+    if (strncasecmp(Narrow(id), "set", 3) == 0) {
+      type = MethodType::Set;
+    } else if (strncasecmp(Narrow(id), "get", 3) == 0) {
+      type = MethodType::Get;
+    }
+  }
+  if (bareName) {
+    MethodId2MethodName(rest, name);
+  } else {
+    name = std::move(rest);
+  }
+  return true;
+}
+
+bool MethodId2MethodName(WideString const& nameWithIndex, WideString& name) {
+  std::string const narrow = Narrow(nameWithIndex);
+  name.assign(narrow.substr(0, narrow.rfind(kSeparator)).c_str());
+  return name.getWCharPtr() != nullptr;
+}
+
+bool ReadMethodIndex(WideString const& id, unsigned long& index) {
+  char const* const narrow = Narrow(id);
+  char const* const name = std::strchr(narrow, kSeparator);
+  if (name == nullptr || name == narrow) {
+    return false;
+  }
+  char const* const digits = std::strchr(name + 1, kSeparator);
+  if (digits == nullptr || digits == name + 1 || !IsWhole(narrow, id)) {
+    return false;
+  }
+  char const* end = nullptr;
+  index = quenlatrix::text::ReadUnsignedLong(digits + 1, &end, 10);
+  return end != digits + 1;
+}
+
+void mangleMethodName(WideString& name, MethodType& type) {
+  if (type != MethodType::Get && type != MethodType::Set) {
+    return;
+  }
+  char const* const prefix = type == MethodType::Get ? "get" : "set";
+  if (strncasecmp(Narrow(name), prefix, 3) == 0) {
+    return;
+  }
+  WideString mangled(prefix);
+  mangled.append(name.getWCharPtr());
+  name = std::move(mangled);
+}
+
+TypeDesc GetTypeDesc(wchar_t const* javaTypeName) {
+  std::wstring name = javaTypeName == nullptr ? L"" : javaTypeName;
+  std::size_t const dimensions = std::min(name.find_first_not_of(L'['), name.size());
+  name.erase(0, dimensions);
+  if (name.size() >= 2 && name.front() == L'L' && name.back() == L';') {
+    name.erase(0, 1);
+  }
+  if (name.size() >= 2 && !EndsInNameCharacter(name.c_str(), name.size())) {
+    name.pop_back();
+  }
+
+  JavaTypeRow const* const row = FindJavaType(name);
+  wchar_t const* const typeName = row == nullptr ? name.c_str() : row->name;
+  TypeDesc desc(row == nullptr ? Key::Object : row->key, TypeDesc::RefType::ByValue,
+                dimensions > 0);
+  desc.typeName.assign(typeName);
+  std::wstring displayName;
+  for (std::size_t i = 0; i < dimensions; ++i) {
+    displayName += kArrayPrefix;
+    desc.arrayInfo->AddDimensionInfo(0, -1);
+  }
+  desc.displayName.assign((displayName + typeName).c_str());
+  return desc;
+}
+
+void TrimJavaString(wchar_t* text, int length) {
+  if (length >= 1) {
+    text[length] = L'\0';
+    return;
+  }
+  std::size_t const actual = std::wcslen(text);
+  if (actual >= 2 && !EndsInNameCharacter(text, actual)) {
+    text[actual - 1] = L'\0';
+  }
+}
+
+bool CharPtrToWideString(char const* text, wchar_t** wide) {
+  std::size_t const length = std::strlen(text);
+  if (length == 0) {
+    return true;
+  }
+  auto copy = std::make_unique<wchar_t[]>(length + 1);
+  std::size_t const converted = std::mbstowcs(copy.get(), text, length);
+  copy[length] = L'\0';
+  *wide = copy.release();
+  return converted != 0 && converted != static_cast<std::size_t>(-1);
+}
+
+bool Type2Num(ZuText const& code, int& number) {
+  number = 0;
+  for (int i = 0; i < kJavaTypes; ++i) {
+    if (code.Compare(JavaTypeNames[i]) == 0) {
+      number = JavaTypeNumbers[i];
+      break;
+    }
+  }
+  return true;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <jni.h>
+
+#include <unordered_set>
+
+#include "meta_object/environment.h"
+#include "meta_object/handler.h"
+#include "meta_object/handlers/bean/bean_handler_info.h"
+#include "meta_object/handlers/bean/u_guard.h"
+#include "os/mutex.h"
+#include "os/tls_slot.h"
+#include "text/wide_string.h"
+
+// The state of the process's one plug-in. All of it is defined in one file, so that it is made and
+// destroyed in one fixed order. The two pointers are the host's: stored once, during its
+// single-threaded start-up, and never changed again.
+
+// The host's services; null until SetEnvironment. Exported.
+extern quenlatrix::meta_object::Environment* _pEnvironment;
+
+// This handler's description; filled by InitHandler. Exported.
+extern quenlatrix::meta_object::handlers::bean::BeanHandlerInfo _HandlerInfo;
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+// The running VM; null until SetJavaVM.
+extern JavaVM* _pJavaVM;
+
+// How often each thread is attached.
+extern TlsValue<unsigned long> TlsJniAttachCount;
+
+// Stands for an empty Java string in a value text.
+extern WideString const strEmptyString;
+
+// "java.lang.String".
+extern WideString const strStringType;
+
+// Serialises reading of the class-path file.
+extern UGuard _mutexClassPathFile;
+
+// The Java references that this plug-in's live handlers hold. A number that a host passes as an
+// object is used as a reference only when it is one of these: asking the VM about any other number
+// could crash it. Any thread may use it.
+class LiveReferences {
+ public:
+  LiveReferences() : mutex(Mutex::Private) {}
+  LiveReferences(LiveReferences const&) = delete;
+  LiveReferences& operator=(LiveReferences const&) = delete;
+  ~LiveReferences() { mutex.DestroyMutex(); }
+
+  // Both do nothing for null.
+  void Add(jobject reference);
+  void Remove(jobject reference);
+  bool Contains(jobject reference);
+
+ private:
+  Mutex mutex;
+  std::unordered_set<jobject> references GUARDED_BY(mutex);
+};
+
+extern LiveReferences liveReferences;
+
+class BeanHandler;
+
+// A new handler, registered with the host's collector (unregistered when there is no environment
+// yet). The host frees it with FreeHandlerObject.
+BeanHandler* AllocHandlerObject();
+
+}  // namespace quenlatrix::meta_object::handlers::bean

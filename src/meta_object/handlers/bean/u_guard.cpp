@@ -1,0 +1,44 @@
+#include "meta_object/handlers/bean/u_guard.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+UGuard::UGuard(Mutex::MutexMode mode) : mutex(mode) {}
+
+UGuard::~UGuard() NO_THREAD_SAFETY_ANALYSIS {
+  mutex.UnLock();
+  mutex.DestroyMutex();
+}
+
+bool UGuard::Lock(eLockType type) NO_THREAD_SAFETY_ANALYSIS {
+  std::atomic<std::uint32_t>* const counter = CounterOf(type);
+  if (counter == nullptr) {
+    return false;
+  }
+  if (type == LockType1 && *counter != 0) {
+    ++*counter;
+    return true;
+  }
+  const bool locked = mutex.Lock() == 0;
+  ++*counter;
+  return locked;
+}
+
+bool UGuard::UnLock(eLockType type) NO_THREAD_SAFETY_ANALYSIS {
+  std::atomic<std::uint32_t>* const counter = CounterOf(type);
+  if (counter == nullptr || *counter == 0 || --*counter != 0) {
+    return false;
+  }
+  return mutex.UnLock() == 0;
+}
+
+std::atomic<std::uint32_t>* UGuard::CounterOf(eLockType type) {
+  switch (type) {
+    case LockType1:
+      return &type1Count;
+    case LockType2:
+      return &type2Count;
+  }
+  return nullptr;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

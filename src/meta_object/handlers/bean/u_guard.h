@@ -1,0 +1,63 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "os/mutex.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+// A counted guard over a mutex, with two kinds of holds that are counted apart. Holds of type 1
+// join the one that took the mutex, whichever thread that was: they keep the holders of type 2 out,
+// not each other.
+//
+// Threads: the first hold and the last release have to come from one thread, so pair Lock and
+// UnLock on the thread that locked; UGuardLock does.
+class UGuard {
+ public:
+  enum eLockType : int { LockType1 = 1, LockType2 = 2 };
+
+  // Throws the int 1 when the shared mode cannot open "/dev/zero".
+  explicit UGuard(Mutex::MutexMode mode);
+
+  // Gives the mutex back and destroys it.
+  ~UGuard();
+
+  UGuard(const UGuard&) = delete;
+  UGuard& operator=(const UGuard&) = delete;
+
+  // Takes the mutex, waiting for it, and counts the hold; a type-1 hold beside another one is only
+  // counted. False when the mutex could not be taken (the hold counts all the same), or for another
+  // type, which counts nothing.
+  bool Lock(eLockType type);
+
+  // Takes one hold of the type away. True when it was the last one and the mutex was given back;
+  // false while others remain, when there was none, or for another type.
+  bool UnLock(eLockType type);
+
+ private:
+  std::atomic<std::uint32_t>* CounterOf(eLockType type);
+
+  Mutex mutex;
+  // A type-1 hold looks at its counter before it has the mutex, so the counters are atomic.
+  std::atomic<std::uint32_t> type1Count{0};
+  std::atomic<std::uint32_t> type2Count{0};
+};
+
+// Holds a UGuard for a scope. For one thread.
+class UGuardLock {
+ public:
+  UGuardLock(UGuard& guard, UGuard::eLockType type) : guard(guard), type(type) { guard.Lock(type); }
+  ~UGuardLock() { guard.UnLock(type); }
+
+  UGuardLock(const UGuardLock&) = delete;
+  UGuardLock& operator=(const UGuardLock&) = delete;
+  UGuardLock(UGuardLock&&) = delete;
+  UGuardLock& operator=(UGuardLock&&) = delete;
+
+ private:
+  UGuard& guard;
+  UGuard::eLockType type;
+};
+
+}  // namespace quenlatrix::meta_object::handlers::bean

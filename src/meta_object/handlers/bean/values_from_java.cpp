@@ -1,0 +1,309 @@
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "meta_object/handlers/bean/bean_handler.h"
+#include "meta_object/handlers/bean/bean_method_invoke.h"
+#include "meta_object/handlers/bean/java_exception.h"
+#include "meta_object/handlers/bean/java_lookup.h"
+#include "meta_object/handlers/bean/java_text.h"
+#include "meta_object/handlers/bean/java_types.h"
+#include "meta_object/handlers/bean/method_id.h"
+#include "meta_object/handlers/bean/plugin_state.h"
+#include "meta_object/type/blob.h"
+#include "meta_object/type/scalar_values.h"
+#include "meta_object/type/string_values.h"
+#include "meta_object/type/struct_value.h"
+#include "text/c_numbers.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+namespace {
+
+using Key = TypeDesc::Key;
+
+template <class Value>
+std::unique_ptr<type::Object> Make() {
+  return std::make_unique<Value>();
+}
+
+// How an empty value of each key is made; objects are made apart.
+struct ItemMaker {
+  Key key;
+  std::unique_ptr<type::Object> (*make)();
+};
+
+constexpr ItemMaker kItemMakers[] = {
+    {Key::Void, Make<type::Void>},
+    {Key::Int, []() -> std::unique_ptr<type::Object> { return std::make_unique<type::Int>(0); }},
+    {Key::Real,
+     []() -> std::unique_ptr<type::Object> { return std::make_unique<type::Real>(0.0); }},
+    {Key::String, Make<type::String>},
+    {Key::Char, Make<type::Char>},
+    {Key::Bool, Make<type::Bool>},
+    {Key::Date, Make<type::Date>},
+    {Key::Currency, Make<type::Currency>},
+    {Key::Struct, Make<type::Struct>},
+    {Key::Enum, Make<type::Enum>},
+};
+
+// An object value whose handler has taken over `object`; null, with `object` untouched, when it
+// can't be bound.
+std::unique_ptr<type::Object> MakeObjectItem(TypeDesc const& desc, jobject object) {
+  auto blob = std::make_unique<type::Blob>();
+  blob->GetMetaItemType() = desc;
+  BeanHandler* const handler = AllocHandlerObject();
+  bool const isBound = handler->BindObject(object, nullptr) == handler_status::kSuccess;
+  if (isBound) {
+    blob->SetValue(handler);
+    blob->SetInvoke(true);
+  }
+  handler->Release();
+  return isBound ? std::move(blob) : nullptr;
+}
+
+TypeDesc ArrayDesc(WideString const& typeName, std::initializer_list<int> counts) {
+  TypeDesc desc(GetTypeDesc(typeName.getWCharPtr()).key, TypeDesc::RefType::ByValue, true);
+  for (int const count : counts) {
+    desc.arrayInfo->AddDimensionInfo(0, count);
+  }
+  return desc;
+}
+
+// The array value to fill: one that the caller has, or a new one that goes when it isn't handed
+// out.
+class Target {
+ public:
+  explicit Target(type::Object* existing)
+      : made_(existing == nullptr ? std::make_unique<type::Array>() : nullptr),
+        array_(existing == nullptr ? made_.get() : dynamic_cast<type::Array*>(existing)) {}
+  Target(Target const&) = delete;
+  Target& operator=(Target const&) = delete;
+  ~Target() {
+    if (made_ != nullptr) {
+      ReleaseItems(*made_);
+    }
+  }
+
+  explicit operator bool() const { return array_ != nullptr; }
+  type::Array& operator*() const { return *array_; }
+
+  type::Object* Release() {
+    static_cast<void>(made_.release());
+    return array_;
+  }
+
+ private:
+  std::unique_ptr<type::Array> made_;
+  type::Array* array_;
+};
+
+}  // namespace
+
+void ReleaseItems(type::Array& array) {
+  for (int i = 0; i < array.GetItemCount(); ++i) {
+    if (type::Object* const item = array.GetItemAt(static_cast<unsigned int>(i))) {
+      item->ReleaseItem();
+    }
+  }
+}
+
+bool CBeanMethodInvoke::TranslateJavaResult(jvalue value, type::Object** result, int number) {
+  *result = nullptr;
+  if (env == nullptr) {
+    return false;
+  }
+  if (number == kReferenceNumber) {
+    if (value.l == nullptr) {
+      return true;
+    }
+    WideString typeName = ReturnTypeName();
+    if (returnType.arrayInfo != nullptr) {
+      JavaArray2Native(static_cast<jarray>(value.l), typeName, result);
+    } else {
+      *result = CreateReferenceItem(value.l, typeName);
+    }
+    return true;
+  }
+  JavaPrimitive const* const primitive = FindPrimitive(number);
+  if (primitive == nullptr) {
+    return true;
+  }
+  *result = CreateItem(TypeDesc(primitive->key, TypeDesc::RefType::ByValue, false), nullptr);
+  if (*result != nullptr && primitive->toText != nullptr) {
+    WideString text;
+    primitive->toText(value, text);
+    (*result)->SetValueAsString(text);
+  }
+  return true;
+}
+
+jobject CBeanMethodInvoke::ClassToReference(WideString& className, jvalue& value, TypeDesc*& desc,
+                                            WideString& text) {
+  text.assign(L"");
+  char const* const name = className.getCharPtr();
+  if (env == nullptr || name == nullptr) {
+    return nullptr;
+  }
+  if (JavaTextClass const* const row = FindTextClass(name)) {
+    auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(value.l));
+    bean::IsJavaExceptionHappened(env, nullptr);
+    if (!cls) {
+      return nullptr;
+    }
+    if (jmethodID const toString =
+            FindJavaMethod(env, cls.Get(), "toString", "()Ljava/lang/String;")) {
+      auto const string = LocalRef<jstring>::Adopt(env, env->CallObjectMethod(value.l, toString));
+      if (!bean::IsJavaExceptionHappened(env, nullptr)) {
+        AppendJavaText(env, string.Get(), text);
+        bean::IsJavaExceptionHappened(env, nullptr);
+      }
+    }
+    desc = new TypeDesc(row->key, TypeDesc::RefType::ByValue, false);
+    return nullptr;
+  }
+  auto reference = GlobalRef<jobject>::Make(env, value.l);
+  if (bean::IsJavaExceptionHappened(env, nullptr) || !reference) {
+    return reference.Release();
+  }
+  text.assign(text::PrintUnsigned(reinterpret_cast<unsigned long>(reference.Get())).c_str());
+  auto made = std::make_unique<TypeDesc>(Key::Object, TypeDesc::RefType::ByValue, false);
+  made->typeName = className;
+  desc = made.release();
+  return reference.Release();
+}
+
+type::Object* CBeanMethodInvoke::CreateReferenceItem(jobject reference, WideString& className) {
+  jvalue value;
+  value.l = reference;
+  TypeDesc* madeDesc = nullptr;
+  WideString text;
+  auto held = GlobalRef<jobject>::Adopt(env, ClassToReference(className, value, madeDesc, text));
+  std::unique_ptr<TypeDesc> const desc(madeDesc);
+  if (desc == nullptr) {
+    return nullptr;
+  }
+  type::Object* const item = CreateItem(*desc, held.Get());
+  if (item != nullptr) {
+    static_cast<void>(held.Release());
+    item->SetValueAsString(text);
+  }
+  return item;
+}
+
+type::Object* CBeanMethodInvoke::CreateItem(TypeDesc const& desc, jobject object) const {
+  if (desc.key == Key::Object) {
+    return MakeObjectItem(desc, object).release();
+  }
+  for (ItemMaker const& maker : kItemMakers) {
+    if (maker.key == desc.key) {
+      auto item = maker.make();
+      item->GetMetaItemType() = desc;
+      return item.release();
+    }
+  }
+  return nullptr;
+}
+
+bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
+                                         type::Object** result) {
+  jint const length = env->GetArrayLength(array);
+  if (length < 1) {
+    bean::IsJavaExceptionHappened(env, nullptr);
+    return false;
+  }
+  if (result == nullptr) {
+    return false;
+  }
+  TypeDesc const& shape = *result == nullptr ? returnType : (*result)->GetMetaItemType();
+  if (shape.arrayInfo == nullptr) {
+    return false;
+  }
+  std::size_t const dimensions = shape.arrayInfo->dimensions.size();
+  if (dimensions == 2) {
+    return Java2Array2NativeArray(array, typeName, result);
+  }
+  Target target(*result);
+  if (dimensions != 1 || !target || !(*target).Create(ArrayDesc(typeName, {length}))) {
+    return false;
+  }
+  if (JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr())) {
+    if (primitive->fromArray != nullptr) {
+      primitive->fromArray(env, array, static_cast<unsigned int>(length), &*target);
+    }
+  } else if (!FillElements(static_cast<jobjectArray>(array), typeName, *target)) {
+    return false;
+  }
+  *result = target.Release();
+  return true;
+}
+
+bool CBeanMethodInvoke::FillElements(jobjectArray array, WideString& typeName,
+                                     type::Array& target) {
+  for (int i = 0; i < target.GetItemCount(); ++i) {
+    auto const element = LocalRef<jobject>::Adopt(env, env->GetObjectArrayElement(array, i));
+    if (bean::IsJavaExceptionHappened(env, nullptr)) {
+      return false;
+    }
+    if (element) {
+      target.SetItemAt(CreateReferenceItem(element.Get(), typeName), static_cast<unsigned int>(i));
+    }
+  }
+  return true;
+}
+
+bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, WideString& typeName,
+                                               type::Object** result) {
+  auto* const table = static_cast<jobjectArray>(array);
+  jint const rows = env->GetArrayLength(table);
+  if (rows < 1) {
+    bean::IsJavaExceptionHappened(env, nullptr);
+    return false;
+  }
+  Target target(*result);
+  if (!target || (*target).GetMetaItemType().arrayInfo == nullptr) {
+    return false;
+  }
+  auto first = LocalRef<jarray>::Adopt(env, env->GetObjectArrayElement(table, 0));
+  if (bean::IsJavaExceptionHappened(env, nullptr) || !first) {
+    return false;
+  }
+  jint const columns = env->GetArrayLength(first.Get());
+  first.Reset();
+  if (bean::IsJavaExceptionHappened(env, nullptr) || columns < 1 ||
+      !(*target).Create(ArrayDesc(typeName, {rows, columns}))) {
+    return false;
+  }
+  bool const isWhole = FillRows(table, typeName, *target, rows, columns);
+  *result = target.Release();
+  return isWhole;
+}
+
+bool CBeanMethodInvoke::FillRows(jobjectArray array, WideString& typeName, type::Array& target,
+                                 int rows, int columns) {
+  Target row(nullptr);
+  (*row).GetMetaItemType() = ArrayDesc(typeName, {columns});
+  for (int r = 0; r < rows; ++r) {
+    auto const rowArray = LocalRef<jarray>::Adopt(env, env->GetObjectArrayElement(array, r));
+    if (bean::IsJavaExceptionHappened(env, nullptr) || !rowArray) {
+      return false;
+    }
+    ReleaseItems(*row);
+    (*row).Clear();
+    type::Object* scratch = &*row;
+    JavaArray2Native(rowArray.Get(), typeName, &scratch);
+    int const count = std::min((*row).GetItemCount(), columns);
+    for (int c = 0; c < count; ++c) {
+      auto const index = static_cast<unsigned int>(c);
+      type::Object* const item = (*row).GetItemAt(index);
+      if (item == nullptr) {
+        return false;
+      }
+      (*row).SetItemAt(nullptr, index);
+      target.SetItemAt(item, static_cast<unsigned int>(r * columns + c));
+    }
+  }
+  return true;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

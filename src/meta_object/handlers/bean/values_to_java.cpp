@@ -1,0 +1,371 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "meta_object/handlers/bean/bean_method_invoke.h"
+#include "meta_object/handlers/bean/java_exception.h"
+#include "meta_object/handlers/bean/java_lookup.h"
+#include "meta_object/handlers/bean/java_text.h"
+#include "meta_object/handlers/bean/java_types.h"
+#include "meta_object/handlers/bean/method_id.h"
+#include "meta_object/handlers/bean/plugin_state.h"
+#include "text/c_numbers.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+namespace {
+
+bool IsEmpty(WideString const& text) {
+  return text.getWCharPtr() == nullptr || *text.getWCharPtr() == L'\0';
+}
+
+// Elements are asked for by the indices 0 to count - 1, so a dimension that starts elsewhere
+// has none for some of them.
+bool StartsAtZero(type::Array const& array) {
+  int const dimensions = array.GetDimensionCount();
+  for (int i = 0; i < dimensions; ++i) {
+    int lowerBound = 0;
+    int elementCount = 0;
+    if (array.GetDimensionInfo(i, lowerBound, elementCount) && lowerBound != 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+int ElementCount(type::Array const& array, int dimension) {
+  int lowerBound = 0;
+  int elementCount = 0;
+  array.GetDimensionInfo(dimension, lowerBound, elementCount);
+  return elementCount;
+}
+
+std::string SlashForm(WideString const& typeName) {
+  char const* const narrow = typeName.getCharPtr();
+  std::string name = narrow == nullptr ? "" : narrow;
+  dotsToSlashes(name.data());
+  return name;
+}
+
+void AppendClassCode(char const* slashName, WideString& signature) {
+  signature.append(L"L");
+  signature.append(slashName);
+  signature.append(L";");
+}
+
+// A row array whose elements are lent by a two-dimensional array: it gives them back before they
+// could be deleted with it.
+class LentRow {
+ public:
+  explicit LentRow(type::Array const& table) : table_(table) {}
+  LentRow(LentRow const&) = delete;
+  LentRow& operator=(LentRow const&) = delete;
+  ~LentRow() { GiveBack(); }
+
+  bool Create(TypeDesc const& desc, WideString const& typeName) {
+    row_.SetDesc(typeName);
+    return row_.Create(desc);
+  }
+
+  // False when a place of the row is empty.
+  bool Fill(unsigned int first) {
+    for (unsigned int i = 0; i < Count(); ++i) {
+      type::Object* const item = table_.GetItemAt(first + i);
+      row_.SetItemAt(item, i);
+      if (item == nullptr) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  type::Array& Get() { return row_; }
+
+ private:
+  unsigned int Count() const { return static_cast<unsigned int>(row_.GetItemCount()); }
+  void GiveBack() {
+    for (unsigned int i = 0; row_.GetItemCount() > 0 && i < Count(); ++i) {
+      row_.SetItemAt(nullptr, i);
+    }
+  }
+
+  type::Array const& table_;
+  type::Array row_;
+};
+
+}  // namespace
+
+WideString CBeanMethodInvoke::ReturnTypeName() const {
+  char const* const narrow = returnType.typeName.getCharPtr();
+  std::string const name = narrow == nullptr ? "void" : narrow;
+  std::size_t const blank = name.rfind(' ');
+  return blank == std::string::npos && narrow != nullptr
+             ? returnType.typeName
+             : WideString(name.substr(blank == std::string::npos ? 0 : blank + 1).c_str());
+}
+
+bool CBeanMethodInvoke::SetUpParamArray(std::list<type::Object*>& params, jvalue* values,
+                                        type::Object**, WideString& signature, int& returnNumber) {
+  WideString typeName;
+  WideString valueText;
+  int number = 0;
+  signature.append(L"(");
+  for (type::Object* param : params) {
+    if (param == nullptr) {
+      return false;
+    }
+    TypeDesc const& desc = param->GetMetaItemType();
+    if (desc.arrayInfo != nullptr) {
+      if (!ProcessArray(param, typeName, valueText, values, signature, number)) {
+        return false;
+      }
+    } else {
+      typeName = desc.typeName;
+      param->GetValueAsString(valueText);
+      if (IsEmpty(valueText) && typeName.compare(strStringType.getWCharPtr(), 0) == 0) {
+        valueText = strEmptyString;
+      }
+      if (IsEmpty(typeName) || IsEmpty(valueText) ||
+          !NativeType2ClassType(typeName, valueText, values, signature, number)) {
+        return false;
+      }
+    }
+    ++values;
+  }
+  signature.append(L")");
+  typeName = ReturnTypeName();
+  valueText.assign(L"");
+  jvalue scratch;
+  return returnType.arrayInfo != nullptr
+             ? ProcessArray(nullptr, typeName, valueText, &scratch, signature, returnNumber)
+             : NativeType2ClassType(typeName, valueText, &scratch, signature, returnNumber);
+}
+
+bool CBeanMethodInvoke::NativeType2ClassType(WideString& typeName, WideString& valueText,
+                                             jvalue* value, WideString& signature, int& number) {
+  if (JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr())) {
+    if (!IsEmpty(valueText) && primitive->fromText != nullptr) {
+      char const* const narrow = valueText.getCharPtr();
+      if (narrow == nullptr) {
+        return false;
+      }
+      primitive->fromText(narrow, *value);
+    }
+    signature.append(primitive->code);
+    number = primitive->number;
+    return true;
+  }
+  if (env == nullptr) {
+    return false;
+  }
+  if (!IsEmpty(valueText)) {
+    jobject const reference = CreateObject(typeName, valueText);
+    if (reference == nullptr) {
+      return false;
+    }
+    value->l = reference;
+  }
+  if (!IsEmpty(typeName)) {
+    typeName.assign(SlashForm(typeName).c_str());
+  }
+  signature.append(L"L");
+  signature.append(typeName.getWCharPtr());
+  signature.append(L";");
+  number = kReferenceNumber;
+  return true;
+}
+
+jobject CBeanMethodInvoke::CreateObject(WideString& typeName, WideString& valueText) {
+  char const* const name = typeName.getCharPtr();
+  if (env == nullptr || name == nullptr) {
+    return nullptr;
+  }
+  if (JavaTextClass const* const row = FindTextClass(name)) {
+    auto const cls = FindJavaClass(env, row->slashName);
+    return cls ? CreateTextObject(cls.Get(), row->key == TypeDesc::Key::Char, typeName, valueText)
+               : nullptr;
+  }
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): an object's text form is its reference's number
+  auto* const reference =
+      reinterpret_cast<jobject>(text::ReadUnsignedLong(valueText.getCharPtr(), nullptr, 10));
+  return liveReferences.Contains(reference) ? reference : nullptr;
+}
+
+jobject CBeanMethodInvoke::CreateTextObject(jclass cls, bool isCharacter, WideString& typeName,
+                                            WideString& valueText) {
+  jvalue argument[1];
+  char const* signature = "(Ljava/lang/String;)V";
+  LocalRef<jstring> string;
+  if (isCharacter) {
+    signature = "(C)V";
+    char const* const narrow = valueText.getCharPtr();
+    argument[0].c = static_cast<jchar>(static_cast<signed char>(narrow == nullptr ? 0 : *narrow));
+  } else if (valueText.compare(strEmptyString.getWCharPtr(), 0) == 0 &&
+             typeName.compare(strStringType.getWCharPtr(), 0) == 0) {
+    signature = "()V";
+    valueText.assign(L"");
+  } else {
+    string = NewJavaText(env, valueText.getCharPtr());
+    if (!string) {
+      return nullptr;
+    }
+    argument[0].l = string.Get();
+  }
+  jmethodID const constructor = FindJavaMethod(env, cls, "<init>", signature);
+  if (constructor == nullptr) {
+    return nullptr;
+  }
+  auto made = LocalRef<jobject>::Adopt(env, env->NewObjectA(cls, constructor, argument));
+  return bean::IsJavaExceptionHappened(env, nullptr) ? nullptr : made.Release();
+}
+
+bool CBeanMethodInvoke::ProcessArray(type::Object* array, WideString& typeName,
+                                     WideString& valueText, jvalue* value, WideString& signature,
+                                     int& number) {
+  number = kReferenceNumber;
+  if (array != nullptr) {
+    auto* const values = dynamic_cast<type::Array*>(array);
+    TypeDesc const& desc = array->GetMetaItemType();
+    return values != nullptr && desc.arrayInfo != nullptr &&
+           ProcessParamArray(*values, desc, typeName, valueText, value, signature, number);
+  }
+  std::size_t const dimensions =
+      returnType.arrayInfo == nullptr ? 1 : returnType.arrayInfo->dimensions.size();
+  if (dimensions > 2) {
+    return false;
+  }
+  signature.append(dimensions == 2 ? L"[[" : L"[");
+  if (JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr())) {
+    signature.append(primitive->code);
+  } else {
+    AppendClassCode(SlashForm(typeName).c_str(), signature);
+  }
+  return true;
+}
+
+bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, TypeDesc const& desc,
+                                          WideString& typeName, WideString& valueText,
+                                          jvalue* value, WideString& signature, int& number) {
+  array.GetDesc(typeName);
+  std::size_t const dimensions = desc.arrayInfo->dimensions.size();
+  if (dimensions == 2) {
+    number = kReferenceNumber;
+    signature.append(L"[");
+    return Process2DArray(&array, typeName, valueText, value, signature);
+  }
+  if (dimensions != 1) {
+    return false;
+  }
+  auto const count = static_cast<unsigned int>(std::max(ElementCount(array, 0), 1));
+  JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr());
+  if (primitive != nullptr) {
+    if (primitive->toArray == nullptr) {
+      return false;
+    }
+    value->l = StartsAtZero(array) ? primitive->toArray(env, count, &array) : nullptr;
+    signature.append(L"[");
+    signature.append(primitive->code);
+    return true;
+  }
+  value->l = StartsAtZero(array) ? CreateObjectArray(array, count, typeName) : nullptr;
+  if (value->l == nullptr) {
+    return false;
+  }
+  signature.append(L"[");
+  AppendClassCode(SlashForm(typeName).c_str(), signature);
+  return true;
+}
+
+LocalRef<jobject> CBeanMethodInvoke::CreateElement(type::Object const& item, WideString& typeName) {
+  WideString text;
+  item.GetValueAsString(text);
+  jobject const element = CreateObject(typeName, text);
+  char const* const name = typeName.getCharPtr();
+  bool const isHandlersOwn = name == nullptr || FindTextClass(name) == nullptr;
+  // Every element is released alike, so a handler's reference gets a local one beside it.
+  return LocalRef<jobject>::Adopt(
+      env, isHandlersOwn && element != nullptr ? env->NewLocalRef(element) : element);
+}
+
+jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned int count,
+                                                  WideString& typeName) {
+  LocalRef<jobjectArray> result;
+  for (unsigned int i = 0; i < count; ++i) {
+    type::Object const* const item = array.GetItemAt(i);
+    if (item == nullptr) {
+      return nullptr;
+    }
+    auto const element = CreateElement(*item, typeName);
+    if (i == 0) {
+      if (!element) {
+        return nullptr;
+      }
+      auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(element.Get()));
+      result = LocalRef<jobjectArray>::Adopt(
+          env, env->NewObjectArray(static_cast<jsize>(count), cls.Get(), nullptr));
+      if (bean::IsJavaExceptionHappened(env, nullptr) || !result) {
+        return nullptr;
+      }
+    }
+    if (element) {
+      env->SetObjectArrayElement(result.Get(), static_cast<jsize>(i), element.Get());
+      if (bean::IsJavaExceptionHappened(env, nullptr)) {
+        return nullptr;
+      }
+    }
+  }
+  return result.Release();
+}
+
+bool CBeanMethodInvoke::Process2DArray(type::Array* array, WideString& typeName,
+                                       WideString& valueText, jvalue* value,
+                                       WideString& signature) {
+  TypeDesc const& desc = array->GetMetaItemType();
+  if (desc.arrayInfo == nullptr || desc.arrayInfo->dimensions.size() != 2 ||
+      !StartsAtZero(*array)) {
+    return false;
+  }
+  int const rows = ElementCount(*array, 0);
+  int const columns = ElementCount(*array, 1);
+  TypeDesc rowDesc(GetTypeDesc(typeName.getWCharPtr()).key, TypeDesc::RefType::ByValue, true);
+  rowDesc.typeName = typeName;
+  rowDesc.arrayInfo->AddDimensionInfo(0, columns);
+  LentRow row(*array);
+  if (!row.Create(rowDesc, typeName)) {
+    return false;
+  }
+  LocalRef<jobjectArray> outer;
+  WideString otherRowsCode;
+  for (int r = 0; r < rows; ++r) {
+    if (!row.Fill(static_cast<unsigned int>(r) * static_cast<unsigned int>(columns))) {
+      return false;
+    }
+    jvalue rowValue;
+    rowValue.l = nullptr;
+    int number = 0;
+    bool const isMade = ProcessArray(&row.Get(), typeName, valueText, &rowValue,
+                                     r == 0 ? signature : otherRowsCode, number);
+    auto const javaRow = LocalRef<jobject>::Adopt(env, rowValue.l);
+    if (!isMade && javaRow) {
+      return false;
+    }
+    if (r == 0) {
+      if (!javaRow) {
+        return false;
+      }
+      auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(javaRow.Get()));
+      outer = LocalRef<jobjectArray>::Adopt(env, env->NewObjectArray(rows, cls.Get(), nullptr));
+      if (bean::IsJavaExceptionHappened(env, nullptr) || !outer) {
+        return false;
+      }
+    }
+    env->SetObjectArrayElement(outer.Get(), r, javaRow.Get());
+    if (bean::IsJavaExceptionHappened(env, nullptr)) {
+      return false;
+    }
+  }
+  value->l = outer.Release();
+  return value->l != nullptr;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean
