@@ -1,10 +1,10 @@
 #include "text/c_numbers.h"
 
 #include <langinfo.h>
-#include <locale.h>
 
 #include <charconv>
 #include <climits>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -32,35 +32,50 @@ class CLocale {
   locale_t handle;
 };
 
-// Gives the calling thread a decimal point for its lifetime, and leaves all else of its locale.
+// Whether what `fmt` prints may depend on more of the locale than its numbers: wide text on the
+// encoding, the text of an error number on the language.
+bool NeedsLocale(char const* fmt) {
+  return std::strpbrk(fmt, "SCm") != nullptr || std::strstr(fmt, "ls") != nullptr ||
+         std::strstr(fmt, "lc") != nullptr;
+}
+
+// Gives the calling thread a decimal point while `fmt` is printed. The C locale, at no cost, does
+// for nearly all formats; the others get a copy of the thread's locale, changed in its numbers.
 class DecimalPointScope {
  public:
-  DecimalPointScope() {
+  explicit DecimalPointScope(char const* fmt) {
     if (std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0) {
       return;
     }
-    locale_t const copy = duplocale(uselocale(nullptr));
-    if (copy == nullptr) {
-      return;
+    if (NeedsLocale(fmt)) {
+      MakeCopy();
     }
-    changed = newlocale(LC_NUMERIC_MASK, "C", copy);
-    if (changed == nullptr) {
-      freelocale(copy);
-      return;
-    }
-    previous = uselocale(changed);
+    previous = uselocale(copy == nullptr ? CLocale::Get() : copy);
   }
   DecimalPointScope(DecimalPointScope const&) = delete;
   DecimalPointScope& operator=(DecimalPointScope const&) = delete;
   ~DecimalPointScope() {
-    if (changed != nullptr) {
+    if (previous != nullptr) {
       uselocale(previous);
-      freelocale(changed);
+    }
+    if (copy != nullptr) {
+      freelocale(copy);
     }
   }
 
  private:
-  locale_t changed = nullptr;
+  void MakeCopy() {
+    locale_t const duplicate = duplocale(uselocale(nullptr));
+    if (duplicate == nullptr) {
+      return;
+    }
+    copy = newlocale(LC_NUMERIC_MASK, "C", duplicate);
+    if (copy == nullptr) {
+      freelocale(duplicate);
+    }
+  }
+
+  locale_t copy = nullptr;
   locale_t previous = nullptr;
 };
 
@@ -82,7 +97,7 @@ PrintedReal PrintReal(double value) {
 }
 
 int PrintFormatted(char* out, std::size_t size, char const* fmt, va_list args) {
-  DecimalPointScope const point;
+  DecimalPointScope const point(fmt);
   return std::vsnprintf(out, size, fmt, args);
 }
 

@@ -37,13 +37,12 @@ std::size_t Widen(char const* s, std::size_t length, wchar_t* out) {
 // Converts `length` characters into `out`, which has room for as many bytes and a NUL; what takes
 // more is cut. Gives the number of bytes, or `failed`.
 std::size_t Narrow(wchar_t const* s, std::size_t length, char* out) {
-  unsigned int seen = 0;
+  wchar_t seen = 0;
   for (std::size_t i = 0; i < length; ++i) {
-    auto const character = static_cast<unsigned int>(s[i]);
-    seen |= character;
-    out[i] = static_cast<char>(character);
+    seen |= s[i];
+    out[i] = static_cast<char>(s[i]);
   }
-  std::size_t const count = seen < 0x80 ? length : std::wcstombs(out, s, length);
+  std::size_t const count = seen >= 0 && seen < 0x80 ? length : std::wcstombs(out, s, length);
   if (count != failed) {
     out[count] = '\0';
   }
@@ -61,7 +60,10 @@ WideBuffer Join(wchar_t const* s, std::size_t length, wchar_t const* tail, std::
 
 // Null for no characters.
 WideBuffer CopyOf(wchar_t const* s, std::size_t length) {
-  return length == 0 ? nullptr : Join(s, length, nullptr, 0);
+  if (length == 0) {
+    return nullptr;
+  }
+  return Join(s, length, nullptr, 0);
 }
 
 WideBuffer CopyOf(wchar_t const* s) { return CopyOf(s, s == nullptr ? 0 : std::wcslen(s)); }
@@ -89,7 +91,10 @@ WideString::WideString(wchar_t const* s) : wideBuffer(CopyOf(s)) {}
 
 WideString::WideString(WideString const& o) : wideBuffer(CopyOf(o.wideBuffer.get())) {}
 
-WideString& WideString::operator=(WideString const& o) { return assign(o.wideBuffer.get()); }
+WideString& WideString::operator=(WideString const& o) {
+  assign(o.wideBuffer.get());
+  return *this;
+}
 
 WideString& WideString::assign(char const* s) {
   std::size_t const length = s == nullptr ? 0 : std::strlen(s);

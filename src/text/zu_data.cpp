@@ -15,7 +15,7 @@ constexpr unsigned long smallStep = 16;
 constexpr unsigned long largeStep = 4096;
 constexpr unsigned long largestSmallBuffer = 4096;
 constexpr unsigned long slack = 32;
-constexpr unsigned long largestBuffer = std::numeric_limits<unsigned long>::max() - largeStep;
+constexpr unsigned long largestBuffer = std::numeric_limits<long>::max() - largeStep;
 
 struct FreeMemory {
   void operator()(unsigned char* p) const { std::free(p); }
@@ -36,13 +36,8 @@ unsigned long GrownSize(unsigned long oldSize, unsigned long n) {
 }  // namespace
 
 ZuData::ZuData(unsigned long n) {
-  if (n == 0) {
-    return;
-  }
-  buffer = static_cast<unsigned char*>(std::malloc(n));
-  if (buffer != nullptr) {
-    buffer[0] = '\0';
-    bufferSize = n;
+  if (n > 0) {
+    ZuData::SetBufferSize(n);
   }
 }
 
@@ -67,7 +62,9 @@ ZuData::~ZuData() {
 }
 
 ZuData& ZuData::operator=(ZuData const& o) {
-  SetEqualTo(o);
+  if (this != &o) {
+    SetEqualTo(o);
+  }
   return *this;
 }
 

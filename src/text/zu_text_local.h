@@ -11,7 +11,7 @@ template <unsigned long N>
 class ZuTextLocal : public ZuText {
  public:
   ZuTextLocal() { InitTextLocal(); }
-  ZuTextLocal(ZuText const& o) : ZuTextLocal() { ZuData::SetEqualTo(o); }
+  ZuTextLocal(ZuText const& o) : ZuTextLocal() { ZuText::SetEqualTo(o); }
   ZuTextLocal(ZuTextLocal const& o) : ZuTextLocal(static_cast<ZuText const&>(o)) {}
   ZuTextLocal(char const* s) : ZuTextLocal() { ZuText::operator=(s); }
   ZuTextLocal(char c) : ZuTextLocal() { ZuText::operator=(c); }
@@ -20,7 +20,9 @@ class ZuTextLocal : public ZuText {
 
   using ZuText::operator=;
   ZuTextLocal& operator=(ZuTextLocal const& o) {
-    ZuText::operator=(o);
+    if (this != &o) {
+      ZuText::operator=(o);
+    }
     return *this;
   }
   ZuTextLocal& operator=(ZuText const& o) {

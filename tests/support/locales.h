@@ -15,17 +15,23 @@ inline constexpr char utf8CommaLocale[] = "de_DE.UTF-8";
 class LocaleScope {
  public:
   explicit LocaleScope(char const* name, int category = LC_ALL) : category(category) {
-    setenv("LOCPATH", QUENLATRIX_TEST_LOCALES, 1);
     previous = std::setlocale(category, nullptr);
-    EXPECT_NE(std::setlocale(category, name), nullptr)
-        << "expected the locale " << name << " in " << QUENLATRIX_TEST_LOCALES
-        << " or among the system's: build the target test_locale_files";
+    EXPECT_TRUE(Set(name)) << "expected the locale " << name << " in " << QUENLATRIX_TEST_LOCALES
+                           << " or among the system's: build the target test_locale_files";
   }
   LocaleScope(LocaleScope const&) = delete;
   LocaleScope& operator=(LocaleScope const&) = delete;
-  ~LocaleScope() { std::setlocale(category, previous.c_str()); }
+  ~LocaleScope() { EXPECT_TRUE(Set(previous.c_str())) << previous; }
 
  private:
+  // The path is known for no longer than the call: with it, the C library's newlocale leaks memory.
+  bool Set(char const* name) const {
+    setenv("LOCPATH", QUENLATRIX_TEST_LOCALES, 1);
+    bool const done = std::setlocale(category, name) != nullptr;
+    unsetenv("LOCPATH");
+    return done;
+  }
+
   int category;
   std::string previous;
 };

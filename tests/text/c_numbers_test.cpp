@@ -79,9 +79,9 @@ TEST(CNumbers, SaysWhereReadingStopped) {
   struct {
     char const* text;
     int base;
-  } const cases[] = {
-      {"  42x", 10}, {"-0x1Fg", 0}, {"0x", 16}, {"z9!", 36}, {"+", 10},
-      {"789", 8},    {"5", 1},      {"", 10},   {"-1", 10},  {"99999999999999999999,", 10}};
+  } const cases[] = {{"  42x", 10}, {"-0x1Fg", 0}, {"0x", 16},
+                     {"z9!", 36},   {"+", 10},     {"789", 8},
+                     {"", 10},      {"-1", 10},    {"99999999999999999999,", 10}};
   for (auto const& c : cases) {
     char* expectedEnd = const_cast<char*>(c.text);
     char const* end = nullptr;
@@ -91,6 +91,10 @@ TEST(CNumbers, SaysWhereReadingStopped) {
         << c.text;
     EXPECT_EQ(end, expectedEnd) << c.text;
   }
+  char const* const text = "5";
+  char const* end = nullptr;
+  EXPECT_EQ(ReadLong(text, &end, 1), 0);
+  EXPECT_EQ(end, text);
 }
 
 }  // namespace

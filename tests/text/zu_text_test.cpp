@@ -202,6 +202,8 @@ TEST(ZuText, FormatsNumbersWithAPointAndWideTextInTheProcessEncoding) {
     ZuText t;
     t.Format("%.2f %'d %ls", 1234.5, 1234567, L"\u00E4");
     EXPECT_EQ(t.GetTextEx(), "1234.50 1234567 " + umlaut);
+    t.Format("%g", 0.5);
+    EXPECT_STREQ(t.GetTextEx(), "0.5");
     EXPECT_STREQ(std::localeconv()->decimal_point, ",");
   }
 }
