@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Builds the plug-in and the reference host and shows the main job on real classes.
+# With arguments: builds the same and runs `beanhost` with them.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
+. cmake/packages.sh
+
+require_packages $BUILD_PACKAGES
+configure_once run >/dev/null
+cmake --build --preset run --target beanhost javabean_handler examples_jar beanhost_jar -- --quiet
+
+beanhost=build/run/bin/beanhost
+if [ "$#" -gt 0 ]; then
+  exec "$beanhost" --class-path build/run/bin/examples.jar "$@"
+fi
+
+show() {
+  printf '\n$ beanhost'
+  printf ' %s' "$@"
+  printf '\n'
+  "$beanhost" --class-path build/run/bin/examples.jar "$@"
+}
+
+show describe examples.Greeter
+show call java.lang.StringBuilder 'append(java.lang.String)' hello
+show call java.util.Random 'nextInt(int)' 10
+show run examples/tour.bean

@@ -1,0 +1,1 @@
+#include "text/wide_string.h"
