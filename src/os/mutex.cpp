@@ -26,7 +26,7 @@ class GuardHold {
 };
 
 struct Unmap {
-  void operator()(pthread_mutex_t* mapping) const { munmap(mapping, sizeof *mapping); }
+  void operator()(pthread_mutex_t* mapping) const { munmap(mapping, sizeof(pthread_mutex_t)); }
 };
 using SharedMainMutex = std::unique_ptr<pthread_mutex_t, Unmap>;
 
@@ -203,7 +203,7 @@ int Mutex::_Release_S() {
   if (data.mainMutex == nullptr) {
     return kRefused;
   }
-  munmap(data.mainMutex, sizeof *data.mainMutex);
+  munmap(data.mainMutex, sizeof(pthread_mutex_t));
   data.mainMutex = nullptr;
   return kDone;
 }

@@ -82,6 +82,7 @@ class CAPABILITY("mutex") Mutex {
   OSMUTEXDATA data;
 
  private:
+  // NOLINTBEGIN(bugprone-reserved-identifier): the interface's own names
   // Making gives 0, 1 when there is no shared memory, 2 when a system mutex cannot be initialised.
   int _Make_P();
   int _Make_S();
@@ -95,6 +96,7 @@ class CAPABILITY("mutex") Mutex {
   int _Destroy_S();
   int _Release_P();
   int _Release_S();
+  // NOLINTEND(bugprone-reserved-identifier)
 };
 
 // Holds a Mutex for a scope. For one thread; nothing is held when the mutex is uncreated.

@@ -51,7 +51,7 @@ int CreateNewThread(unsigned int (*start)(void*), void* arg, pthread_t& thread,
   if (!record || !StartDetached(record.get(), started)) {
     return kNotStarted;
   }
-  record.release();  // The thread's now, and perhaps gone already.
+  static_cast<void>(record.release());  // It is the thread's, and perhaps gone already.
   thread = started;
   return 0;
 }

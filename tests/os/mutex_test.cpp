@@ -84,16 +84,17 @@ TEST_P(MutexTest, GivingBackAFreeMutexDoesNotHarmIt) {
   EXPECT_EQ(TryElsewhere(mutex), 0);
 }
 
-TEST_P(MutexTest, CanBeDestroyedAndCreatedAgain) {
+TEST_P(MutexTest, RefusesEverythingWhileItIsUncreated) {
+  Mutex uncreated;
   EXPECT_TRUE(mutex.DestroyMutex());
-  EXPECT_EQ(mutex.data.mainMutex, nullptr);
-  EXPECT_EQ(mutex.Lock(), 1);
-  EXPECT_EQ(mutex.TryLock(), 1);
-  EXPECT_EQ(mutex.UnLock(), 1);
-  EXPECT_EQ(mutex.Destroy(), 1);
-  EXPECT_EQ(mutex.Release(), 1);
-  EXPECT_TRUE(mutex.DestroyMutex());
-
+  for (Mutex* const each : {&uncreated, &mutex}) {
+    EXPECT_EQ(each->data.mainMutex, nullptr);
+    EXPECT_EQ(each->Lock(), 1);
+    EXPECT_EQ(each->TryLock(), 1);
+    EXPECT_EQ(each->UnLock(), 1);
+    EXPECT_EQ(each->Destroy(), 1);
+    EXPECT_TRUE(each->DestroyMutex());
+  }
   EXPECT_TRUE(mutex.CreateMutex(GetParam()));
   EXPECT_EQ(mutex.Lock(), 0);
   EXPECT_EQ(TryElsewhere(mutex), 1);
@@ -101,13 +102,6 @@ TEST_P(MutexTest, CanBeDestroyedAndCreatedAgain) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, MutexTest, testing::Values(Mutex::Private, Mutex::Shared));
-
-TEST(Mutex, IsUncreatedByDefault) {
-  Mutex mutex;
-  EXPECT_EQ(mutex.mode, Mutex::Private);
-  EXPECT_EQ(mutex.data.mainMutex, nullptr);
-  EXPECT_EQ(mutex.Lock(), 1);
-}
 
 TEST(Mutex, SharedModeKeepsAForkedProcessOut) {
   constexpr int kRounds = 20000;
