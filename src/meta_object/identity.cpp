@@ -1,0 +1,225 @@
+#include "meta_object/identity.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quenlatrix::meta_object {
+
+namespace {
+
+constexpr std::string_view kHandlerEnd = "://";
+constexpr char kAttributeStart = '?';
+constexpr char kValueStart = '=';
+constexpr char kWhiteSpace[] = " \t\n\v\f\r";
+
+char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool EqualNames(std::string_view left, std::string_view right) {
+  return std::ranges::equal(left, right, {}, LowerAscii, LowerAscii);
+}
+
+// First attribute of that name, or the end.
+template <typename Attributes>
+auto FindByName(Attributes& attributes, std::string_view name) {
+  return std::ranges::find_if(
+      attributes, [name](const auto& attribute) { return EqualNames(attribute->name, name); });
+}
+
+}  // namespace
+
+Identity::Attribute::Attribute(std::string name, std::string value)
+    : name(std::move(name)), value(std::move(value)) {}
+
+Identity::Identity() = default;
+
+Identity::Identity(char const* identity) { SetIdentity(identity); }
+
+Identity::Identity(char const* handler, char const* handlerData) {
+  if (handler != nullptr && !FindReservedTokens(handler)) {
+    this->handler = handler;
+  }
+  if (handlerData != nullptr && !FindReservedTokens(handlerData)) {
+    this->handlerData = handlerData;
+  }
+  GenerateIdentity();
+}
+
+Identity::~Identity() = default;
+
+Identity::Identity(const Identity& other)
+    : identity(other.identity),
+      handler(other.handler),
+      handlerData(other.handlerData),
+      core(other.core) {
+  attributes.reserve(other.attributes.size());
+  for (const auto& attribute : other.attributes) {
+    attributes.push_back(std::make_unique<Attribute>(*attribute));
+  }
+}
+
+Identity& Identity::operator=(const Identity& other) {
+  Identity copy(other);
+  identity.swap(copy.identity);
+  handler.swap(copy.handler);
+  handlerData.swap(copy.handlerData);
+  core.swap(copy.core);
+  attributes.swap(copy.attributes);
+  return *this;
+}
+
+void Identity::SetIdentity(char const* text) { SetIdentity(std::string(text ? text : "")); }
+
+void Identity::SetIdentity(std::string const& text) {
+  std::string copy = text;  // The text may be one of this object's own.
+  Clear();
+  if (!copy.empty()) {
+    identity = std::move(copy);
+    ParseIdentity();
+  }
+}
+
+bool Identity::ParseIdentity() {
+  ClearParts();
+  const std::string_view text = identity;
+  const auto handlerEnd = text.find(kHandlerEnd);
+  if (handlerEnd == std::string_view::npos) {
+    return false;
+  }
+  GenerateCore();
+  handler = text.substr(0, handlerEnd);
+  const std::string_view rest = text.substr(handlerEnd + kHandlerEnd.size());
+  const auto dataEnd = rest.find(kAttributeStart);
+  handlerData = rest.substr(0, dataEnd);
+  if (dataEnd != std::string_view::npos) {
+    ParseAttributes(rest.substr(dataEnd + 1));
+  }
+  return true;
+}
+
+void Identity::ParseAttributes(std::string_view items) {
+  for (bool last = false; !last;) {
+    const auto itemEnd = items.find(kAttributeStart);
+    const std::string_view item = items.substr(0, itemEnd);
+    last = itemEnd == std::string_view::npos;
+    items.remove_prefix(last ? items.size() : itemEnd + 1);
+
+    const auto nameEnd = item.find(kValueStart);
+    if (nameEnd == std::string_view::npos) {
+      continue;
+    }
+    std::string name = TrimString(std::string(item.substr(0, nameEnd)));
+    if (!name.empty()) {
+      attributes.push_back(std::make_unique<Attribute>(
+          std::move(name), TrimString(std::string(item.substr(nameEnd + 1)))));
+    }
+  }
+}
+
+void Identity::GenerateIdentity() {
+  identity = handler;
+  identity += kHandlerEnd;
+  identity += handlerData;
+  for (const auto& attribute : attributes) {
+    identity += kAttributeStart;
+    identity += attribute->name;
+    identity += kValueStart;
+    identity += attribute->value;
+  }
+  GenerateCore();
+}
+
+void Identity::GenerateCore() { core = identity.substr(0, identity.find(kAttributeStart)); }
+
+bool Identity::SetHandler(std::string const& text) {
+  if (FindReservedTokens(text)) {
+    return false;
+  }
+  handler = text;
+  GenerateIdentity();
+  return true;
+}
+
+bool Identity::SetHandlerData(std::string const& text) {
+  if (FindReservedTokens(text)) {
+    return false;
+  }
+  handlerData = text;
+  GenerateIdentity();
+  return true;
+}
+
+bool Identity::SetAttribute(std::string const& name, std::string const& value) {
+  if (FindReservedTokens(name) || FindReservedTokens(value)) {
+    return false;
+  }
+  if (Attribute* const attribute = FindAttribute(name)) {
+    attribute->value = value;
+  } else if (!name.empty()) {
+    attributes.push_back(std::make_unique<Attribute>(name, value));
+  }
+  GenerateIdentity();
+  return !name.empty();
+}
+
+bool Identity::RemoveAttribute(std::string const& name) {
+  const auto found = FindByName(attributes, name);
+  if (FindReservedTokens(name) || found == attributes.end()) {
+    return false;
+  }
+  attributes.erase(found);
+  GenerateIdentity();
+  return true;
+}
+
+std::string const& Identity::GetAttributeAsString(std::string const& name) const {
+  static const std::string empty;
+  const Attribute* const attribute = FindAttribute(name);
+  return attribute != nullptr ? attribute->value : empty;
+}
+
+Identity::Attribute* Identity::FindAttribute(std::string const& name) const {
+  const auto found = FindByName(attributes, name);
+  return found != attributes.end() ? found->get() : nullptr;
+}
+
+bool Identity::FindReservedTokens(std::string const& text) const {
+  return text.find(kHandlerEnd) != std::string::npos ||
+         text.find(kAttributeStart) != std::string::npos ||
+         text.find(kValueStart) != std::string::npos;
+}
+
+std::string Identity::TrimString(std::string text) const {
+  const auto last = text.find_last_not_of(kWhiteSpace);
+  if (last == std::string::npos) {
+    return text;
+  }
+  text.erase(last + 1);
+  text.erase(0, text.find_first_not_of(kWhiteSpace));
+  return text;
+}
+
+std::string::size_type Identity::FindWhiteSpace(std::string const& text) const {
+  return text.find_first_of(kWhiteSpace);
+}
+
+std::string::size_type Identity::ReverseFindWhiteSpace(std::string const& text) const {
+  return text.find_last_of(kWhiteSpace);
+}
+
+bool Identity::IsValid() const {
+  return !identity.empty() && !handler.empty() && !handlerData.empty();
+}
+
+void Identity::Clear() {
+  identity.clear();
+  ClearParts();
+}
+
+void Identity::ClearParts() {
+  handler.clear();
+  handlerData.clear();
+  core.clear();
+  attributes.clear();
+}
+
+}  // namespace quenlatrix::meta_object

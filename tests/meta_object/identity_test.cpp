@@ -1,0 +1,121 @@
+#include "meta_object/identity.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using quenlatrix::meta_object::Identity;
+
+TEST(Identity, IsParsedAndWrittenBackInCanonicalForm) {
+  const struct {
+    const char* text;
+    bool valid;
+    const char* handler;
+    const char* handlerData;
+    const char* core;
+    const char* canonical;
+  } cases[] = {
+      {"JAVABEAN://Bean", true, "JAVABEAN", "Bean", "JAVABEAN://Bean", "JAVABEAN://Bean"},
+      {"JAVABEAN://B?Scope=user?Mode=cached", true, "JAVABEAN", "B", "JAVABEAN://B",
+       "JAVABEAN://B?Scope=user?Mode=cached"},
+      {"J://Bean?", true, "J", "Bean", "J://Bean", "J://Bean"},
+      {"J://Bean?flag?a=1", true, "J", "Bean", "J://Bean", "J://Bean?a=1"},
+      {"J://Bean?=x??b=", true, "J", "Bean", "J://Bean", "J://Bean?b="},
+      {"J://Bean? a\t=\n1 ", true, "J", "Bean", "J://Bean", "J://Bean?a=1"},
+      {"J://Bean? = ", true, "J", "Bean", "J://Bean", "J://Bean? = "},
+      {"J://Bean?a=b=c?A=d", true, "J", "Bean", "J://Bean", "J://Bean?a=b=c?A=d"},
+      {"J://x://y", true, "J", "x://y", "J://x://y", "J://x://y"},
+      {"A?b://c", true, "A?b", "c", "A", "A?b://c"},
+      {"://c", false, "", "c", "://c", "://c"},
+      {"J://?a=1", false, "J", "", "J://", "J://?a=1"},
+      {"Bean", false, "", "", "", "://"},
+      {"", false, "", "", "", "://"},
+      {nullptr, false, "", "", "", "://"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.text ? row.text : "(null)");
+    Identity identity("Old://data?a=b");
+    identity.SetIdentity(row.text);
+    EXPECT_EQ(identity.identity, row.text ? row.text : "");
+    EXPECT_EQ(identity.handler, row.handler);
+    EXPECT_EQ(identity.handlerData, row.handlerData);
+    EXPECT_EQ(identity.core, row.core);
+    EXPECT_EQ(identity.IsValid(), row.valid);
+    identity.GenerateIdentity();
+    EXPECT_EQ(identity.identity, row.canonical);
+  }
+}
+
+TEST(Identity, SettersKeepTextAndPartsInStep) {
+  Identity identity("JAVABEAN", "Bean");
+  EXPECT_TRUE(identity.SetAttribute("Scope", "user"));
+  EXPECT_TRUE(identity.SetAttribute("Mode", "cached"));
+  EXPECT_TRUE(identity.SetAttribute("SCOPE", "app"));
+  EXPECT_EQ(identity.identity, "JAVABEAN://Bean?Scope=app?Mode=cached");
+  EXPECT_EQ(identity.GetAttributeAsString("sCoPe"), "app");
+  EXPECT_EQ(identity.GetAttributeAsString("none"), "");
+  EXPECT_EQ(identity.FindAttribute("none"), nullptr);
+  EXPECT_TRUE(identity.SetHandler("J"));
+  EXPECT_TRUE(identity.SetHandlerData("Other"));
+  EXPECT_EQ(identity.core, "J://Other");
+  EXPECT_TRUE(identity.RemoveAttribute("scope"));
+  EXPECT_FALSE(identity.RemoveAttribute("scope"));
+  EXPECT_EQ(identity.identity, "J://Other?Mode=cached");
+}
+
+TEST(Identity, SettersRefuseReservedTokensAndChangeNothing) {
+  const std::string text = "J://Bean?a=1? b =2";
+  Identity identity(text.c_str());
+  for (const char* const bad : {"A?B", "A=B", "A://B", "?", "=", "://"}) {
+    EXPECT_TRUE(identity.FindReservedTokens(bad)) << bad;
+    EXPECT_FALSE(identity.SetHandler(bad)) << bad;
+    EXPECT_FALSE(identity.SetHandlerData(bad)) << bad;
+    EXPECT_FALSE(identity.SetAttribute("a", bad)) << bad;
+    EXPECT_FALSE(identity.SetAttribute(bad, "1")) << bad;
+    EXPECT_FALSE(identity.RemoveAttribute(bad)) << bad;
+    EXPECT_FALSE(Identity(bad, "Bean").IsValid()) << bad;
+    EXPECT_FALSE(Identity("J", bad).IsValid()) << bad;
+  }
+  EXPECT_EQ(identity.identity, text);
+  EXPECT_FALSE(identity.FindReservedTokens("A:/B//"));
+  EXPECT_FALSE(identity.SetAttribute("", "1"));
+  EXPECT_EQ(identity.attributes.size(), 2u);
+}
+
+TEST(Identity, CopiesAreDeepAndAnOwnTextCanBeSet) {
+  Identity original("J://Bean?a=1");
+  Identity copy(original);
+  copy.SetAttribute("a", "2");
+  EXPECT_EQ(original.GetAttributeAsString("a"), "1");
+  original = copy;
+  copy.Clear();
+  EXPECT_EQ(copy.identity + copy.core + copy.handler + copy.handlerData, "");
+  EXPECT_EQ(original.GetAttributeAsString("a"), "2");
+  original.SetIdentity(original.core);
+  EXPECT_EQ(original.identity, "J://Bean");
+  original.SetIdentity(original.identity.c_str());
+  EXPECT_EQ(original.handlerData, "Bean");
+}
+
+TEST(Identity, WhiteSpaceIsTheCLocales) {
+  const struct {
+    const char* text;
+    const char* trimmed;
+    std::size_t first;
+    std::size_t last;
+  } cases[] = {
+      {" \t\n\v\f\ra b\r\f\v\n\t ", "a b", 0, 14},
+      {"ab", "ab", std::string::npos, std::string::npos},
+      {"a\tb", "a\tb", 1, 1},
+      {" \t ", " \t ", 0, 2},
+      {"\xA0x", "\xA0x", std::string::npos, std::string::npos},
+  };
+  const Identity identity;
+  for (const auto& row : cases) {
+    EXPECT_EQ(identity.TrimString(row.text), row.trimmed);
+    EXPECT_EQ(identity.FindWhiteSpace(row.text), row.first) << row.text;
+    EXPECT_EQ(identity.ReverseFindWhiteSpace(row.text), row.last) << row.text;
+  }
+}
+
+}  // namespace
