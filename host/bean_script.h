@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <string_view>
+
+#include "host/session.h"
+
+namespace quenlatrix::host {
+
+// The statements that `run` understands, one a line:
+//   new NAME CLASS
+//   call NAME METHOD [ARG]...
+//   let NAME = call NAME METHOD [ARG]...
+//   describe NAME|CLASS
+//   release NAME
+//   # comment
+
+// One line each, for the help.
+std::string StatementsHelp();
+
+// Whether the line is a statement, and no comment and not empty.
+bool IsStatement(std::string_view line);
+
+// Reads the statement and does it. What isn't one is reported with the status Usage, what the
+// statement would have needed in its text.
+Report RunStatement(std::string_view line, Session& session);
+
+// Receives each line twice: before it is run, with null, and, when it is a statement, with what it
+// came to.
+using ReportSink = std::function<void(std::string_view line, const Report* report)>;
+
+// Runs the statements of a script. The first that fails ends it, unless `keepGoing`; the status is
+// that of the first failure.
+ExitStatus RunScript(std::istream& script, bool keepGoing, Session& session,
+                     const ReportSink& sink);
+
+}  // namespace quenlatrix::host

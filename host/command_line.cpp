@@ -1,0 +1,103 @@
+#include "host/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "host/bean_script.h"
+
+namespace quenlatrix::host {
+
+namespace {
+
+constexpr const char* kArguments =
+    "An ARG is a JSON literal (5, 2.5, true, \"text\", [1,2], [[1,2],[3,4]]), a character 'c',\n"
+    "@NAME (what a script holds under that name), or a bare word, which is text.\n"
+    "METHOD may carry its parameter types to pick an overload: \"sum(int[], long)\".\n";
+
+constexpr const char* kStatuses =
+    "Exit status: 0 done; 1 the call failed or was refused; 2 wrong usage;\n"
+    "3 nothing to run on (no Java VM, no plug-in).\n";
+
+// Options may stand before the command and, where it takes no ARGs, behind it.
+void AddOptions(CLI::App& app, CommandOptions& options) {
+  app.add_option("--class-path", options.classPath, "jars and directories, with \":\" between them")
+      ->type_name("PATH");
+  app.add_option("--java-option", options.javaOptions, "an option for the Java VM, such as -Xmx64m")
+      ->type_name("OPT")
+      ->allow_extra_args(false);
+  app.add_option("--plugin", options.pluginFile,
+                 "the plug-in; else javabean_handler.so beside the program")
+      ->type_name("FILE");
+  app.add_option("--allow", options.allow, "makes a list of the classes that are allowed (* and ?)")
+      ->type_name("PATTERN")
+      ->allow_extra_args(false);
+  app.add_option("--deny", options.deny, "classes that are refused, allowed or not")
+      ->type_name("PATTERN")
+      ->allow_extra_args(false);
+  app.add_flag("--json", options.json, "one JSON document a command or statement");
+  app.add_flag("--keep-going", options.keepGoing, "a script goes on after a statement that fails");
+}
+
+void AddCommands(CLI::App& app) {
+  for (const Command& command : Commands()) {
+    const std::string words = std::string(command.words) + ": ";
+    CLI::App* sub = app.add_subcommand(command.name, words + command.help);
+    sub->fallthrough();
+  }
+  app.get_subcommand("call")->footer(kArguments);
+  app.get_subcommand("run")->footer("Statements:\n" + StatementsHelp() + "\n" + kArguments);
+}
+
+const Command* FindCommand(const std::string& name) {
+  for (const Command& command : Commands()) {
+    if (name == command.name) return &command;
+  }
+  return nullptr;
+}
+
+ExitStatus Refuse(const std::string& what) {
+  std::cerr << "beanhost: " << what << "; \"beanhost --help\" shows how it is used" << std::endl;
+  return ExitStatus::Usage;
+}
+
+// What is wrong with the command and its words; empty when nothing is.
+std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& words) {
+  if (line.command == nullptr) {
+    return words.empty() ? "a command is missing" : "\"" + words[0] + "\" is no command";
+  }
+  const Command& command = *line.command;
+  if (words.size() >= command.leastWords && words.size() <= command.mostWords) return {};
+  return "\"" + std::string(command.name) + "\" takes " + command.words + ", found " +
+         (words.empty() ? "nothing" : std::to_string(words.size()) + " words");
+}
+
+}  // namespace
+
+CommandLine ParseCommandLine(int argc, const char* const* argv) {
+  CLI::App app("Runs Java beans through the Java Bean object handler.", "beanhost");
+  CommandLine line;
+  AddOptions(app, line.options);
+  AddCommands(app);
+  app.set_version_flag("--version", std::string("beanhost ") + BEANHOST_VERSION);
+  app.footer(kStatuses);
+  // Words from the first that is no option on are the command's own, whatever they look like.
+  app.prefix_command();
+  app.require_subcommand(0, 1);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    line.status = app.exit(error) == 0 ? ExitStatus::Done : ExitStatus::Usage;
+    return line;
+  }
+  line.words = app.remaining(true);
+  const std::vector<CLI::App*> found = app.get_subcommands();
+  line.command = found.empty() ? nullptr : FindCommand(found.front()->get_name());
+  const std::string why = WhyRefused(line, line.words);
+  if (!why.empty()) {
+    line.command = nullptr;
+    line.status = Refuse(why);
+  }
+  return line;
+}
+
+}  // namespace quenlatrix::host

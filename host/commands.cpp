@@ -1,0 +1,150 @@
+#include "host/commands.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <limits>
+#include <memory>
+
+#include "host/bean_script.h"
+#include "host/document_output.h"
+#include "host/host.h"
+
+namespace quenlatrix::host {
+
+namespace {
+
+constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
+
+void WriteError(const std::string& text) { std::cerr << "beanhost: " << text << std::endl; }
+
+// Writes reports the way that the options ask for: documents or text to standard output, errors to
+// standard error.
+class Reporter {
+ public:
+  Reporter(const CommandOptions& options, DocumentOutput& output)
+      : asJson(options.json), output(output) {}
+
+  // The status to end with: that of the report, or Failed when it could not be written.
+  ExitStatus Write(const Report& report) {
+    Put(asJson ? ToLine(report.document) : report.text);
+    if (report.status != ExitStatus::Done) WriteError(report.error);
+    return isBroken ? ExitStatus::Failed : report.status;
+  }
+
+  // A line of a script, shown before what it came to.
+  void WriteLine(std::string_view line) {
+    if (asJson) return;
+    const bool isStatement = IsStatement(line);
+    Put((isStatement ? "> " : "") + std::string(line) + "\n");
+  }
+
+  bool IsBroken() const { return isBroken; }
+
+ private:
+  void Put(const std::string& text) {
+    if (isBroken || text.empty() || output.Write(text)) return;
+    isBroken = true;
+    WriteError(std::string("standard output takes no more: ") + std::strerror(errno));
+  }
+
+  bool asJson;
+  DocumentOutput& output;
+  bool isBroken = false;
+};
+
+// Null when there is nothing to run on; what was looked for has been reported then.
+std::unique_ptr<Host> StartHost(const CommandOptions& options, Reporter& reporter) {
+  Host::Options hostOptions;
+  hostOptions.pluginFile = options.pluginFile;
+  hostOptions.classPath = options.classPath;
+  hostOptions.javaOptions = options.javaOptions;
+  hostOptions.allow = options.allow;
+  hostOptions.deny = options.deny;
+  std::string why;
+  std::unique_ptr<Host> host = Host::Start(hostOptions, why);
+  if (!host) {
+    Report report;
+    report.Fail(ExitStatus::NothingToRunOn, why);
+    reporter.Write(report);
+  }
+  return host;
+}
+
+// Runs one operation of a session on a host of its own.
+template <typename Operation>
+ExitStatus RunOnHost(const CommandOptions& options, DocumentOutput& output, Operation operation) {
+  Reporter reporter(options, output);
+  const std::unique_ptr<Host> host = StartHost(options, reporter);
+  if (!host) return ExitStatus::NothingToRunOn;
+  Session session(*host);
+  return reporter.Write(operation(session));
+}
+
+ExitStatus RunDescribe(const CommandOptions& options, const std::vector<std::string>& words,
+                       DocumentOutput& output) {
+  return RunOnHost(options, output, [&](Session& session) { return session.Describe(words[0]); });
+}
+
+ExitStatus RunCall(const CommandOptions& options, const std::vector<std::string>& words,
+                   DocumentOutput& output) {
+  CallRequest request;
+  try {
+    request.method = ParseMethodPattern(words[1]);
+    for (std::size_t i = 2; i < words.size(); ++i) {
+      request.arguments.push_back(ParseArgument(words[i]));
+    }
+  } catch (const HostError& error) {
+    Report report;
+    report.Fail(error.exitStatus, error.what());
+    return Reporter(options, output).Write(report);
+  }
+  return RunOnHost(options, output,
+                   [&](Session& session) { return session.CallClass(words[0], request); });
+}
+
+ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::string>& words,
+                         DocumentOutput& output) {
+  Reporter reporter(options, output);
+  std::ifstream file;
+  if (words[0] != "-") {
+    file.open(words[0]);
+    // A directory opens but can't be read.
+    if (!file || (file.peek() == std::ifstream::traits_type::eof() && file.bad())) {
+      Report report;
+      report.Fail(ExitStatus::Usage, "the script " + words[0] +
+                                         " can't be read: " + std::strerror(errno) +
+                                         "; \"-\" stands for standard input");
+      return reporter.Write(report);
+    }
+  }
+  const std::unique_ptr<Host> host = StartHost(options, reporter);
+  if (!host) return ExitStatus::NothingToRunOn;
+  Session session(*host);
+  const auto sink = [&](std::string_view line, const Report* report) {
+    if (report == nullptr) {
+      reporter.WriteLine(line);
+    } else {
+      reporter.Write(*report);
+    }
+  };
+  const ExitStatus status =
+      RunScript(words[0] == "-" ? std::cin : file, options.keepGoing, session, sink);
+  return status == ExitStatus::Done && reporter.IsBroken() ? ExitStatus::Failed : status;
+}
+
+}  // namespace
+
+const std::vector<Command>& Commands() {
+  static const std::vector<Command> commands = {
+      {"describe", "CLASS", "its accessors and methods, as a table", 1, 1, RunDescribe},
+      {"call", "CLASS METHOD [ARG]...", "makes a bean, calls one method, prints the result", 2,
+       kAnyNumber, RunCall},
+      {"run", "FILE", "a script, one statement a line; \"-\" is standard input", 1, 1,
+       RunScriptFile},
+  };
+  return commands;
+}
+
+}  // namespace quenlatrix::host

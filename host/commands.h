@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/host_error.h"
+
+namespace quenlatrix::host {
+
+class DocumentOutput;
+
+// The options that stand before a command.
+struct CommandOptions {
+  std::string classPath;
+  std::vector<std::string> javaOptions;
+  std::string pluginFile;
+  std::vector<std::string> allow;
+  std::vector<std::string> deny;
+  bool json = false;
+  bool keepGoing = false;
+};
+
+// A command of the program. Its words are counted and handed over as they are.
+struct Command {
+  const char* name;
+  const char* words;  // as help shows them
+  const char* help;
+  std::size_t leastWords;
+  std::size_t mostWords;
+  ExitStatus (*run)(const CommandOptions& options, const std::vector<std::string>& words,
+                    DocumentOutput& output);
+};
+
+// All commands, in the order in which help lists them.
+const std::vector<Command>& Commands();
+
+}  // namespace quenlatrix::host

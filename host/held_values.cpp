@@ -1,0 +1,147 @@
+#include "host/held_values.h"
+
+#include <array>
+#include <charconv>
+
+#include "host/host.h"
+#include "host/host_error.h"
+#include "host/method_pattern.h"
+#include "host/parameter_fit.h"
+#include "host/utf8.h"
+#include "host/value_view.h"
+#include "meta_object/handler_status.h"
+#include "meta_object/type/array.h"
+#include "meta_object/type/scalar_values.h"
+
+namespace quenlatrix::host {
+
+namespace {
+
+namespace type = meta_object::type;
+using Kind = Argument::Kind;
+
+// The shortest digits that read back as the same number.
+std::string DigitsOf(double value) {
+  std::array<char, 64> digits;
+  const auto [end, error] = std::to_chars(digits.begin(), digits.end(), value);
+  return error == std::errc() ? std::string(digits.begin(), end) : std::to_string(value);
+}
+
+Argument OfPlain(const type::Object& value, const std::string& typeName) {
+  Argument argument;
+  argument.kind = PlainKindOf(typeName);
+  argument.javaType = typeName;
+  argument.text = PlainText(value);
+  if (const auto* real = dynamic_cast<const type::Real*>(&value)) {
+    argument.text = DigitsOf(real->GetValue());
+  }
+  return argument;
+}
+
+Argument RowOf(Argument& flat, std::size_t first, std::size_t count) {
+  Argument row;
+  row.kind = Kind::Array;
+  const auto begin = flat.items.begin() + static_cast<std::ptrdiff_t>(first);
+  row.items.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
+  return row;
+}
+
+}  // namespace
+
+void HeldValues::Keep(const std::string& name, Held newHeld) {
+  values.insert_or_assign(name, std::move(newHeld));
+}
+
+Held* HeldValues::Find(const std::string& name) {
+  const auto found = values.find(name);
+  return found == values.end() ? nullptr : &found->second;
+}
+
+Held& HeldValues::Get(const std::string& name) {
+  if (Held* held = Find(name)) return *held;
+  std::string known;
+  for (const auto& [each, held] : values) known += (known.empty() ? "" : ", ") + each;
+  throw HostError(ExitStatus::Failed,
+                  "nothing is held under the name \"" + name + "\"; " +
+                      (known.empty() ? "no name is in use, \"new NAME CLASS\" makes a bean"
+                                     : "the names in use are " + known));
+}
+
+BeanObject& HeldValues::GetObject(const std::string& name) {
+  Held& held = Get(name);
+  if (!held.object) {
+    throw HostError(ExitStatus::Failed, "\"" + name + "\" holds a plain value (" +
+                                            ToSourceForm(JavaTypeOf(held.type)) +
+                                            "); only a bean has methods");
+  }
+  return *held.object;
+}
+
+std::uint32_t HeldValues::Release(const std::string& name) {
+  Held& held = Get(name);
+  const std::uint32_t status =
+      held.object ? held.object->Release() : meta_object::handler_status::kLastReferenceReleased;
+  values.erase(name);
+  return status;
+}
+
+std::string HeldValues::NameOf(const meta_object::Handler* handler) const {
+  for (const auto& [name, held] : values) {
+    if (held.object && held.object->GetHandler() == handler) return name;
+  }
+  return {};
+}
+
+Argument HeldValues::Resolve(const Argument& argument) {
+  if (argument.kind != Kind::Reference) return argument;
+  Held& held = Get(argument.text);
+  if (held.object) return OfObject(*held.object);
+  return OfValue(held.value.get(), JavaTypeOf(held.type).name);
+}
+
+// A string or wrapped number that came as an object can go where its value is expected.
+Argument HeldValues::OfObject(BeanObject& object) {
+  Argument argument;
+  argument.kind = Kind::Object;
+  argument.text = object.ClassName();
+  argument.handler = object.GetHandler();
+  argument.supertypes = object.SupertypesOfClass();
+  if (!IsPlainType(argument.text)) return argument;
+  if (const std::optional<WideString> text = object.ToText()) {
+    Argument inside;
+    inside.kind = PlainKindOf(argument.text);
+    inside.javaType = argument.text;
+    inside.text = ToUtf8(*text);
+    argument.items.push_back(std::move(inside));
+  }
+  return argument;
+}
+
+Argument HeldValues::OfValue(const type::Object* value, const std::string& typeName) {
+  if (value == nullptr) return {};
+  if (const auto* array = dynamic_cast<const type::Array*>(value)) return OfArray(*array, typeName);
+  if (std::optional<BeanObject> object = BeanObject::FromValue(host, *value)) {
+    return OfObject(*object);
+  }
+  return OfPlain(*value, typeName);
+}
+
+Argument HeldValues::OfArray(const type::Array& array, const std::string& typeName) {
+  Argument flat;
+  flat.kind = Kind::Array;
+  for (int place = 0; place < array.GetItemCount(); ++place) {
+    flat.items.push_back(OfValue(array.GetItemAt(static_cast<unsigned int>(place)), typeName));
+  }
+  int lowest = 0;
+  int columns = 0;
+  if (!array.GetDimensionInfo(1, lowest, columns) || columns < 1) return flat;
+  Argument rows;
+  rows.kind = Kind::Array;
+  const auto width = static_cast<std::size_t>(columns);
+  for (std::size_t first = 0; first < flat.items.size(); first += width) {
+    rows.items.push_back(RowOf(flat, first, width));
+  }
+  return rows;
+}
+
+}  // namespace quenlatrix::host
