@@ -1,0 +1,73 @@
+#include "meta_object/handler.h"
+
+#include <string>
+
+#include "meta_object/no_throw.h"
+
+namespace quenlatrix::meta_object {
+
+Handler::Handler() : objectLock(Mutex::Private) {}
+
+Handler::~Handler() { objectLock.DestroyMutex(); }
+
+HandlerStatus Handler::OnConstructObject(const char* /*identity*/,
+                                         context::CreateObjectContext* /*context*/) {
+  return handler_status::kSuccess;
+}
+
+HandlerStatus Handler::OnDestructObject() { return handler_status::kSuccess; }
+
+void Handler::SetObjectIdentity(const Identity& identity) {
+  // By way of a copy: the identity given may be this object's own.
+  NoThrow([&] { objectIdentity.SetIdentity(std::string(identity.identity)); });
+}
+
+bool Handler::IsValidObject() {
+  const MutexLock lock(objectLock);
+  return NoThrow(false, [&] { return IsValidObjectImp(); });
+}
+
+HandlerStatus Handler::CreateObject(const char* identity, context::CreateObjectContext* context) {
+  {
+    const MutexLock lock(objectLock);
+    const HandlerStatus status = NoThrow(handler_status::kObjectNotMade, [&] {
+      return IsValidObjectImp() ? handler_status::kSuccess : CreateObjectImp(identity, context);
+    });
+    if (status != handler_status::kSuccess) {
+      return status;
+    }
+  }
+  return NoThrow(handler_status::kObjectNotMade,
+                 [&] { return OnConstructObject(identity, context); });
+}
+
+HandlerStatus Handler::AddRef() {
+  const MutexLock lock(objectLock);
+  ++referenceCount;
+  return handler_status::kSuccess;
+}
+
+HandlerStatus Handler::Release() {
+  {
+    const MutexLock lock(objectLock);
+    if (referenceCount == 0) {
+      return handler_status::kReleasedTwice;
+    }
+    if (referenceCount > 1) {
+      --referenceCount;
+      return handler_status::kSuccess;
+    }
+  }
+  NoThrow([&] { OnDestructObject(); });
+  const MutexLock lock(objectLock);
+  NoThrow([&] { ReleaseObjectImp(); });
+  referenceCount = 0;
+  return handler_status::kLastReferenceReleased;
+}
+
+std::uint32_t Handler::GetReferenceCount() {
+  const MutexLock lock(objectLock);
+  return referenceCount;
+}
+
+}  // namespace quenlatrix::meta_object

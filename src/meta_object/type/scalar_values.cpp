@@ -1,0 +1,105 @@
+#include "meta_object/type/scalar_values.h"
+
+#include <array>
+#include <cstddef>
+#include <cwchar>
+
+#include "meta_object/type/number_text.h"
+#include "text/c_numbers.h"
+#include "text/wide_chars.h"
+
+namespace quenlatrix::meta_object::type {
+
+namespace {
+
+long ReadWhole(const WideString& text) {
+  const wchar_t* digits = text.getWCharPtr();
+  return digits == nullptr ? 0 : quenlatrix::text::wcstol(digits, nullptr, 10);
+}
+
+// Short ASCII texts, and so almost every number, are narrowed on the stack.
+double ReadRealOf(const WideString& text) {
+  const wchar_t* wide = text.getWCharPtr();
+  if (wide == nullptr) {
+    return 0.0;
+  }
+  std::array<char, 64> narrow;
+  for (std::size_t i = 0; i < narrow.size() && wide[i] >= 0 && wide[i] < 0x80; ++i) {
+    narrow[i] = static_cast<char>(wide[i]);
+    if (narrow[i] == '\0') {
+      return quenlatrix::text::ReadReal(narrow.data());
+    }
+  }
+  return quenlatrix::text::ReadReal(text.getCharPtr());
+}
+
+wchar_t WidenByte(unsigned char byte) {
+  const char narrow = static_cast<char>(byte);
+  std::mbstate_t state{};
+  wchar_t wide = 0;
+  return std::mbrtowc(&wide, &narrow, 1, &state) <= 1 ? wide : static_cast<wchar_t>(byte);
+}
+
+}  // namespace
+
+Int::Int(long value) : Object(TypeDesc::Key::Int), value(value) { valueFormat.assign(L"%d"); }
+
+Object* Int::Clone() const { return new Int(*this); }
+
+void Int::GetDesc(WideString& text) const {
+  AssignNumber(text, quenlatrix::text::PrintInteger(value));
+}
+
+void Int::SetDesc(const WideString& text) { value = ReadWhole(text); }
+
+Real::Real(double value) : Object(TypeDesc::Key::Real), value(value) { valueFormat.assign(L"%f"); }
+
+Object* Real::Clone() const { return new Real(*this); }
+
+void Real::GetDesc(WideString& text) const {
+  AssignNumber(text, quenlatrix::text::PrintReal(value));
+}
+
+void Real::SetDesc(const WideString& text) { value = ReadRealOf(text); }
+
+Char::Char() : Object(TypeDesc::Key::Char) {}
+
+Object* Char::Clone() const { return new Char(*this); }
+
+void Char::GetDesc(WideString& text) const {
+  const std::array<wchar_t, 2> wide{WidenByte(static_cast<unsigned char>(value & 0xFF)), L'\0'};
+  text.assign(wide.data());
+}
+
+void Char::SetDesc(const WideString& text) {
+  const wchar_t* first = text.getWCharPtr();
+  value = first == nullptr ? L'\0' : *first;
+}
+
+Bool::Bool() : Object(TypeDesc::Key::Bool) {}
+
+Object* Bool::Clone() const { return new Bool(*this); }
+
+void Bool::GetDesc(WideString& text) const { text.assign(value ? L"true" : L"false"); }
+
+void Bool::SetDesc(const WideString& text) { value = text.compare(L"true", 0) == 0; }
+
+Enum::Enum() : Object(TypeDesc::Key::Enum) {}
+
+Object* Enum::Clone() const { return new Enum(*this); }
+
+void Enum::GetDesc(WideString& text) const {
+  AssignNumber(text, quenlatrix::text::PrintInteger(value));
+}
+
+void Enum::SetDesc(const WideString& text) { value = ReadWhole(text); }
+
+Void::Void() : Object(TypeDesc::Key::Void) {}
+
+Object* Void::Clone() const { return new Void(*this); }
+
+void Void::GetDesc(WideString& text) const { text = WideString(); }
+
+void Void::SetDesc(const WideString& /*text*/) {}
+
+}  // namespace quenlatrix::meta_object::type

@@ -1,0 +1,155 @@
+#include "meta_object/environment.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "meta_object/info/cached_method_info.h"
+#include "tests/meta_object/test_handler.h"
+
+namespace quenlatrix::meta_object {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::IsNull;
+
+// The host's side: its context is the list of the calls that it got.
+using Calls = std::vector<std::string>;
+
+info::cache::CachedMethodInfo cachedMethod;
+info::cache::CachedObjectInfo cachedObject;
+
+void Note(void* hostContext, const std::string& call) {
+  static_cast<Calls*>(hostContext)->push_back(call);
+}
+
+void Connect(Environment& environment, Calls& calls) {
+  environment.hostContext = &calls;
+  environment.cacheOpenIntrospect = [](void* host, const Identity& identity, bool& must) {
+    Note(host, "open " + identity.handlerData);
+    must = true;
+    return true;
+  };
+  environment.cacheIntrospectDone = [](void* host, const Identity&, bool succeeded) {
+    Note(host, "done");
+    return succeeded;
+  };
+  environment.cacheCloseIntrospect = [](void* host, const Identity&) {
+    Note(host, "close");
+    return true;
+  };
+  environment.cacheAddMethodInfo = [](void* host, const Identity&,
+                                      const info::cache::CachedMethodInfo& method) {
+    Note(host, "add");
+    return &method == &cachedMethod;
+  };
+  environment.cacheGetMethodInfo =
+      [](void* host, const Identity&,
+         const char* methodId) -> const info::cache::CachedMethodInfo* {
+    Note(host, std::string("method ") + methodId);
+    return &cachedMethod;
+  };
+  environment.cacheGetObjectInfo = [](void* host,
+                                      const Identity&) -> const info::cache::CachedObjectInfo* {
+    Note(host, "object");
+    return &cachedObject;
+  };
+  environment.gcRegHandlerObject = [](void* host, Handler*, const void*) { Note(host, "collect"); };
+  environment.checkSecurity = [](info::SecurityInfo*) { return true; };
+}
+
+// How many of the six cache operations, and of what they fill, succeed.
+int Successes(const Environment& environment) {
+  const Identity identity("A://B");
+  bool must = false;
+  return (environment.CacheOpenIntrospect(identity, must) ? 1 : 0) + (must ? 1 : 0) +
+         (environment.CacheIntrospectDone(identity, true) ? 1 : 0) +
+         (environment.CacheCloseIntrospect(identity) ? 1 : 0) +
+         (environment.CacheAddMethodInfo(identity, cachedMethod) ? 1 : 0) +
+         (environment.CacheGetMethodInfo(identity, "m") == &cachedMethod ? 1 : 0) +
+         (environment.CacheGetObjectInfo(identity) == &cachedObject ? 1 : 0);
+}
+
+TEST(Environment, CallsAHostWhoseCacheIsWholeAndNoOther) {
+  void (*const changes[])(Environment&) = {
+      [](Environment& e) { e.hostContext = nullptr; },
+      [](Environment& e) { e.cacheOpenIntrospect = nullptr; },
+      [](Environment& e) { e.cacheIntrospectDone = nullptr; },
+      [](Environment& e) { e.cacheCloseIntrospect = nullptr; },
+      [](Environment& e) { e.cacheAddMethodInfo = nullptr; },
+      [](Environment& e) { e.cacheGetMethodInfo = nullptr; },
+      [](Environment& e) { e.cacheGetObjectInfo = nullptr; },
+  };
+  for (const auto& change : changes) {
+    Environment environment;
+    Calls calls;
+    Connect(environment, calls);
+    EXPECT_TRUE(environment.IsMethodCacheSupported());
+    EXPECT_EQ(Successes(environment), 7);
+    EXPECT_THAT(calls, ElementsAre("open B", "done", "close", "add", "method m", "object"));
+    calls.clear();
+    change(environment);
+    EXPECT_FALSE(environment.IsMethodCacheSupported());
+    EXPECT_EQ(Successes(environment), 0);
+    EXPECT_THAT(calls, IsEmpty());
+    environment.GCRegHandlerObject(nullptr, nullptr);
+    EXPECT_EQ(calls.size(), environment.hostContext == nullptr ? 0U : 1U);
+  }
+}
+
+void AddAttribute(Environment& environment, const char* handler, const char* key,
+                  const char* value) {
+  environment.attributes.push_back(std::make_unique<Handler::Attribute>(handler, key, value));
+}
+
+TEST(Environment, FindsAnAttributeByKeyAndHandler) {
+  Environment environment;
+  environment.attributes.push_back(nullptr);
+  AddAttribute(environment, "first", "k", "1");
+  AddAttribute(environment, "second", "k", "2");
+  AddAttribute(environment, "second", "empty", "");
+  EXPECT_STREQ(environment.GetAttribute("k", nullptr), "1");
+  EXPECT_STREQ(environment.GetAttribute("k", "second"), "2");
+  EXPECT_STREQ(environment.GetAttribute("empty", nullptr), "");
+  EXPECT_THAT(environment.GetAttribute("K", nullptr), IsNull());
+  EXPECT_THAT(environment.GetAttribute("k", "SECOND"), IsNull());
+  EXPECT_THAT(environment.GetAttribute(nullptr, "first"), IsNull());
+}
+
+TEST(Environment, CopiesTextsAttributesAndPolicyButNotTheHost) {
+  Environment source;
+  Calls calls;
+  Connect(source, calls);
+  source.textList.emplace_back("text");
+  source.firstWideText = WideString("one");
+  source.secondWideText = WideString("two");
+  source.attributes.push_back(nullptr);
+  AddAttribute(source, "h", "k", "v");
+
+  Environment target;
+  Connect(target, calls);
+  target.hostFlag = true;
+  AddAttribute(target, "h", "old", "v");
+  target = source;
+  source.Clear();
+  EXPECT_EQ(target.attributes.size(), 1U);
+  EXPECT_STREQ(target.GetAttribute("k", "h"), "v");
+  EXPECT_EQ(target.textList.size(), 1U);
+  EXPECT_STREQ(target.firstWideText.getCharPtr(), "one");
+  EXPECT_STREQ(target.secondWideText.getCharPtr(), "two");
+  EXPECT_TRUE(target.hostFlag);
+  EXPECT_THAT(source.attributes, IsEmpty());
+  EXPECT_THAT(source.textList, IsEmpty());
+  EXPECT_THAT(source.secondWideText.getWCharPtr(), IsNull());
+  for (const Environment* cleared : {&source, &target}) {
+    EXPECT_THAT(cleared->hostContext, IsNull());
+    EXPECT_EQ(cleared->cacheOpenIntrospect, nullptr);
+    EXPECT_EQ(cleared->gcRegHandlerObject, nullptr);
+    EXPECT_NE(cleared->checkSecurity, nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace quenlatrix::meta_object
