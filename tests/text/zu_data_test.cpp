@@ -5,7 +5,9 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
 #include <string>
+#include <vector>
 
 #include "text/zu_text_local.h"
 
@@ -81,8 +83,7 @@ TEST(ZuData, AReleasedBufferIsTheCallers) {
   unsigned long bufferSize = 0;
   void* const buffer = d.ReleaseBuffer(&dataSize, &bufferSize);
   EXPECT_EQ(std::memcmp(buffer, "abc", 3), 0);
-  EXPECT_EQ(dataSize, 3U);
-  EXPECT_EQ(bufferSize, 3U);
+  EXPECT_TRUE(dataSize == 3 && bufferSize == 3);
   std::free(buffer);
   EXPECT_EQ(d.GetBuffer(), nullptr);
   EXPECT_EQ(d.GetDataSize() + d.GetBufferSize(), 0U);
@@ -128,11 +129,8 @@ TEST(ZuData, CopiesComparesAndIndexesWithinTheData) {
   EXPECT_EQ(d.Copy(out, 2), 2U);
   EXPECT_EQ(d.Copy(out + 2, 5, 1, 9), 3U);
   EXPECT_STREQ(reinterpret_cast<char*>(out), "abbcd--");
-  EXPECT_EQ(d.Copy(nullptr, 5), 0U);
-  EXPECT_EQ(d.Copy(out, 5, 4, 1), 0U);
-  EXPECT_TRUE(d.Equals("abcd", 4));
-  EXPECT_FALSE(d.Equals("abcd", 3));
-  EXPECT_FALSE(d.Equals(Data("abcD")));
+  EXPECT_EQ(d.Copy(nullptr, 5) + d.Copy(out, 5, 4, 1), 0U);
+  EXPECT_TRUE(d.Equals("abcd", 4) && !d.Equals("abcd", 3) && !d.Equals(Data("abcD")));
   EXPECT_TRUE(ZuData().Equals(ZuData(5)));
   d[1] = 'X';
   EXPECT_EQ(Bytes(d), "aXcd");
@@ -141,49 +139,43 @@ TEST(ZuData, CopiesComparesAndIndexesWithinTheData) {
   EXPECT_EQ(copy.GetBufferSize(), 4U);
 }
 
-// The number of a virtual operation is its index in the table: the first two entries are the two
-// forms of the destructor.
-template <typename Operation>
-unsigned long Slot(Operation operation) {
-  unsigned long pointer = 0;
-  static_assert(sizeof operation >= sizeof pointer);
-  std::memcpy(&pointer, &operation, sizeof pointer);
-  return (pointer - 1) / sizeof(void*);
+// The number of a virtual operation is its index in the table, where the first two entries are the
+// two forms of the destructor.
+template <typename... Operations>
+std::vector<unsigned long> Slots(Operations... operations) {
+  auto const slot = [](auto operation) {
+    unsigned long place = 0;
+    std::memcpy(&place, &operation, sizeof place);
+    return (place - 1) / sizeof(void*);
+  };
+  return {slot(operations)...};
 }
 
 TEST(ZuData, VirtualOperationsKeepTheirSlots) {
   using U = unsigned long;
   using D = ZuData;
   using T = ZuText;
-  U const slots[] = {Slot(&D::SetUsableDataSize),
-                     Slot(&D::GetUsableDataSize),
-                     Slot(&D::SetBufferSize),
-                     Slot(&D::ReleaseBuffer),
-                     Slot(&D::ReleaseData),
-                     Slot(&D::Clear),
-                     Slot<bool (D::*)(D const&) const>(&D::Equals),
-                     Slot<bool (D::*)(char const*, U) const>(&D::Equals),
-                     Slot<U (D::*)(D const&)>(&D::SetEqualTo),
-                     Slot<U (D::*)(void const*, U, U)>(&D::SetEqualTo),
-                     Slot<void (D::*)(D&, U, U) const>(&D::Copy),
-                     Slot<U (D::*)(unsigned char*, U) const>(&D::Copy),
-                     Slot<U (D::*)(unsigned char*, U, U, U) const>(&D::Copy),
-                     Slot<bool (D::*)(U, U, D const&)>(&D::Replace),
-                     Slot<bool (D::*)(U, U, void const*, U)>(&D::Replace),
-                     Slot<bool (D::*)(U, U, unsigned char)>(&D::Replace),
-                     Slot<bool (D::*)(U, U, long)>(&D::Replace),
-                     Slot(&T::GetSize),
-                     Slot(&T::ReplaceText),
-                     Slot<void (T::*)(T const&, T const&)>(&T::ReplaceAll),
-                     Slot<void (T::*)(T const&, T const&, bool)>(&T::ReplaceAll),
-                     Slot(&T::ReplaceOccurrence),
-                     Slot<bool (T::*)(D const&, bool) const>(&T::Equals),
-                     Slot<bool (T::*)(char const*, U, bool) const>(&T::Equals),
-                     Slot(&T::FirstNEquals)};
-  U expected = 2;
-  for (U const slot : slots) {
-    EXPECT_EQ(slot, expected++);
-  }
+  using Bytes = unsigned char*;
+  auto const slots =
+      Slots(&D::SetUsableDataSize, &D::GetUsableDataSize, &D::SetBufferSize, &D::ReleaseBuffer,
+            &D::ReleaseData, &D::Clear, static_cast<bool (D::*)(D const&) const>(&D::Equals),
+            static_cast<bool (D::*)(char const*, U) const>(&D::Equals),
+            static_cast<U (D::*)(D const&)>(&D::SetEqualTo),
+            static_cast<U (D::*)(void const*, U, U)>(&D::SetEqualTo),
+            static_cast<void (D::*)(D&, U, U) const>(&D::Copy),
+            static_cast<U (D::*)(Bytes, U) const>(&D::Copy),
+            static_cast<U (D::*)(Bytes, U, U, U) const>(&D::Copy),
+            static_cast<bool (D::*)(U, U, D const&)>(&D::Replace),
+            static_cast<bool (D::*)(U, U, void const*, U)>(&D::Replace),
+            static_cast<bool (D::*)(U, U, unsigned char)>(&D::Replace),
+            static_cast<bool (D::*)(U, U, long)>(&D::Replace), &T::GetSize, &T::ReplaceText,
+            static_cast<void (T::*)(T const&, T const&)>(&T::ReplaceAll),
+            static_cast<void (T::*)(T const&, T const&, bool)>(&T::ReplaceAll),
+            &T::ReplaceOccurrence, static_cast<bool (T::*)(D const&, bool) const>(&T::Equals),
+            static_cast<bool (T::*)(char const*, U, bool) const>(&T::Equals), &T::FirstNEquals);
+  std::vector<U> expected(slots.size());
+  std::iota(expected.begin(), expected.end(), 2U);
+  EXPECT_EQ(slots, expected);
 }
 
 }  // namespace

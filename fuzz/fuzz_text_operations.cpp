@@ -1,0 +1,234 @@
+// Runs operations of the narrow and the wide text that the input picks, against a plain model of
+// what the text must be, and checks after each what always holds.
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <algorithm>
+#include <clocale>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <string>
+#include <vector>
+
+#include "text/c_numbers.h"
+#include "text/wide_chars.h"
+#include "text/wide_string.h"
+#include "text/zu_text.h"
+#include "text/zu_text_local.h"
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) {
+    std::abort();
+  }
+}
+
+void CheckText(ZuText const& t) {
+  Require(t.GetDataSize() <= t.GetBufferSize());
+  Require(t.GetDataSize() == 0 || t.GetText()[t.GetDataSize() - 1] == '\0');
+  Require(std::strlen(t.GetTextEx()) == t.GetSize());
+}
+
+// A short text without NULs.
+std::string TakeText(FuzzedDataProvider& input) {
+  return input.ConsumeRandomLengthString(60).c_str();
+}
+
+std::string Replaced(std::string text, std::string const& find, std::string const& with) {
+  for (std::size_t at = 0; !find.empty() && (at = text.find(find, at)) != std::string::npos;) {
+    text.replace(at, find.size(), with);
+    at += with.size();
+  }
+  return text;
+}
+
+// A text, what it must hold, and a fixed text that goes through the same operations.
+struct NarrowState {
+  ZuText text;
+  ZuTextLocal<31> fixed;
+  std::string model;
+
+  template <typename Operation>
+  void Both(Operation operation) {
+    operation(static_cast<ZuText&>(fixed));
+    operation(text);
+  }
+};
+
+void Assign(NarrowState& s, FuzzedDataProvider& input) {
+  s.model = TakeText(input);
+  s.Both([&](ZuText& t) { t = s.model.c_str(); });
+  Require(s.fixed.GetTextEx() == s.model.substr(0, 30));
+}
+
+void Append(NarrowState& s, FuzzedDataProvider& input) {
+  std::string const tail = TakeText(input);
+  switch (input.ConsumeIntegralInRange(0, 3)) {
+    case 0:
+      s.Both([&](ZuText& t) { t += tail.c_str(); });
+      s.model += tail;
+      break;
+    case 1:
+      s.Both([&](ZuText& t) { t += ZuText(tail.c_str()); });
+      s.model += tail;
+      break;
+    case 2:
+      s.Both([](ZuText& t) { t += t; });
+      s.model += s.model;
+      break;
+    default:
+      s.Both([&](ZuText& t) { t.AppendFormat("%s|%ld", tail.c_str(), 7L); });
+      s.model += tail + "|7";
+  }
+}
+
+void ReplacePart(NarrowState& s, FuzzedDataProvider& input) {
+  auto const pos = input.ConsumeIntegralInRange<unsigned long>(0, 80);
+  auto const count = input.ConsumeIntegral<unsigned long>();
+  std::string const with = TakeText(input);
+  s.Both([&](ZuText& t) { t.ReplaceText(pos, count, with.c_str()); });
+  s.model.replace(std::min(pos, s.model.size()), count, with);
+}
+
+void ReplaceEvery(NarrowState& s, FuzzedDataProvider& input) {
+  std::string const find = TakeText(input).substr(0, 3);
+  std::string const with = TakeText(input).substr(0, 5);
+  s.Both([&](ZuText& t) { t.ReplaceAll(find.c_str(), with.c_str()); });
+  s.model = Replaced(s.model, find, with);
+  ZuText other(s.text);
+  other.ReplaceAll(with.c_str(), find.c_str(), false);
+  CheckText(other);
+  other.ReplaceOccurrence(find.c_str(), with.c_str(),
+                          input.ConsumeIntegralInRange<unsigned long>(0, 4), input.ConsumeBool());
+  CheckText(other);
+}
+
+void TakePart(NarrowState& s, FuzzedDataProvider& input) {
+  auto const start = input.ConsumeIntegralInRange<unsigned long>(0, 70);
+  auto const count = input.ConsumeIntegral<unsigned long>();
+  s.Both([&](ZuText& t) { t.Mid(t, start, count); });
+  s.model = s.model.substr(std::min(start, s.model.size()), count);
+  ZuText out;
+  s.text.Right(out, start);
+  Require(out.GetSize() == std::min<unsigned long>(start, s.text.GetSize()));
+  std::vector<unsigned char> dst(start);
+  Require(s.text.Copy(dst.data(), start, count % 8, count) <= start);
+}
+
+void Resize(NarrowState& s, FuzzedDataProvider& input) {
+  auto const n = input.ConsumeIntegralInRange<unsigned long>(0, 6000);
+  s.Both([&](ZuText& t) { t.SetBufferSize(n); });
+  s.model = s.text.GetTextEx();
+  s.Both([&](ZuText& t) { t.SetUsableDataSize(std::min(n, t.GetSize())); });
+  s.model = s.model.substr(0, n);
+}
+
+void Compare(NarrowState& s, FuzzedDataProvider& input) {
+  std::string const with = TakeText(input);
+  ZuText const other(with.c_str());
+  Require((s.text < other) == (other > s.text));
+  Require((s.text == other) == (s.text.Compare(with.c_str()) == 0));
+  Require(s.text.CompareLeft(other) || s.text != other);
+  s.text.FirstNEquals(with.c_str(), input.ConsumeIntegral<unsigned long>(), input.ConsumeBool());
+  s.text.Equals(with.c_str(), with.size(), input.ConsumeBool());
+  s.text.GetTextAsBitMask();
+  s.text.GetTextAsULong();
+}
+
+void RunNarrow(FuzzedDataProvider& input) {
+  constexpr void (*operations[])(NarrowState&, FuzzedDataProvider&) = {
+      Assign, Append, ReplacePart, ReplaceEvery, TakePart, Resize, Compare};
+  NarrowState s;
+  for (int i = 0; i < 200 && input.remaining_bytes() > 0; ++i) {
+    input.PickValueInArray(operations)(s, input);
+    if (s.model.size() > 5000) {
+      s.model.clear();
+      s.text.Clear();
+    }
+    CheckText(s.text);
+    CheckText(s.fixed);
+    Require(s.text.GetTextEx() == s.model);
+    Require(s.fixed.GetSize() <= 30 && s.fixed.GetBufferSize() == 31);
+  }
+}
+
+std::wstring TakeWideText(FuzzedDataProvider& input) {
+  std::wstring text;
+  for (auto n = input.ConsumeIntegralInRange<std::size_t>(0, 80); n > 0; --n) {
+    auto const c = input.ConsumeBool() ? input.ConsumeIntegralInRange<wchar_t>(1, 127)
+                                       : input.ConsumeIntegral<wchar_t>();
+    text += c == L'\0' ? L'\u0100' : c;
+  }
+  return text;
+}
+
+void CheckWideText(WideString const& s) {
+  std::size_t const length = s.getWCharPtr() == nullptr ? 0 : std::wcslen(s.getWCharPtr());
+  char const* const narrow = s.getCharPtr();
+  Require(narrow == nullptr || std::strlen(narrow) <= length);
+}
+
+void CheckWideNumbers(std::wstring const& text, FuzzedDataProvider& input) {
+  wchar_t* end = nullptr;
+  quenlatrix::text::wcstol(text.c_str(), &end, input.ConsumeIntegralInRange(-1, 37));
+  Require(end >= text.c_str() && end <= text.c_str() + text.size());
+  for (wchar_t const c : text) {
+    quenlatrix::text::iswalnum(c);
+  }
+}
+
+void RunWide(FuzzedDataProvider& input) {
+  WideString s;
+  for (int i = 0; i < 20 && input.remaining_bytes() > 0; ++i) {
+    std::wstring const wide = TakeWideText(input);
+    std::string const narrow = TakeText(input);
+    switch (input.ConsumeIntegralInRange(0, 5)) {
+      case 0:
+        s.assign(wide.c_str());
+        Require(s.compare(wide.c_str(), 0) == (wide.empty() ? -1 : 0));
+        break;
+      case 1:
+        s.assign(narrow.c_str());
+        break;
+      case 2:
+        s.append(wide.c_str());
+        break;
+      case 3:
+        s.append(narrow.c_str());
+        break;
+      case 4:
+        s.assign(wide.c_str(), input.ConsumeIntegralInRange(0, 100));
+        break;
+      default:
+        s = s.substr(input.ConsumeIntegralInRange(-2, 90), input.ConsumeIntegralInRange(-2, 90));
+    }
+    CheckWideText(s);
+    int const found = s.find(wide.c_str());
+    Require(found <= 0 || static_cast<std::size_t>(found) <= std::strlen(s.getCharPtr()));
+    WideString const other(narrow.c_str());
+    CheckWideText(other);
+    Require((s.compareNoCase(wide.c_str(), 0) == 0) ==
+                (WideString(wide.c_str()).compareNoCase(s.getWCharPtr(), 0) == 0) ||
+            wide.empty());
+    CheckWideNumbers(wide, input);
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+  Require(std::setlocale(LC_ALL, "C.UTF-8") != nullptr);
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t size) {
+  FuzzedDataProvider input(data, size);
+  if (input.ConsumeBool()) {
+    RunNarrow(input);
+  } else {
+    RunWide(input);
+  }
+  return 0;
+}
