@@ -83,6 +83,8 @@ TEST(ZuText, SettingTheLengthKeepsTheTextTerminated) {
   t = "abcdef";
   EXPECT_STREQ(t.GetTextEx(), "abc");
   EXPECT_EQ(t.SetUsableDataSize(4), 4U);
+  EXPECT_EQ(t.SetEqualTo(storage, 4, 0), 4U);
+  EXPECT_STREQ(t.GetTextEx(), "abc");
 }
 
 TEST(ZuText, ComparesWithoutCaseUnlessAskedTo) {
