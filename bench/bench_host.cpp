@@ -1,0 +1,131 @@
+#include "bench/bench_host.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "meta_object/info/cached_method_info.h"
+
+namespace quenlatrix::bench {
+
+namespace {
+
+using meta_object::Handler;
+using meta_object::HandlerStatus;
+using meta_object::Identity;
+using meta_object::info::cache::CachedMethodInfo;
+using meta_object::info::cache::CachedObjectInfo;
+
+[[noreturn]] void Fail(std::string const& why) {
+  std::fprintf(stderr, "bean_bench: %s\n", why.c_str());
+  std::exit(3);
+}
+
+}  // namespace
+
+BenchHost& BenchHost::Get() {
+  // Never destroyed: the VM would outlive it.
+  static auto* const host = new BenchHost;
+  return *host;
+}
+
+BenchHost::BenchHost() {
+  environment.hostContext = this;
+  environment.cacheOpenIntrospect = [](void*, Identity const&, bool& mustIntrospect) {
+    mustIntrospect = true;
+    return true;
+  };
+  environment.cacheIntrospectDone = [](void*, Identity const&, bool succeeded) {
+    return succeeded;
+  };
+  environment.cacheCloseIntrospect = [](void*, Identity const&) { return true; };
+  environment.cacheAddMethodInfo = [](void* host, Identity const&, CachedMethodInfo const&) {
+    ++static_cast<BenchHost*>(host)->methodsAdded;
+    return true;
+  };
+  environment.cacheGetMethodInfo = [](void*, Identity const&, char const*) {
+    return static_cast<CachedMethodInfo const*>(nullptr);
+  };
+  environment.cacheGetObjectInfo = [](void*, Identity const&) {
+    return static_cast<CachedObjectInfo const*>(nullptr);
+  };
+  environment.gcRegHandlerObject = [](void* host, Handler* handler, void const*) {
+    static_cast<BenchHost*>(host)->registered.push_back(handler);
+  };
+
+  std::string why;
+  host::JavaVm::Options options;
+  options.classPath = {BENCH_BEANS_JAR, BENCH_PLUGIN_JAR};
+  plugin = host::PluginLibrary::Load("", why);
+  if (plugin == nullptr || !plugin->Initialise(&environment, why)) {
+    Fail(why);
+  }
+  machine = host::JavaVm::Start(options, why);
+  if (machine == nullptr) {
+    Fail(why);
+  }
+  plugin->SetVm(machine->Get());
+}
+
+Handler* BenchHost::Create(char const* className) {
+  Handler* const handler = plugin->MakeHandler();
+  std::string const identity = std::string("JAVABEAN://") + className;
+  if (handler == nullptr || handler->CreateObject(identity.c_str(), nullptr) != 0) {
+    Fail("no instance of " + identity);
+  }
+  return handler;
+}
+
+void BenchHost::Free(Handler* handler) {
+  handler->Release();
+  Collect();
+}
+
+void BenchHost::Collect() {
+  for (Handler* handler : registered) {
+    if (handler->GetReferenceCount() == 0) {
+      plugin->FreeHandler(handler);
+    }
+  }
+  registered.clear();
+}
+
+JNIEnv* BenchHost::Env() {
+  void* env = nullptr;
+  if (machine->Get()->GetEnv(&env, JNI_VERSION_1_8) != JNI_OK) {
+    Fail("the thread is not attached");
+  }
+  return static_cast<JNIEnv*>(env);
+}
+
+KeptAttached::KeptAttached(Handler* handler) : handler(handler) {
+  if (handler->OpenMethodCall(context, WideString(L"Invoke:keep:0")) != 0) {
+    Fail("the thread can't be attached");
+  }
+}
+
+meta_object::type::Object* Call(Handler* handler, WideString const& methodId,
+                                std::list<meta_object::type::Object*>& params,
+                                meta_object::TypeDesc const& returnType, HandlerStatus expected) {
+  meta_object::context::MethodCallContext context;
+  meta_object::MethodInvokeStatus status;
+  meta_object::type::Object* result = nullptr;
+  handler->OpenMethodCall(context, methodId);
+  handler->PrepareMethodCall(context, params);
+  handler->SetReturnDataType(context, returnType);
+  if (handler->InvokeMethod(context, status, &result) != expected) {
+    char const* const text = status.failureText.getCharPtr();
+    Fail(std::string("a call failed: ") + (text == nullptr ? "no text" : text));
+  }
+  handler->CloseMethodCall(context);
+  return result;
+}
+
+void Free(meta_object::type::Object* value) {
+  if (value != nullptr) {
+    value->ReleaseItem();
+    delete value;
+  }
+}
+
+}  // namespace quenlatrix::bench

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <jni.h>
+
+#include <memory>
+#include <vector>
+
+#include "host/java_vm.h"
+#include "host/plugin_library.h"
+#include "meta_object/environment.h"
+#include "meta_object/handler.h"
+#include "meta_object/type/object.h"
+#include "meta_object/type_desc.h"
+
+namespace quenlatrix::bench {
+
+// The least host that the plug-in can live in: its cache forgets at once, its collector keeps a
+// list. One a process, for one thread.
+class BenchHost {
+ public:
+  // Starts the VM and loads the plug-in beside the program at the first call; ends the process with
+  // a text where that fails.
+  static BenchHost& Get();
+
+  // A handler bound to a new instance of the class; ends the process when it can't be made.
+  meta_object::Handler* Create(char const* className);
+  // The last release of a handler, and its end.
+  void Free(meta_object::Handler* handler);
+  // Frees every handler that was registered since it was last asked for and has no references left.
+  void Collect();
+
+  // The calling thread's environment; the thread must be attached.
+  JNIEnv* Env();
+  JavaVM* Vm() { return machine->Get(); }
+  // How many catalogue entries the plug-in has handed over in all.
+  long GetMethodsAdded() const { return methodsAdded; }
+
+ private:
+  BenchHost();
+
+  std::unique_ptr<host::JavaVm> machine;
+  std::unique_ptr<host::PluginLibrary> plugin;
+  meta_object::Environment environment;
+  std::vector<meta_object::Handler*> registered;
+  long methodsAdded = 0;
+};
+
+// Keeps the calling thread attached with what the interface offers: a method call left open.
+class KeptAttached {
+ public:
+  explicit KeptAttached(meta_object::Handler* handler);
+  ~KeptAttached() { handler->CloseMethodCall(context); }
+  KeptAttached(KeptAttached const&) = delete;
+  KeptAttached& operator=(KeptAttached const&) = delete;
+
+ private:
+  meta_object::Handler* handler;
+  meta_object::context::MethodCallContext context;
+};
+
+// A bean on a thread that is kept attached while it lives.
+class HeldBean {
+ public:
+  explicit HeldBean(char const* className)
+      : bean_(BenchHost::Get().Create(className), ReleaseBean), attached_(bean_.get()) {}
+
+  meta_object::Handler* Get() const { return bean_.get(); }
+  jobject Instance() const { return static_cast<jobject>(bean_->GetObjectRef()); }
+
+ private:
+  static void ReleaseBean(meta_object::Handler* handler) { BenchHost::Get().Free(handler); }
+
+  std::unique_ptr<meta_object::Handler, void (*)(meta_object::Handler*)> bean_;
+  KeptAttached attached_;
+};
+
+// One whole call as a host makes it: open, prepare, name the result's type, invoke, close. The
+// result is the caller's; ends the process when the status isn't the expected one.
+meta_object::type::Object* Call(meta_object::Handler* handler, WideString const& methodId,
+                                std::list<meta_object::type::Object*>& params,
+                                meta_object::TypeDesc const& returnType,
+                                meta_object::HandlerStatus expected = 0);
+
+// Gives a result back.
+void Free(meta_object::type::Object* value);
+
+}  // namespace quenlatrix::bench

@@ -1,0 +1,242 @@
+// Creating and releasing, and calls with scalars, strings, objects and exceptions, each beside the
+// same work in bare JNI with every identifier kept.
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "bench/bench_host.h"
+#include "meta_object/type/scalar_values.h"
+#include "meta_object/type/string_values.h"
+
+namespace quenlatrix::bench {
+namespace {
+
+using meta_object::Handler;
+using meta_object::TypeDesc;
+using meta_object::type::Int;
+using meta_object::type::Object;
+using meta_object::type::String;
+using Key = TypeDesc::Key;
+
+constexpr char kText[] = "hello there";
+
+TypeDesc NamedType(Key key, wchar_t const* name) {
+  return TypeDesc(key, WideString(name), WideString(name));
+}
+
+// Bare JNI with everything kept: the instance, its class and the methods.
+struct Floor {
+  JNIEnv* env;
+  jclass work;
+  jclass plain;
+  jmethodID newPlain;
+  jobject instance;
+
+  explicit Floor(JNIEnv* env)
+      : env(env),
+        work(static_cast<jclass>(env->NewGlobalRef(env->FindClass("bench/Work")))),
+        plain(static_cast<jclass>(env->NewGlobalRef(env->FindClass("bench/Plain")))),
+        newPlain(env->GetMethodID(plain, "<init>", "()V")),
+        instance(env->NewGlobalRef(env->NewObject(work, env->GetMethodID(work, "<init>", "()V")))) {
+  }
+
+  jmethodID Method(char const* name, char const* signature) const {
+    return env->GetMethodID(work, name, signature);
+  }
+};
+
+void CreateOurs(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  BenchHost& host = BenchHost::Get();
+  for (auto _ : state) {
+    host.Free(host.Create("bench.Plain"));
+  }
+}
+
+void CreateFloor(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  Floor const floor(BenchHost::Get().Env());
+  for (auto _ : state) {
+    jobject const local = floor.env->NewObject(floor.plain, floor.newPlain);
+    jobject const global = floor.env->NewGlobalRef(local);
+    floor.env->DeleteLocalRef(local);
+    floor.env->DeleteGlobalRef(global);
+  }
+}
+
+// The call that the loops below make: add(i, 7), whose answer changes with each turn.
+int AddOurs(Handler* bean, Int& a, std::list<Object*>& params, TypeDesc const& intType, int i) {
+  a.SetValue(i);
+  Object* const result = Call(bean, WideString(L"Invoke:add:0"), params, intType);
+  int const sum = static_cast<int>(static_cast<Int*>(result)->GetValue());
+  Free(result);
+  return sum;
+}
+
+void IntCallOurs(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  TypeDesc const intType = NamedType(Key::Int, L"int");
+  Int a(0);
+  Int b(7);
+  a.GetMetaItemType() = intType;
+  b.GetMetaItemType() = intType;
+  std::list<Object*> params{&a, &b};
+  int i = 0;
+  for (auto _ : state) {
+    ++i;
+    if (AddOurs(bean.Get(), a, params, intType, i) != i + 7) {
+      state.SkipWithError("add answered a wrong sum");
+    }
+  }
+}
+
+void IntCallFloor(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  Floor const floor(BenchHost::Get().Env());
+  jmethodID const add = floor.Method("add", "(II)I");
+  int i = 0;
+  for (auto _ : state) {
+    ++i;
+    benchmark::DoNotOptimize(floor.env->CallIntMethod(floor.instance, add, i, 7));
+    if (floor.env->ExceptionCheck() != JNI_FALSE) {
+      state.SkipWithError("add threw");
+    }
+  }
+}
+
+// The same on a thread that each operation attaches and detaches.
+void UnattachedCallOurs(benchmark::State& state) {
+  BenchHost& host = BenchHost::Get();
+  Handler* const bean = host.Create("bench.Work");
+  TypeDesc const intType = NamedType(Key::Int, L"int");
+  Int a(0);
+  Int b(7);
+  a.GetMetaItemType() = intType;
+  b.GetMetaItemType() = intType;
+  std::list<Object*> params{&a, &b};
+  int i = 0;
+  for (auto _ : state) {
+    ++i;
+    benchmark::DoNotOptimize(AddOurs(bean, a, params, intType, i));
+  }
+  host.Free(bean);
+}
+
+void UnattachedCallFloor(benchmark::State& state) {
+  Handler* const bean = BenchHost::Get().Create("bench.Work");
+  JavaVM* const vm = BenchHost::Get().Vm();
+  void* env = nullptr;
+  vm->AttachCurrentThread(&env, nullptr);
+  Floor const floor(static_cast<JNIEnv*>(env));
+  jmethodID const add = floor.Method("add", "(II)I");
+  vm->DetachCurrentThread();
+  int i = 0;
+  for (auto _ : state) {
+    ++i;
+    vm->AttachCurrentThread(&env, nullptr);
+    benchmark::DoNotOptimize(static_cast<JNIEnv*>(env)->CallIntMethod(floor.instance, add, i, 7));
+    vm->DetachCurrentThread();
+  }
+  BenchHost::Get().Free(bean);
+}
+
+void StringCallOurs(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  TypeDesc const stringType = NamedType(Key::String, L"java.lang.String");
+  String text(stringType);
+  text.SetValue(WideString(kText));
+  std::list<Object*> params{&text};
+  WideString const id(L"Invoke:echo:0");
+  for (auto _ : state) {
+    Object* const result = Call(bean.Get(), id, params, stringType);
+    benchmark::DoNotOptimize(static_cast<String*>(result)->GetValue().getWCharPtr());
+    Free(result);
+  }
+}
+
+void StringCallFloor(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  Floor const floor(BenchHost::Get().Env());
+  jmethodID const echo = floor.Method("echo", "(Ljava/lang/String;)Ljava/lang/String;");
+  for (auto _ : state) {
+    jstring const text = floor.env->NewStringUTF(kText);
+    auto* const answer =
+        static_cast<jstring>(floor.env->CallObjectMethod(floor.instance, echo, text));
+    char const* const chars = floor.env->GetStringUTFChars(answer, nullptr);
+    std::string const copy(chars);
+    benchmark::DoNotOptimize(copy.data());
+    floor.env->ReleaseStringUTFChars(answer, chars);
+    floor.env->DeleteLocalRef(answer);
+    floor.env->DeleteLocalRef(text);
+  }
+}
+
+void ObjectCallOurs(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  TypeDesc const objectType = NamedType(Key::Object, L"java.lang.Object");
+  std::list<Object*> params;
+  WideString const id(L"Invoke:object:0");
+  for (auto _ : state) {
+    Free(Call(bean.Get(), id, params, objectType));
+    BenchHost::Get().Collect();
+  }
+}
+
+void ObjectCallFloor(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  Floor const floor(BenchHost::Get().Env());
+  jmethodID const object = floor.Method("object", "()Ljava/lang/Object;");
+  for (auto _ : state) {
+    jobject const local = floor.env->CallObjectMethod(floor.instance, object);
+    jobject const global = floor.env->NewGlobalRef(local);
+    floor.env->DeleteLocalRef(local);
+    floor.env->DeleteGlobalRef(global);
+  }
+}
+
+void ThrowingCallOurs(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  TypeDesc const voidType = NamedType(Key::Void, L"void");
+  std::list<Object*> params;
+  WideString const id(L"Invoke:fail:0");
+  for (auto _ : state) {
+    Call(bean.Get(), id, params, voidType, meta_object::handler_status::kCallFailed);
+  }
+}
+
+void ThrowingCallFloor(benchmark::State& state) {
+  HeldBean const bean("bench.Work");
+  Floor const floor(BenchHost::Get().Env());
+  jmethodID const fail = floor.Method("fail", "()V");
+  jmethodID const toString = floor.env->GetMethodID(floor.env->FindClass("java/lang/Throwable"),
+                                                    "toString", "()Ljava/lang/String;");
+  for (auto _ : state) {
+    floor.env->CallVoidMethod(floor.instance, fail);
+    jthrowable const thrown = floor.env->ExceptionOccurred();
+    floor.env->ExceptionClear();
+    auto* const text = static_cast<jstring>(floor.env->CallObjectMethod(thrown, toString));
+    char const* const chars = floor.env->GetStringUTFChars(text, nullptr);
+    std::string const copy(chars);
+    benchmark::DoNotOptimize(copy.data());
+    floor.env->ReleaseStringUTFChars(text, chars);
+    floor.env->DeleteLocalRef(text);
+    floor.env->DeleteLocalRef(thrown);
+  }
+}
+
+BENCHMARK(CreateOurs)->Name("create and release|ours");
+BENCHMARK(CreateFloor)->Name("create and release|floor");
+BENCHMARK(IntCallOurs)->Name("int add(int, int)|ours");
+BENCHMARK(IntCallFloor)->Name("int add(int, int)|floor");
+BENCHMARK(UnattachedCallOurs)->Name("int add(int, int), thread not kept attached|ours");
+BENCHMARK(UnattachedCallFloor)->Name("int add(int, int), thread not kept attached|floor");
+BENCHMARK(StringCallOurs)->Name("String echo, 11 characters|ours");
+BENCHMARK(StringCallFloor)->Name("String echo, 11 characters|floor");
+BENCHMARK(ObjectCallOurs)->Name("object result, wrapped and released|ours");
+BENCHMARK(ObjectCallFloor)->Name("object result, wrapped and released|floor");
+BENCHMARK(ThrowingCallOurs)->Name("a method that throws, with its text|ours");
+BENCHMARK(ThrowingCallFloor)->Name("a method that throws, with its text|floor");
+
+}  // namespace
+}  // namespace quenlatrix::bench

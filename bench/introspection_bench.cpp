@@ -1,0 +1,94 @@
+// Describing a class, beside reading the same names by reflection in bare JNI.
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "bench/bench_host.h"
+
+namespace quenlatrix::bench {
+namespace {
+
+std::string ClassName(benchmark::State const& state) {
+  return "bench.ManyMethods" + std::to_string(state.range(0));
+}
+
+void DescribeOurs(benchmark::State& state) {
+  BenchHost& host = BenchHost::Get();
+  HeldBean const bean(ClassName(state).c_str());
+  long const before = host.GetMethodsAdded();
+  for (auto _ : state) {
+    bean.Get()->OpenIntrospect(nullptr);
+    bean.Get()->CloseIntrospect();
+  }
+  if (host.GetMethodsAdded() - before != static_cast<long>(state.iterations()) * state.range(0)) {
+    state.SkipWithError("the catalogue has another number of methods");
+  }
+}
+
+// Reads one name and lets its text go.
+std::size_t ReadName(JNIEnv* env, jobject named, jmethodID getName) {
+  auto* const name = static_cast<jstring>(env->CallObjectMethod(named, getName));
+  char const* const chars = env->GetStringUTFChars(name, nullptr);
+  std::string const copy(chars);
+  env->ReleaseStringUTFChars(name, chars);
+  env->DeleteLocalRef(name);
+  return copy.size();
+}
+
+struct Reflection {
+  JNIEnv* env;
+  jclass classClass = env->FindClass("java/lang/Class");
+  jclass methodClass = env->FindClass("java/lang/reflect/Method");
+  jmethodID getMethods =
+      env->GetMethodID(classClass, "getMethods", "()[Ljava/lang/reflect/Method;");
+  jmethodID className = env->GetMethodID(classClass, "getName", "()Ljava/lang/String;");
+  jmethodID methodName = env->GetMethodID(methodClass, "getName", "()Ljava/lang/String;");
+  jmethodID returnType = env->GetMethodID(methodClass, "getReturnType", "()Ljava/lang/Class;");
+  jmethodID parameterTypes =
+      env->GetMethodID(methodClass, "getParameterTypes", "()[Ljava/lang/Class;");
+
+  std::size_t Describe(jclass cls) const {
+    auto* const methods = static_cast<jobjectArray>(env->CallObjectMethod(cls, getMethods));
+    jsize const count = env->GetArrayLength(methods);
+    std::size_t characters = 0;
+    for (jsize i = 0; i < count; ++i) {
+      jobject const method = env->GetObjectArrayElement(methods, i);
+      characters += ReadName(env, method, methodName);
+      jobject const result = env->CallObjectMethod(method, returnType);
+      characters += ReadName(env, result, className);
+      env->DeleteLocalRef(result);
+      auto* const types = static_cast<jobjectArray>(env->CallObjectMethod(method, parameterTypes));
+      jsize const parameters = env->GetArrayLength(types);
+      for (jsize p = 0; p < parameters; ++p) {
+        jobject const type = env->GetObjectArrayElement(types, p);
+        characters += ReadName(env, type, className);
+        env->DeleteLocalRef(type);
+      }
+      env->DeleteLocalRef(types);
+      env->DeleteLocalRef(method);
+    }
+    env->DeleteLocalRef(methods);
+    return characters;
+  }
+};
+
+void DescribeFloor(benchmark::State& state) {
+  HeldBean const bean(ClassName(state).c_str());
+  JNIEnv* const env = BenchHost::Get().Env();
+  Reflection const reflection{env};
+  jclass const cls = env->GetObjectClass(bean.Instance());
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(reflection.Describe(cls));
+  }
+}
+
+BENCHMARK(DescribeOurs)->Name("introspect a class of 5 methods|ours")->Arg(5);
+BENCHMARK(DescribeFloor)->Name("introspect a class of 5 methods|floor")->Arg(5);
+BENCHMARK(DescribeOurs)->Name("introspect a class of 50 methods|ours")->Arg(50);
+BENCHMARK(DescribeFloor)->Name("introspect a class of 50 methods|floor")->Arg(50);
+BENCHMARK(DescribeOurs)->Name("introspect a class of 500 methods|ours")->Arg(500);
+BENCHMARK(DescribeFloor)->Name("introspect a class of 500 methods|floor")->Arg(500);
+
+}  // namespace
+}  // namespace quenlatrix::bench

@@ -1,0 +1,37 @@
+package bench;
+
+/** What the benchmarks call: methods that do next to nothing themselves. */
+public class Work {
+  private static final Object OBJECT = new StringBuilder("object");
+  private final int[] thousand = new int[1000];
+  private final int[] million = new int[1000000];
+  private final String[] texts = new String[10000];
+
+  public Work() {
+    for (int i = 0; i < million.length; ++i) {
+      million[i] = i;
+    }
+    System.arraycopy(million, 0, thousand, 0, thousand.length);
+    for (int i = 0; i < texts.length; ++i) {
+      texts[i] = "text " + i;
+    }
+  }
+
+  public int add(int a, int b) { return a + b; }
+
+  public String echo(String text) { return text; }
+
+  public Object object() { return OBJECT; }
+
+  public void fail() { throw new IllegalStateException("as ordered"); }
+
+  public int takeInts(int[] values) { return values[values.length - 1]; }
+
+  public int[] giveThousand() { return thousand; }
+
+  public int[] giveMillion() { return million; }
+
+  public int takeTexts(String[] values) { return values.length; }
+
+  public String[] giveTexts() { return texts; }
+}
