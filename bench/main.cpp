@@ -34,7 +34,9 @@ class TableReporter : public benchmark::BenchmarkReporter {
       if (run.error_occurred) {
         errors_[work] = run.error_message;
       }
-      if (run.aggregate_name != "median") {
+      bool const counts = run.repetitions > 1 ? run.aggregate_name == "median"
+                                              : run.run_type == Run::RT_Iteration;
+      if (!counts) {
         continue;
       }
       order_[run.family_index] = work;
