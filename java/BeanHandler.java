@@ -69,7 +69,8 @@ public class BeanHandler {
       }
       beans = beansAmong(names, marked, file.toURI().toURL());
       return true;
-    } catch (IOException | RuntimeException unreadable) {
+    } catch (IOException | RuntimeException | VirtualMachineError unreadable) {
+      // Classes made to exhaust the stack or the heap end the search: the next would do it again.
       return false;
     }
   }
@@ -271,7 +272,7 @@ public class BeanHandler {
       }
       int modifiers = cls.getModifiers();
       return marked || makeable && Modifier.isPublic(modifiers) && !Modifier.isAbstract(modifiers);
-    } catch (Exception | LinkageError | VirtualMachineError unusable) {
+    } catch (Exception | LinkageError unusable) {
       // A class of a newer version, one that lacks others, a forged one.
       return false;
     }

@@ -1,3 +1,6 @@
+import java.io.ByteArrayOutputStream;
+import java.io.DataInputStream;
+import java.io.DataOutputStream;
 import java.io.File;
 import java.io.IOException;
 import java.io.InputStream;
@@ -245,13 +248,19 @@ public class BeanHandlerTest {
     File wrong = jar("wrong.jar", "no manifest at all\n", classes);
     String value = String.join("\n ", Collections.nCopies(1 << 20, "seventeen letters"));
     File huge = jar("huge.jar", "Manifest-Version: 1.0\nLong: " + value + "\n\n", classes);
+    classes.clear();
+    for (int i = 0; i < 5000; ++i) {
+      classes.put(String.format("C%05d.class", i), emptyClass(i, i + 1));
+    }
+    File deep = jar("deep.jar", null, classes);
     BeanHandler handler = new BeanHandler();
     for (String path : new String[] {text.toString(), nothing.toString(), cut.toString(),
-        wrong.getPath(), huge.getPath(), folder + "/missing", "", "a\0b", "/dev/null", null}) {
+        wrong.getPath(), huge.getPath(), deep.getPath(), folder + "/missing", "", "a\0b", "/dev/null", null}) {
       check("a good jar", true, handler.enumJavaBeans(beansJar.getPath()));
       check("examined " + path, false, handler.enumJavaBeans(path));
       check("beans after " + path, -1, handler.getBeanCount());
     }
+    check("open after the search", Collections.emptyList(), openFilesIn(folder));
   }
 
   private static void checkBeans(File place, String expected) {
@@ -330,6 +339,24 @@ public class BeanHandlerTest {
     return result.getName() + " " + name + "(" + String.join(",", types) + ")";
   }
 
+  /** Class C00007 extends C00008, and so on. */
+  private static byte[] emptyClass(int number, int base) throws IOException {
+    ByteArrayOutputStream bytes = new ByteArrayOutputStream();
+    DataOutputStream file = new DataOutputStream(bytes);
+    file.writeLong(0xCAFEBABE00000034L);
+    file.writeShort(5);
+    for (int i = 0; i < 2; ++i) {
+      file.writeByte(1);
+      file.writeUTF(String.format("C%05d", i == 0 ? number : base));
+      file.writeByte(7);
+      file.writeShort(2 * i + 1);
+    }
+    for (int value : new int[] {Modifier.PUBLIC, 2, 4, 0, 0, 0, 0}) {
+      file.writeShort(value);
+    }
+    return bytes.toByteArray();
+  }
+
   private static Map<String, byte[]> read(File file) throws IOException {
     Map<String, byte[]> classes = new TreeMap<>();
     try (JarFile jar = new JarFile(file)) {
@@ -337,7 +364,7 @@ public class BeanHandlerTest {
         if (entry.getName().endsWith(".class")) {
           byte[] bytes = new byte[(int) entry.getSize()];
           try (InputStream stream = jar.getInputStream(entry)) {
-            new java.io.DataInputStream(stream).readFully(bytes);
+            new DataInputStream(stream).readFully(bytes);
           }
           classes.put(entry.getName(), bytes);
         }
