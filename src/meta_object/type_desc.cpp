@@ -47,13 +47,10 @@ TypeDesc::Key KeyOfKeyword(std::wstring_view keyword) {
 }
 
 template <typename Info>
-std::unique_ptr<Info> MakeIf(bool wanted) {
-  return wanted ? std::make_unique<Info>() : nullptr;
-}
-
-template <typename Info>
-std::unique_ptr<Info> CopyOf(const std::unique_ptr<Info>& info) {
-  return info ? std::make_unique<Info>(*info) : nullptr;
+void CopyInfo(std::unique_ptr<Info>& target, const std::unique_ptr<Info>& source) {
+  if (source) {
+    target = std::make_unique<Info>(*source);
+  }
 }
 
 std::unique_ptr<TypeDesc> CopyOfMember(const std::unique_ptr<TypeDesc>& member) {
@@ -103,7 +100,7 @@ TypeDesc::StructInfo& TypeDesc::StructInfo::operator=(const StructInfo& other) {
 
 void TypeDesc::StructInfo::Clear() {
   members.clear();
-  structName.assign(static_cast<const wchar_t*>(nullptr));
+  structName = WideString();
 }
 
 bool TypeDesc::StructInfo::operator==(const StructInfo& other) const {
@@ -113,32 +110,37 @@ bool TypeDesc::StructInfo::operator==(const StructInfo& other) const {
              [](const auto& left, const auto& right) { return left && right && *left == *right; });
 }
 
-TypeDesc::TypeDesc(Key key, RefType refType, bool isArray)
-    : enumInfo(MakeIf<EnumInfo>(key == Key::Enum)),
-      arrayInfo(MakeIf<ArrayInfo>(isArray)),
-      structInfo(MakeIf<StructInfo>(key == Key::Struct)),
-      key(key),
-      refType(refType) {}
+TypeDesc::TypeDesc(Key key, RefType refType, bool isArray) : key(key), refType(refType) {
+  if (key == Key::Enum) {
+    enumInfo = std::make_unique<EnumInfo>();
+  }
+  if (key == Key::Struct) {
+    structInfo = std::make_unique<StructInfo>();
+  }
+  if (isArray) {
+    arrayInfo = std::make_unique<ArrayInfo>();
+  }
+}
 
-TypeDesc::TypeDesc(Key key, const WideString& displayName, const WideString& typeName)
-    : enumInfo(MakeIf<EnumInfo>(key == Key::Enum)),
-      structInfo(MakeIf<StructInfo>(key == Key::Struct)),
-      key(key),
-      displayName(displayName),
-      typeName(typeName) {}
+TypeDesc::TypeDesc(Key key, WideString displayName, WideString typeName)
+    : TypeDesc(key, RefType::ByValue, false) {
+  this->displayName = std::move(displayName);
+  this->typeName = std::move(typeName);
+}
 
 TypeDesc::TypeDesc(const WideString& keyword, RefType refType, bool isArray)
     : TypeDesc(KeyOfKeyword(ViewOf(keyword)), refType, isArray) {}
 
 TypeDesc::TypeDesc(const TypeDesc& other)
-    : enumInfo(CopyOf(other.enumInfo)),
-      arrayInfo(CopyOf(other.arrayInfo)),
-      structInfo(CopyOf(other.structInfo)),
-      key(other.enumInfo ? Key::Enum : other.key),
+    : key(other.enumInfo ? Key::Enum : other.key),
       refType(other.refType),
       displayName(other.displayName),
       typeName(other.typeName),
-      detail(other.detail) {}
+      detail(other.detail) {
+  CopyInfo(enumInfo, other.enumInfo);
+  CopyInfo(arrayInfo, other.arrayInfo);
+  CopyInfo(structInfo, other.structInfo);
+}
 
 TypeDesc::TypeDesc(TypeDesc&& other) noexcept
     : enumInfo(std::move(other.enumInfo)),

@@ -114,7 +114,7 @@ class TypeDesc {
   // Makes empty information objects where the key is Enum or Struct, or `isArray` is true.
   TypeDesc(Key key, RefType refType, bool isArray);
   // By value, no array.
-  TypeDesc(Key key, const WideString& displayName, const WideString& typeName);
+  TypeDesc(Key key, WideString displayName, WideString typeName);
   // `keyword`, in any letter case, is one of "INT", "FLOAT", "TEXT", "BOOL", "CHAR", "STRUCTURE",
   // "CURRENCY", "DATE", "ENUMERATION" and "OBJECT"; any other word gives Unknown.
   TypeDesc(const WideString& keyword, RefType refType, bool isArray);

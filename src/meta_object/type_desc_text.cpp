@@ -360,8 +360,8 @@ bool TypeDesc::Serialize(WideString& out) const {
 
 // Through a copy: the text may be one of the names that reading sets.
 bool TypeDesc::Deserialize(const WideString& text) {
-  const WideString source(text);
-  ReadDescriptor(ViewOf(source), 0, *this);
+  const std::wstring source(ViewOf(text));
+  ReadDescriptor(source, 0, *this);
   return true;
 }
 

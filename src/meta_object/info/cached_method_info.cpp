@@ -43,9 +43,8 @@ bool SameParam(const CachedParamInfo* left, const CachedParamInfo* right) {
 
 }  // namespace
 
-CachedParamInfo::CachedParamInfo(const WideString& name, const TypeDesc& type,
-                                 ParamDirection direction)
-    : name(name), type(type), direction(direction) {}
+CachedParamInfo::CachedParamInfo(WideString name, TypeDesc type, ParamDirection direction)
+    : name(std::move(name)), type(std::move(type)), direction(direction) {}
 
 bool CachedParamInfo::operator==(const CachedParamInfo& other) const {
   return ViewOf(name) == ViewOf(other.name) && type == other.type && direction == other.direction &&

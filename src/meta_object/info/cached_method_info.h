@@ -11,7 +11,7 @@ namespace quenlatrix::meta_object::info::cache {
 
 // One parameter of a catalogued method. Not thread-safe.
 struct CachedParamInfo {
-  CachedParamInfo(const WideString& name, const TypeDesc& type, ParamDirection direction);
+  CachedParamInfo(WideString name, TypeDesc type, ParamDirection direction);
 
   // Every field takes part; the types are compared with TypeDesc's own equality.
   bool operator==(const CachedParamInfo& other) const;

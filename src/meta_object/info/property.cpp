@@ -11,8 +11,8 @@ constexpr std::size_t kTrailingBytes = 2;
 
 }  // namespace
 
-Property::Property(const WideString& name, const WideString& value, bool flag)
-    : name(name), value(value), flag(flag) {}
+Property::Property(WideString name, WideString value, bool flag)
+    : name(std::move(name)), value(std::move(value)), flag(flag) {}
 
 Property::~Property() = default;
 

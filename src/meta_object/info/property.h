@@ -12,7 +12,7 @@ namespace quenlatrix::meta_object {
 class Property {
  public:
   Property() = default;
-  Property(const WideString& name, const WideString& value, bool flag);
+  Property(WideString name, WideString value, bool flag);
   Property(const Property&) = default;
   Property(Property&&) noexcept = default;
   virtual ~Property();
