@@ -1,33 +1,139 @@
+#include <memory>
+#include <utility>
+
 #include "meta_object/handlers/bean/bean_handler.h"
+#include "meta_object/handlers/bean/bean_method_invoke.h"
+#include "meta_object/handlers/bean/j_collection.h"
+#include "meta_object/handlers/bean/java_refs.h"
+#include "meta_object/handlers/bean/java_text.h"
+#include "meta_object/handlers/bean/java_thread.h"
+#include "meta_object/handlers/bean/java_types.h"
+#include "meta_object/handlers/bean/method_id.h"
+#include "meta_object/no_throw.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-HandlerStatus BeanHandler::OpenCollection(context::CollectionContext&) {
-  return handler_status::kNoCollection;
+namespace {
+
+// Runs `operation` on the context's open walk; the failure status without one.
+template <class Operation>
+HandlerStatus OnOpenWalk(context::CollectionContext& context, Operation&& operation) {
+  auto* const walk = static_cast<JCollection*>(context.walk);
+  if (walk == nullptr) {
+    return handler_status::kNoCollection;
+  }
+  return NoThrow(handler_status::kNoCollection, [&] { return operation(*walk); });
 }
 
-HandlerStatus BeanHandler::ResetCollection(context::CollectionContext&) {
-  return handler_status::kNoCollection;
+HandlerStatus StatusOf(bool isDone) {
+  return isDone ? handler_status::kSuccess : handler_status::kNoCollection;
 }
 
-HandlerStatus BeanHandler::GetNextItems(context::CollectionContext&, int, std::list<type::Object*>&,
-                                        int* delivered) {
+// The elements of a walk that aren't converted yet; their references go with it.
+class Elements {
+ public:
+  explicit Elements(JNIEnv* env) : env_(env) {}
+  Elements(Elements const&) = delete;
+  Elements& operator=(Elements const&) = delete;
+  ~Elements() {
+    for (jobject const object : objects) {
+      GlobalRef<jobject>::Adopt(env_, object).Reset();
+    }
+  }
+
+  bool IsEmpty() const { return objects.empty(); }
+  GlobalRef<jobject> TakeFirst(ZuText& type) {
+    type = types.front();
+    auto first = GlobalRef<jobject>::Adopt(env_, objects.front());
+    types.pop_front();
+    objects.pop_front();
+    return first;
+  }
+
+  std::list<jobject> objects;
+  std::list<ZuText> types;
+
+ private:
+  JNIEnv* env_;
+};
+
+}  // namespace
+
+HandlerStatus BeanHandler::OpenCollection(context::CollectionContext& context) {
+  if (context.walk != nullptr) {
+    return handler_status::kSuccess;
+  }
+  return NoThrow(handler_status::kNoCollection, [&] {
+    JavaThread thread;
+    auto walk = std::make_unique<JCollection>();
+    walk->SetCollection(objectRef, thread.Get());
+    if (!walk->Reset()) {
+      return handler_status::kNoCollection;
+    }
+    context.walk = walk.release();
+    thread.StayAttached();
+    return handler_status::kSuccess;
+  });
+}
+
+HandlerStatus BeanHandler::ResetCollection(context::CollectionContext& context) {
+  return OnOpenWalk(context, [](JCollection& walk) { return StatusOf(walk.Reset()); });
+}
+
+HandlerStatus BeanHandler::GetNextItems(context::CollectionContext& context, int count,
+                                        std::list<type::Object*>& items, int* delivered) {
   if (delivered != nullptr) {
     *delivered = 0;
   }
-  return handler_status::kNoCollection;
+  return OnOpenWalk(context, [&](JCollection& walk) {
+    Elements elements(walk.GetEnv());
+    if (!walk.Next(count, elements.objects, elements.types)) {
+      return handler_status::kNoCollection;
+    }
+    ZuText type;
+    WideString typeName;
+    while (!elements.IsEmpty()) {
+      auto const element = elements.TakeFirst(type);
+      typeName.assign(L"");
+      AppendModifiedUtf8(type.GetTextEx(), typeName);
+      CBeanMethodInvoke conversion(WideString::empty, walk.GetEnv(), objectRef, false);
+      conversion.SetReturnDataType(GetTypeDesc(typeName.getWCharPtr()));
+      jvalue value;
+      value.l = element.Get();
+      type::Object* item = nullptr;
+      if (!conversion.TranslateJavaResult(value, &item, kReferenceNumber)) {
+        return handler_status::kNoCollection;
+      }
+      if (item != nullptr) {
+        item->SetInvoke(true);
+      }
+      items.push_back(item);
+      if (delivered != nullptr) {
+        ++*delivered;
+      }
+    }
+    return handler_status::kSuccess;
+  });
 }
 
-HandlerStatus BeanHandler::SkipItems(context::CollectionContext&, int) {
-  return handler_status::kNoCollection;
+HandlerStatus BeanHandler::SkipItems(context::CollectionContext& context, int count) {
+  return OnOpenWalk(context, [count](JCollection& walk) { return StatusOf(walk.Skip(count)); });
 }
 
-HandlerStatus BeanHandler::GetCollectionSize(context::CollectionContext&, int&) {
-  return handler_status::kNoCollection;
+HandlerStatus BeanHandler::GetCollectionSize(context::CollectionContext& context, int& size) {
+  return OnOpenWalk(context, [&size](JCollection& walk) {
+    size = walk.GetSize();
+    return handler_status::kSuccess;
+  });
 }
 
-HandlerStatus BeanHandler::CloseCollection(context::CollectionContext&) {
-  return handler_status::kNoCollection;
+HandlerStatus BeanHandler::CloseCollection(context::CollectionContext& context) {
+  if (context.walk == nullptr) {
+    return handler_status::kNoCollection;
+  }
+  delete static_cast<JCollection*>(std::exchange(context.walk, nullptr));
+  DetachNativeThread();
+  return handler_status::kSuccess;
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean

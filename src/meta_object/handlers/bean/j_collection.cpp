@@ -1,0 +1,181 @@
+#include "meta_object/handlers/bean/j_collection.h"
+
+#include "meta_object/handlers/bean/java_exception.h"
+#include "meta_object/handlers/bean/java_lookup.h"
+#include "meta_object/handlers/bean/java_refs.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+JCollection::~JCollection() { CloseCollection(); }
+
+bool JCollection::SetCollection(jobject collection, JNIEnv* env) {
+  this->collection = collection;
+  this->env = env;
+  if (collection == nullptr || env == nullptr) {
+    return false;
+  }
+  return introspector.CreateIntrospector(env) && getIterator();
+}
+
+bool JCollection::getIterator() {
+  if (collection == nullptr || env == nullptr) {
+    return false;
+  }
+  cleanIterator();
+  if (FindIterator()) {
+    return true;
+  }
+  IsJavaExceptionHappened(env, nullptr);
+  cleanIterator();
+  return false;
+}
+
+bool JCollection::FindIterator() {
+  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(collection));
+  if (!cls) {
+    return false;
+  }
+  iteratorMethod = FindJavaMethod(env, cls.Get(), "iterator", "()Ljava/util/Iterator;");
+  if (iteratorMethod == nullptr) {
+    return false;
+  }
+  sizeMethod = FindJavaMethod(env, cls.Get(), "size", "()I");
+  if (sizeMethod == nullptr) {
+    return false;
+  }
+  auto const made =
+      LocalRef<jobject>::Adopt(env, env->CallObjectMethod(collection, iteratorMethod));
+  if (IsJavaExceptionHappened(env, nullptr) || !made) {
+    return false;
+  }
+  iterator = env->NewGlobalRef(made.Get());
+  if (IsJavaExceptionHappened(env, nullptr) || iterator == nullptr) {
+    return false;
+  }
+  auto const iteratorClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(iterator));
+  hasNextMethod = FindJavaMethod(env, iteratorClass.Get(), "hasNext", "()Z");
+  if (hasNextMethod == nullptr) {
+    return false;
+  }
+  nextMethod = FindJavaMethod(env, iteratorClass.Get(), "next", "()Ljava/lang/Object;");
+  return nextMethod != nullptr;
+}
+
+bool JCollection::Reset() { return getIterator(); }
+
+bool JCollection::IsCollection() const {
+  return collection != nullptr && env != nullptr && iteratorMethod != nullptr;
+}
+
+// False when hasNext() threw.
+bool JCollection::HasNext(bool& has) {
+  has = env->CallBooleanMethod(iterator, hasNextMethod) == JNI_TRUE;
+  return !IsJavaExceptionHappened(env, nullptr);
+}
+
+bool JCollection::Next(int, std::list<jobject>& objects, std::list<ZuText>& types) {
+  bool has = false;
+  if (!IsCollection() || iterator == nullptr || hasNextMethod == nullptr || nextMethod == nullptr ||
+      !HasNext(has)) {
+    return false;
+  }
+  ZuText type;
+  while (has) {
+    auto object = LocalRef<jobject>::Adopt(env, env->CallObjectMethod(iterator, nextMethod));
+    if (IsJavaExceptionHappened(env, nullptr) || !object) {
+      return false;
+    }
+    auto reference = GlobalRef<jobject>::Make(env, object.Get());
+    if (IsJavaExceptionHappened(env, nullptr) || !reference) {
+      return false;
+    }
+    object.Reset();
+    if (!GetObjectType(env, reference.Get(), type, introspector) || !HasNext(has)) {
+      return false;
+    }
+    if (type.GetSize() > 0) {
+      types.push_back(type);
+      objects.push_back(reference.Get());
+      static_cast<void>(reference.Release());
+    }
+  }
+  return true;
+}
+
+bool JCollection::GetObjectType(JNIEnv* env, jobject object, ZuText& type,
+                                BeanIntrospector& introspector) {
+  type.Clear();
+  if (env == nullptr || object == nullptr) {
+    return false;
+  }
+  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
+  auto const name = LocalRef<jstring>::Adopt(env, introspector.getClassName(env, cls.Get()));
+  if (!name) {
+    IsJavaExceptionHappened(env, nullptr);
+    return false;
+  }
+  auto const length = static_cast<unsigned long>(env->GetStringUTFLength(name.Get()));
+  if (length == 0) {
+    return false;
+  }
+  UtfChars const chars(env, name.Get());
+  if (chars.Get() == nullptr) {
+    IsJavaExceptionHappened(env, nullptr);
+    return false;
+  }
+  type.SetEqualTo(chars.Get(), length, 0);
+  return true;
+}
+
+bool JCollection::Skip(int count) {
+  if (iterator == nullptr || hasNextMethod == nullptr || nextMethod == nullptr) {
+    return false;
+  }
+  bool has = false;
+  HasNext(has);
+  for (int skipped = 0; skipped < count && has; ++skipped) {
+    auto const object = LocalRef<jobject>::Adopt(env, env->CallObjectMethod(iterator, nextMethod));
+    IsJavaExceptionHappened(env, nullptr);
+    if (!object) {
+      return true;
+    }
+    HasNext(has);
+  }
+  return true;
+}
+
+int JCollection::GetSize() {
+  if (env == nullptr || collection == nullptr || sizeMethod == nullptr) {
+    return 0;
+  }
+  int const size = env->CallIntMethod(collection, sizeMethod);
+  return IsJavaExceptionHappened(env, nullptr) ? 0 : size;
+}
+
+bool JCollection::cleanIterator() {
+  if (env != nullptr) {
+    GlobalRef<jobject>::Adopt(env, iterator).Reset();
+  }
+  iterator = nullptr;
+  ResetMethodIDs();
+  return true;
+}
+
+void JCollection::ResetMethodIDs() {
+  iteratorMethod = nullptr;
+  hasNextMethod = nullptr;
+  nextMethod = nullptr;
+  sizeMethod = nullptr;
+}
+
+bool JCollection::CloseCollection() {
+  if (env != nullptr) {
+    introspector.DestroyIntrospector(env);
+  }
+  cleanIterator();
+  collection = nullptr;
+  env = nullptr;
+  return true;
+}
+
+}  // namespace quenlatrix::meta_object::handlers::bean

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <jni.h>
+
+#include <list>
+
+#include "meta_object/handlers/bean/bean_introspector.h"
+#include "text/zu_text.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+
+// One walk over a Java object that has iterator() and size(). Belongs to the thread whose
+// environment it keeps. No operation leaves a Java exception pending or a local reference behind.
+class JCollection {
+ public:
+  JCollection() = default;
+  JCollection(JCollection const&) = delete;
+  JCollection& operator=(JCollection const&) = delete;
+  virtual ~JCollection();
+
+  // Takes the collection, which stays the caller's, and gets its iterator. False when either is
+  // null, the Java helper class can't be had, or the object isn't a collection.
+  bool SetCollection(jobject collection, JNIEnv* env);
+  // Gets a fresh iterator; false, without one, when the object is no collection or something threw.
+  bool getIterator();
+  // The same, from outside.
+  bool Reset();
+  // Has an iterator() been found?
+  bool IsCollection() const;
+  // Lends the environment of the walk's thread; null before SetCollection.
+  JNIEnv* GetEnv() const { return env; }
+
+  // Appends every remaining element, as a global reference that the caller deletes, and its class's
+  // name in modified UTF-8. False when there is no iterator, an element is null or something threw;
+  // what was appended stays. `count` is not used.
+  bool Next(int count, std::list<jobject>& objects, std::list<ZuText>& types);
+  // The class name of an object; false, with `type` empty, when it can't be had.
+  bool GetObjectType(JNIEnv* env, jobject object, ZuText& type, BeanIntrospector& introspector);
+  // Passes over up to `count` elements; none for a count below 1. False without an iterator.
+  bool Skip(int count);
+  // What the collection says of its size; 0 when it throws or there is no collection.
+  int GetSize();
+
+  // Lets the iterator go. Always true.
+  bool cleanIterator();
+  void ResetMethodIDs();
+  // Lets everything go. Always true.
+  bool CloseCollection();
+
+ private:
+  bool FindIterator();
+  bool HasNext(bool& has);
+
+  BeanIntrospector introspector;
+  jobject collection = nullptr;
+  jobject iterator = nullptr;
+  JNIEnv* env = nullptr;
+  jmethodID iteratorMethod = nullptr;
+  jmethodID hasNextMethod = nullptr;
+  jmethodID nextMethod = nullptr;
+  jmethodID sizeMethod = nullptr;
+};
+
+}  // namespace quenlatrix::meta_object::handlers::bean
