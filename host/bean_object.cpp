@@ -121,7 +121,8 @@ HandlerStatus BeanObject::Release() {
 }
 
 CallOutcome BeanObject::Call(const MethodDescription& method, std::vector<ValuePtr>& parameters) {
-  return Call(method.id, method.returnType, parameters);
+  // A copy, because the plug-in makes the text's narrow form and others may read it just now.
+  return Call(WideString(method.id.getWCharPtr()), method.returnType, parameters);
 }
 
 CallOutcome BeanObject::Call(const WideString& methodId, const TypeDesc& returnType,
@@ -134,9 +135,7 @@ CallOutcome BeanObject::Call(const WideString& methodId, const TypeDesc& returnT
   meta_object::MethodInvokeStatus invokeStatus;
   type::Object* result = nullptr;
   {
-    // A copy, because the plug-in makes the text's narrow form and others may read it just now.
-    const WideString ownId(methodId);
-    OpenCall call(*handler, ownId);
+    OpenCall call(*handler, methodId);
     outcome.status = call.Invoke(lent, returnType, invokeStatus, result);
   }
   outcome.result = TakeOver(*host, result);

@@ -25,12 +25,13 @@ const Supertypes* ClassFacts::FindSupertypes(const std::string& className) const
 }
 
 const std::vector<MethodDescription>& ClassFacts::KeepMethods(
-    const std::string& className, std::vector<MethodDescription> methods) {
+    const std::string& className, std::vector<MethodDescription>&& methods) {
   const MonitorLock lock(monitor);
   return methodsOfClass.try_emplace(className, std::move(methods)).first->second;
 }
 
-const Supertypes& ClassFacts::KeepSupertypes(const std::string& className, Supertypes supertypes) {
+const Supertypes& ClassFacts::KeepSupertypes(const std::string& className,
+                                             Supertypes&& supertypes) {
   const MonitorLock lock(monitor);
   return supertypesOfClass.try_emplace(className, std::move(supertypes)).first->second;
 }

@@ -43,8 +43,8 @@ class ClassFacts {
   const Supertypes* FindSupertypes(const std::string& className) const;
   // Stores unless another thread was quicker, and lends what stands then.
   const std::vector<MethodDescription>& KeepMethods(const std::string& className,
-                                                    std::vector<MethodDescription> methods);
-  const Supertypes& KeepSupertypes(const std::string& className, Supertypes supertypes);
+                                                    std::vector<MethodDescription>&& methods);
+  const Supertypes& KeepSupertypes(const std::string& className, Supertypes&& supertypes);
 
  private:
   mutable Monitor monitor;

@@ -8,7 +8,7 @@
 
 namespace quenlatrix::host {
 
-DocumentOutput::DocumentOutput() : descriptor(-1) {
+DocumentOutput::DocumentOutput() {
   std::fflush(stdout);
   descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
   if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {

@@ -25,7 +25,7 @@ class DocumentOutput {
   bool IsTerminal() const;
 
  private:
-  int descriptor;
+  int descriptor = -1;
 };
 
 }  // namespace quenlatrix::host

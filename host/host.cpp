@@ -15,7 +15,6 @@ namespace quenlatrix::host {
 namespace fs = std::filesystem;
 namespace cache = meta_object::info::cache;
 namespace status = meta_object::handler_status;
-using meta_object::Environment;
 using meta_object::Handler;
 using meta_object::Identity;
 using meta_object::NoThrow;

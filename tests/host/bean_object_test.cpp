@@ -1,0 +1,254 @@
+#include "host/bean_object.h"
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+
+#include <latch>
+#include <thread>
+
+#include "host/host.h"
+#include "host/utf8.h"
+#include "meta_object/type/array.h"
+#include "meta_object/type/scalar_values.h"
+#include "tests/support/test_vm.h"
+
+namespace quenlatrix::host {
+namespace {
+
+namespace status = meta_object::handler_status;
+namespace type = meta_object::type;
+using meta_object::TypeDesc;
+using test::TestVm;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::string Text(const WideString& text) {
+  return text.getWCharPtr() == nullptr ? "" : WideToUtf8(text.getWCharPtr());
+}
+
+std::string ValueOf(const type::Object& value) {
+  WideString text;
+  value.GetValueAsString(text);
+  return Text(text);
+}
+
+// "Get getColor() int", one a method.
+std::vector<std::string> Signatures(const std::vector<MethodDescription>& methods) {
+  std::vector<std::string> signatures;
+  for (const MethodDescription& method : methods) {
+    std::string text = Text(method.id) + "(";
+    for (const ParameterDescription& parameter : method.parameters) {
+      text += Text(parameter.type.typeName) + " " + Text(parameter.name) + ",";
+    }
+    signatures.push_back(text + ") " + Text(method.returnType.typeName));
+  }
+  return signatures;
+}
+
+class BeanObjectTest : public testing::Test {
+ protected:
+  static std::unique_ptr<Host> Start() {
+    Host::Options options;
+    options.pluginFile = PLUGIN_FILE;
+    options.javaHome = TestVm::JavaHome();
+    options.classPath = TestVm::Jar("test_beans.jar");
+    options.javaOptions = {"-Xcheck:jni"};
+    options.deny = {"java.util.Arr*"};
+    std::string why;
+    std::unique_ptr<Host> started = Host::Start(options, why);
+    EXPECT_NE(started, nullptr) << why;
+    return started;
+  }
+
+  BeanObject Make(const std::string& className) {
+    Host::Creation creation = host->Create(className);
+    EXPECT_TRUE(creation.object.has_value()) << creation.text;
+    return std::move(*creation.object);
+  }
+
+  // Calls the only method of that name.
+  static CallOutcome Call(BeanObject& object, const std::string& name,
+                          std::vector<ValuePtr>& parameters) {
+    for (const MethodDescription& method : *object.Methods()) {
+      if (Text(method.name) == name) {
+        return object.Call(method, parameters);
+      }
+    }
+    ADD_FAILURE() << "no method " << name;
+    return {};
+  }
+
+  BeanObject CallForObject(BeanObject& object, const std::string& name) {
+    std::vector<ValuePtr> none;
+    const CallOutcome outcome = Call(object, name, none);
+    EXPECT_EQ(outcome.status, 0U) << Text(outcome.failureText);
+    std::optional<BeanObject> result = BeanObject::FromValue(*host, *outcome.result);
+    EXPECT_TRUE(result.has_value());
+    return std::move(*result);
+  }
+
+  std::unique_ptr<Host> host = Start();
+};
+
+TEST_F(BeanObjectTest, ACreationThatFailsSaysWhy) {
+  struct Case {
+    const char* className;
+    std::uint32_t status;
+    const char* text;
+  };
+  const Case cases[] = {
+      {"no.such.Bean", status::kObjectNotMade, "isn't on the class path"},
+      {"beans.ThrowingConstructor", status::kObjectNotMade, "constructor threw"},
+      {"java.util.ArrayList", status::kRefused, "--deny java.util.Arr* matches"},
+      {"java/util/ArrayList", status::kRefused, "--deny java.util.Arr* matches"},
+      {"beans.Point?x=1", status::kInvalidIdentity, "is no class name"},
+      {"", status::kInvalidIdentity, "is no class name"},
+  };
+  for (const Case& c : cases) {
+    const Host::Creation creation = host->Create(c.className);
+    EXPECT_FALSE(creation.object.has_value()) << c.className;
+    EXPECT_EQ(creation.status, c.status) << c.className;
+    EXPECT_THAT(creation.text, HasSubstr(c.text)) << c.className;
+  }
+  EXPECT_EQ(host->Collect(), 4U) << "the handlers of the failed creations";
+}
+
+TEST_F(BeanObjectTest, DescribesItsClassAndNamesWhatComesWithoutATypeName) {
+  BeanObject plain = Make("beans/PlainProperty");
+  EXPECT_EQ(plain.ClassName(), "beans.PlainProperty");
+  ASSERT_NE(plain.Methods(), nullptr);
+  EXPECT_THAT(
+      Signatures(*plain.Methods()),
+      ElementsAre("Get:getColor:0() int", "Set:setColor:1(int color,) void",
+                  "Get:getName:2() java.lang.String", "Set:setName:3(java.lang.String name,) void",
+                  "Invoke:paint:4(java.lang.String param1,int param2,) int"));
+  const ObjectDescription description = plain.Describe();
+  EXPECT_EQ(description.status, 0U);
+  EXPECT_EQ(Text(description.description), "beans.PlainProperty in CLASSPATH environment");
+  EXPECT_EQ(description.attributeMethods, 4);
+  EXPECT_EQ(description.regularMethods, 1);
+  BeanObject indexed = Make("beans.IndexedProperty");
+  EXPECT_THAT(Signatures(*indexed.Methods()), testing::Contains(HasSubstr("(int index,")));
+}
+
+TEST_F(BeanObjectTest, AReturnedObjectKnowsItsRunTimeClassAndCanBeDescribed) {
+  BeanObject returner = Make("beans.ObjectReturner");
+  BeanObject point = CallForObject(returner, "pointAsObject");
+  EXPECT_EQ(point.ClassName(), "beans.Point");
+  EXPECT_EQ(Text(point.ToText().value()), "(7, 8)");
+  EXPECT_EQ(point.Describe().attributeMethods, 4);
+  EXPECT_EQ(CallForObject(returner, "arrayAsObject").ClassName(), "[I");
+  BeanObject silent = Make("beans.ThrowingToString");
+  EXPECT_EQ(silent.ToText(), std::nullopt);
+
+  EXPECT_EQ(point.Release(), status::kLastReferenceReleased);
+  EXPECT_TRUE(point.IsEmpty());
+}
+
+TEST_F(BeanObjectTest, ATypeIsNearerThanItsOwnSupertypes) {
+  BeanObject strings = Make("beans.ThreeStrings");
+  const Supertypes* found = strings.SupertypesOfClass();
+  ASSERT_NE(found, nullptr);
+  const Supertypes& distance = *found;
+  EXPECT_EQ(distance.at("beans.ThreeStrings"), 0);
+  EXPECT_EQ(distance.at("java.util.ArrayList"), 1);
+  EXPECT_LT(distance.at("java.util.AbstractList"), distance.at("java.util.AbstractCollection"));
+  // ArrayList implements List itself and by its superclass.
+  EXPECT_LT(distance.at("java.util.List"), distance.at("java.util.Collection"));
+  for (const auto& [name, steps] : distance) {
+    EXPECT_TRUE(name == "java.lang.Object" || steps < distance.at("java.lang.Object")) << name;
+  }
+  EXPECT_TRUE(strings.IsInstanceOf("java.lang.Iterable"));
+  EXPECT_FALSE(strings.IsInstanceOf("java.util.Map"));
+}
+
+TEST_F(BeanObjectTest, AnArrayOfObjectsKeepsNoReferencesBehindAfterACall) {
+  BeanObject changer = Make("beans.ObjectTaker");
+  BeanObject point = Make("beans.Point");
+  std::vector<ValuePtr> parameters;
+  auto* array = new type::Array;
+  parameters.emplace_back(array);
+  TypeDesc desc(TypeDesc::Key::Object, TypeDesc::RefType::ByValue, true);
+  desc.typeName.assign("beans.Point");
+  desc.arrayInfo->AddDimensionInfo(0, 2);
+  ASSERT_TRUE(array->Create(desc));
+  array->SetDesc(WideString("beans.Point"));
+  for (unsigned int i = 0; i < 2; ++i) {
+    auto argument = std::make_unique<ObjectArgument>(point.GetHandler());
+    argument->GetMetaItemType().typeName.assign("beans.Point");
+    array->SetItemAt(argument.release(), i);
+  }
+  EXPECT_EQ(point.GetHandler()->GetReferenceCount(), 3U);
+  const CallOutcome outcome = Call(changer, "takesPoints", parameters);
+  EXPECT_EQ(outcome.status, 0U) << Text(outcome.failureText);
+  EXPECT_EQ(ValueOf(*outcome.result), "0");
+  EXPECT_NE(array->GetItemAt(0), nullptr) << "not filled again";
+  const std::size_t before = host->GetCollector().GetCount();
+  parameters.clear();
+  EXPECT_EQ(point.GetHandler()->GetReferenceCount(), 1U);
+  EXPECT_EQ(host->Collect(), 2U) << "the elements that came back";
+  EXPECT_EQ(host->GetCollector().GetCount(), before - 2);
+}
+
+TEST_F(BeanObjectTest, ACallThatThrowsLeavesAStatusAndAnotherCallWorks) {
+  BeanObject thrower = Make("beans.ThrowingMethods");
+  std::vector<ValuePtr> none;
+  TypeDesc nothing(TypeDesc::Key::Void, TypeDesc::RefType::ByValue, false);
+  const CallOutcome missing = thrower.Call(WideString("Invoke:noSuchMethod:0"), nothing, none);
+  EXPECT_EQ(missing.status, status::kCallFailed);
+  EXPECT_EQ(missing.statusCode, 0xFFFFU);
+  EXPECT_EQ(Text(missing.failureText), "JavaBean method call failed");
+  EXPECT_EQ(missing.result, nullptr);
+  EXPECT_NE(thrower.ToText(), std::nullopt);
+}
+
+TEST_F(BeanObjectTest, WalksACollectionAndPassesOver) {
+  BeanObject strings = Make("beans.ThreeStrings");
+  const WalkOutcome walk = strings.Walk(1);
+  EXPECT_EQ(walk.status, 0U);
+  EXPECT_EQ(walk.size, 3);
+  ASSERT_EQ(walk.items.size(), 2U);
+  EXPECT_EQ(ValueOf(*walk.items[0]), "two");
+  EXPECT_EQ(ValueOf(*walk.items[1]), "three");
+  int size = 0;
+  EXPECT_EQ(strings.CollectionSize(size), 0U);
+  EXPECT_EQ(size, 3);
+  BeanObject point = Make("beans.Point");
+  EXPECT_EQ(point.Walk(0).status, status::kNoCollection);
+}
+
+TEST_F(BeanObjectTest, ManyThreadsMakeDescribeAndReleaseBeansOfOneClass) {
+  constexpr int kThreads = 8;
+  std::latch start(kThreads);
+  std::vector<std::jthread> threads;
+  for (int t = 0; t < kThreads; ++t) {
+    threads.emplace_back([&] {
+      start.arrive_and_wait();
+      for (int i = 0; i < 20; ++i) {
+        BeanObject bean = Make("beans.PlainProperty");
+        EXPECT_EQ(bean.Introspect(), 0U);
+        EXPECT_EQ(bean.Methods()->size(), 5U);
+        EXPECT_TRUE(bean.IsInstanceOf("java.lang.Object"));
+        EXPECT_EQ(bean.Release(), status::kLastReferenceReleased);
+        host->Collect();
+      }
+    });
+  }
+  threads.clear();
+  host->Collect();
+  EXPECT_EQ(host->GetCollector().GetCount(), 1U) << "the host's own receiver";
+}
+
+// The process must then end by itself, too: the timer's thread is no daemon and waits for ever.
+TEST_F(BeanObjectTest, TheHostEndsWithBeansStillHeldAndJavaThreadsRunning) {
+  Host::Creation timer = host->Create("java.util.Timer");
+  ASSERT_TRUE(timer.object.has_value()) << timer.text;
+  timer.object->GetHandler()->AddRef();
+  timer.object.reset();
+  EXPECT_EQ(host->GetCollector().GetCount(), 2U);
+  host.reset();
+  EXPECT_EQ(dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+}
+
+}  // namespace
+}  // namespace quenlatrix::host

@@ -1,0 +1,127 @@
+#include "host/collector.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <set>
+#include <thread>
+#include <vector>
+
+#include "tests/meta_object/test_handler.h"
+
+namespace quenlatrix::host {
+namespace {
+
+using meta_object::Handler;
+using meta_object::TestHandler;
+
+// Its object takes as long to make as the test wants.
+class SlowHandler : public TestHandler {
+ public:
+  meta_object::HandlerStatus CreateObjectImp(const char* identity,
+                                             meta_object::context::CreateObjectContext*) override {
+    started.set_value();
+    mayEnd.get_future().wait();
+    return TestHandler::CreateObjectImp(identity, nullptr);
+  }
+  std::promise<void> started;
+  std::promise<void> mayEnd;
+};
+
+class CollectorTest : public testing::Test {
+ protected:
+  TestHandler* Make() {
+    auto* handler = new TestHandler;
+    tested.Register(handler);
+    return handler;
+  }
+
+  std::multiset<Handler*> freed;
+  Collector tested{[this](Handler* handler) {
+                     EXPECT_EQ(handler->GetReferenceCount(), 0U);
+                     freed.insert(handler);
+                     delete handler;
+                   },
+                   4};
+};
+
+TEST_F(CollectorTest, FreesTheHandlersWithoutReferencesAndNoOthers) {
+  TestHandler* shared = Make();
+  TestHandler* single = Make();
+  shared->AddRef();
+  shared->Handler::Release();
+  single->Handler::Release();
+  EXPECT_EQ(tested.Collect(), 1U);
+  EXPECT_EQ(freed, std::multiset<Handler*>{single});
+  EXPECT_EQ(tested.Collect(), 0U);
+  EXPECT_EQ(tested.GetCount(), 1U);
+}
+
+TEST_F(CollectorTest, CollectsByItselfWhenThereAreManyHandlers) {
+  for (int i = 0; i < 3; ++i) {
+    Make()->Handler::Release();
+  }
+  EXPECT_TRUE(freed.empty());
+  Make();
+  EXPECT_EQ(freed.size(), 3U);
+}
+
+TEST_F(CollectorTest, AtTheEndReleasesWhatIsHeldAndFreesEverything) {
+  TestHandler* shared = Make();
+  shared->AddRef();
+  shared->AddRef();
+  Make()->Handler::Release();
+  EXPECT_EQ(tested.ReleaseAll(), 1U);
+  EXPECT_EQ(freed.size(), 2U);
+  EXPECT_EQ(tested.GetCount(), 0U);
+}
+
+TEST_F(CollectorTest, DoesNotWaitForAHandlerThatWasWithdrawn) {
+  auto* slow = new SlowHandler;
+  tested.Register(slow);
+  Make()->Handler::Release();
+  ASSERT_TRUE(tested.Withdraw(slow));
+  EXPECT_FALSE(tested.Withdraw(slow));
+  std::jthread creator([slow] { slow->CreateObject("JAVABEAN://Slow", nullptr); });
+  slow->started.get_future().wait();
+  // Would wait for ever for the slow handler's lock.
+  EXPECT_EQ(tested.Collect(), 1U);
+  slow->mayEnd.set_value();
+  creator.join();
+  tested.Register(slow);
+  EXPECT_EQ(tested.GetCount(), 1U);
+}
+
+TEST(Collector, FreesEachHandlerOnceWhenThreadsRegisterAndCollectAtOnce) {
+  constexpr int kThreads = 4;
+  constexpr int kHandlers = 500;
+  std::atomic<int> freed = 0;
+  {
+    Collector tested(
+        [&freed](Handler* handler) {
+          ++freed;
+          delete handler;
+        },
+        16);
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+      threads.emplace_back([&tested] {
+        for (int i = 0; i < kHandlers; ++i) {
+          auto* handler = new TestHandler;
+          tested.Register(handler);
+          handler->Handler::Release();
+          if (i % 50 == 0) {
+            tested.Collect();
+          }
+        }
+      });
+    }
+    threads.clear();
+    EXPECT_GT(freed, 0);
+  }
+  EXPECT_EQ(freed, kThreads * kHandlers);
+}
+
+}  // namespace
+}  // namespace quenlatrix::host

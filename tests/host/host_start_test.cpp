@@ -1,0 +1,153 @@
+#include <gmock/gmock.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "host/document_output.h"
+#include "host/host.h"
+#include "host/java_vm.h"
+#include "host/plugin_library.h"
+#include "tests/support/locales.h"
+#include "tests/support/test_vm.h"
+
+namespace quenlatrix::host {
+namespace {
+
+namespace fs = std::filesystem;
+using test::TestVm;
+using testing::HasSubstr;
+
+// An empty directory, gone at the end of the test.
+class Directory {
+ public:
+  Directory() {
+    std::string name = (fs::temp_directory_path() / "host_start_test.XXXXXX").string();
+    path = mkdtemp(name.data());
+  }
+  ~Directory() { fs::remove_all(path); }
+  fs::path path;
+};
+
+TEST(JavaVm, AHomeThatHoldsNoneIsNamedWithItsReason) {
+  const Directory empty;
+  std::string why;
+  EXPECT_EQ(JavaVm::Start({empty.path.string(), {}, {}}, why), nullptr);
+  EXPECT_THAT(why, HasSubstr(empty.path.string() + ": no lib/server/libjvm.so"));
+  EXPECT_THAT(why, HasSubstr("JAVA_HOME"));
+
+  fs::create_directories(empty.path / "lib/server");
+  std::fclose(std::fopen((empty.path / "lib/server/libjvm.so").c_str(), "w"));
+  EXPECT_EQ(JavaVm::Start({empty.path.string(), {}, {}}, why), nullptr);
+  EXPECT_THAT(why, HasSubstr("file too short"));
+}
+
+TEST(JavaVm, IsFoundThroughALinkOnPathWhenJavaHomeDoesNotServe) {
+  const Directory bin;
+  const fs::path home = fs::canonical(TestVm::JavaHome());
+  fs::create_symlink(home / "bin/java", bin.path / "java");
+  setenv("JAVA_HOME", bin.path.c_str(), 1);
+  setenv("PATH", ("/no/such/directory::" + bin.path.string()).c_str(), 1);
+  std::string why;
+  const auto machine = JavaVm::Start({}, why);
+  ASSERT_NE(machine, nullptr) << why;
+  EXPECT_EQ(fs::canonical(machine->GetLibraryFile()), home / "lib/server/libjvm.so");
+  ASSERT_EQ(machine->GetPlacesPassed().size(), 1U);
+  EXPECT_EQ(machine->GetPlacesPassed()[0].path, bin.path);
+
+  EXPECT_EQ(JavaVm::Start({}, why), nullptr);
+  EXPECT_THAT(why, HasSubstr("only one"));
+}
+
+TEST(JavaVm, AnOptionThatItRefusesIsAFailureWithAText) {
+  std::string why;
+  EXPECT_EQ(JavaVm::Start({TestVm::JavaHome(), {}, {"-no-such-option"}}, why), nullptr);
+  EXPECT_THAT(why, HasSubstr("Check the Java options"));
+}
+
+TEST(JavaVm, LeavesTheDecimalPointAndTheEnvironmentsEncoding) {
+  setenv("LOCPATH", QUENLATRIX_TEST_LOCALES, 1);
+  setenv("LC_ALL", singleByteCommaLocale, 1);
+  std::string why;
+  const auto machine = JavaVm::Start({TestVm::JavaHome(), {}, {}}, why);
+  ASSERT_NE(machine, nullptr) << why;
+  char text[8];
+  std::snprintf(text, sizeof text, "%.1f", 1.5);
+  EXPECT_STREQ(text, "1.5");
+  wchar_t wide[2] = {};
+  EXPECT_EQ(std::mbstowcs(wide, "\xE4", 2), 1U);
+  EXPECT_EQ(wide[0], L'\u00E4');
+}
+
+TEST(JavaVm, SpeaksUtf8WhenTheEnvironmentNamesNoLocale) {
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    unsetenv(name);
+  }
+  std::string why;
+  const auto machine = JavaVm::Start({TestVm::JavaHome(), {}, {}}, why);
+  ASSERT_NE(machine, nullptr) << why;
+  wchar_t wide[2] = {};
+  EXPECT_EQ(std::mbstowcs(wide, "\u20AC", 2), 1U);
+  EXPECT_EQ(wide[0], L'\u20AC');
+}
+
+TEST(PluginLibrary, WhatIsNoPluginIsRefusedWithItsReason) {
+  const Directory empty;
+  const std::pair<std::string, const char*> cases[] = {
+      {(empty.path / "javabean_handler.so").string(), "cannot open shared object file"},
+      {NO_PLUGIN, "lacks SetEnvironment, SetJavaVM, GetHandlerInfo"},
+      {OLD_PLUGIN, "version 0x00010000, this host needs 0x00020000"},
+  };
+  for (const auto& [file, reason] : cases) {
+    std::string why;
+    EXPECT_EQ(PluginLibrary::Load(file, why), nullptr);
+    EXPECT_THAT(why, HasSubstr(reason));
+    EXPECT_THAT(why, HasSubstr(file));
+  }
+}
+
+TEST(PluginLibrary, LiesBesideTheProgramUnlessNamed) {
+  EXPECT_EQ(PluginLibrary::DefaultFile(),
+            (fs::canonical("/proc/self/exe").parent_path() / "javabean_handler.so").string());
+}
+
+TEST(Host, StartsNoVmForAPluginThatDoesNotServe) {
+  Host::Options options;
+  options.pluginFile = OLD_PLUGIN;
+  options.javaHome = "/no/such/home";
+  std::string why;
+  EXPECT_EQ(Host::Start(options, why), nullptr);
+  EXPECT_THAT(why, HasSubstr("version"));
+  options.pluginFile = PLUGIN_FILE;
+  EXPECT_EQ(Host::Start(options, why), nullptr);
+  EXPECT_THAT(why, HasSubstr("/no/such/home"));
+}
+
+TEST(DocumentOutput, KeepsWhatOthersPrintOutOfTheDocument) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const int standardOutput = dup(STDOUT_FILENO);
+  dup2(ends[1], STDOUT_FILENO);
+  close(ends[1]);
+  {
+    DocumentOutput output;
+    std::printf("printed by a bean\n");
+    std::fflush(stdout);
+    EXPECT_EQ(write(STDOUT_FILENO, "and by another\n", 15), 15);
+    EXPECT_TRUE(output.Write("document\n"));
+    EXPECT_FALSE(output.IsTerminal());
+  }
+  dup2(standardOutput, STDOUT_FILENO);
+  close(standardOutput);
+  char text[64] = {};
+  EXPECT_EQ(read(ends[0], text, sizeof text - 1), 9);
+  EXPECT_STREQ(text, "document\n");
+  EXPECT_EQ(read(ends[0], text, sizeof text), 0) << "the private descriptor stayed open";
+  close(ends[0]);
+}
+
+}  // namespace
+}  // namespace quenlatrix::host
