@@ -28,7 +28,7 @@ struct CollectionContext {
 
 }  // namespace context
 
-// How a method call went. The host owns the record, the handler fills it.
+// How a method call went. The host owns the record, the handler fills it. For one thread at a time.
 struct MethodInvokeStatus {
   static constexpr std::uint32_t kSucceeded = 1;
   static constexpr std::uint32_t kFailed = 0xFFFF;

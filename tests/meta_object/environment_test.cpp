@@ -131,6 +131,7 @@ TEST(Environment, CopiesTextsAttributesAndPolicyButNotTheHost) {
   Environment target;
   Connect(target, calls);
   target.hostFlag = true;
+  target.checkSecurity = nullptr;
   AddAttribute(target, "h", "old", "v");
   target = source;
   source.Clear();

@@ -12,9 +12,9 @@ namespace quenlatrix::meta_object::type {
 // key and its conversion to and from text. Text conversions never fail: what cannot be read gives
 // the class's zero.
 //
-// Values are made with `new`, copied with Clone and deleted through the virtual destructor. A value
-// is not for two threads at once. The order of the virtual operations and of the fields is a binary
-// contract with the host.
+// Values are made with `new`, copied with Clone and deleted through the virtual destructor. A
+// value, of whatever class, is not for two threads at once. The order of the virtual operations and
+// of the fields is a binary contract with the host.
 class Object {
  public:
   // A value of the described type: all flags false, direction In, no name, no tag.

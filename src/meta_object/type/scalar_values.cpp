@@ -67,7 +67,7 @@ Char::Char() : Object(TypeDesc::Key::Char) {}
 Object* Char::Clone() const { return new Char(*this); }
 
 void Char::GetDesc(WideString& text) const {
-  const std::array<wchar_t, 2> wide{WidenByte(static_cast<unsigned char>(value & 0xFF)), L'\0'};
+  const std::array<wchar_t, 2> wide{WidenByte(static_cast<unsigned char>(value)), L'\0'};
   text.assign(wide.data());
 }
 

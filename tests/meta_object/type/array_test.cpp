@@ -122,10 +122,10 @@ TEST(Array, RefusesPlacesThatItDoesNotHave) {
   EXPECT_FALSE(array.SetItem(&item, nullptr));
   EXPECT_THAT(array.GetItem(nullptr), IsNull());
 
-  // A descriptor that outgrew its storage since.
-  array.GetMetaItemType() = ShapeOf({{0, 2147483647}, {0, 2147483647}, {0, 2147483647}});
-  EXPECT_FALSE(array.SetItem(&item, 2147483646, 2147483646, 2147483646));
-  EXPECT_FALSE(array.SetItem(&item, 0, 0, 6));
+  // A descriptor that outgrew its storage since: the first index would be 2^32.
+  array.GetMetaItemType() = ShapeOf({{0, 65537}, {0, 65536}});
+  EXPECT_FALSE(array.SetItem(&item, 65536, 0));
+  EXPECT_FALSE(array.SetItem(&item, 0, 6));
 }
 
 TEST(Array, TakesOnlyShapesThatItCanHold) {
