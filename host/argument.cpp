@@ -37,8 +37,9 @@ std::string ShowPlace(std::string_view source, std::size_t place) {
 }
 
 [[noreturn]] void Refuse(const std::string& what, std::string_view source, std::size_t place) {
-  throw HostError(ExitStatus::Usage, what + ", at " + ShowPlace(source, place) +
-                                         "\nto pass text that begins like this, write it as \"text\"");
+  throw HostError(ExitStatus::Usage,
+                  what + ", at " + ShowPlace(source, place) +
+                      "\nto pass text that begins like this, write it as \"text\"");
 }
 
 // Builds arguments from the parser's events, since a parsed document keeps no digits.
@@ -180,11 +181,8 @@ std::size_t SkipLiteral(std::string_view line, std::size_t at) {
 
 std::string Quote(const std::string& text, char mark) { return mark + text + mark; }
 
-std::string ElementsName(const Argument& array) {
-  const Argument& first = array.items.front();
-  switch (first.kind) {
-    case Kind::Array:
-      return ElementsName(first);
+const char* PluralOf(Kind kind) {
+  switch (kind) {
     case Kind::Integer:
     case Kind::Real:
       return "numbers";
@@ -197,6 +195,16 @@ std::string ElementsName(const Argument& array) {
     default:
       return "objects";
   }
+}
+
+std::string ElementsName(const Argument& array) {
+  const Argument& first = array.items.front();
+  if (first.kind == Kind::Array) return ElementsName(first);
+  const std::string plural = PluralOf(first.kind);
+  const bool areOfOneKind =
+      std::all_of(array.items.begin(), array.items.end(),
+                  [&](const Argument& item) { return plural == PluralOf(item.kind); });
+  return areOfOneKind ? plural : "values of several kinds";
 }
 
 void RefuseUneven(const Argument& array) {

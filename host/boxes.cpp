@@ -4,8 +4,8 @@
 
 #include "host/host.h"
 #include "host/host_error.h"
+#include "host/outgoing_text.h"
 #include "host/utf8.h"
-#include "meta_object/type/string_values.h"
 
 namespace quenlatrix::host {
 
@@ -43,10 +43,8 @@ const MethodDescription& Boxes::FindMethod(const std::string& boxClass) {
 
 BeanObject Boxes::Box(const std::string& boxClass, const std::string& text) {
   const MethodDescription& method = FindMethod(boxClass);
-  auto value = std::make_unique<meta_object::type::String>(method.parameters.at(0).type);
-  value->SetValue(ToWideString(text));
   std::vector<ValuePtr> parameters;
-  parameters.emplace_back(value.release());
+  parameters.emplace_back(new OutgoingText(method.parameters.at(0).type, text, false));
   const CallOutcome outcome = GetBean().Call(method, parameters);
   std::optional<BeanObject> object;
   if (outcome.result) object = BeanObject::FromValue(host, *outcome.result);

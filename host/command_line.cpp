@@ -18,7 +18,7 @@ constexpr const char* kStatuses =
     "Exit status: 0 done; 1 the call failed or was refused; 2 wrong usage;\n"
     "3 nothing to run on (no Java VM, no plug-in).\n";
 
-// Options may stand before the command and, where it takes no ARGs, behind it.
+// Options stand before the command or right behind its name.
 void AddOptions(CLI::App& app, CommandOptions& options) {
   app.add_option("--class-path", options.classPath, "jars and directories, with \":\" between them")
       ->type_name("PATH");
@@ -62,13 +62,16 @@ ExitStatus Refuse(const std::string& what) {
 
 // What is wrong with the command and its words; empty when nothing is.
 std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& words) {
+  const bool isOption = !words.empty() && words[0].size() > 1 && words[0][0] == '-';
+  if (isOption) return "\"" + words[0] + "\" is no option";
   if (line.command == nullptr) {
     return words.empty() ? "a command is missing" : "\"" + words[0] + "\" is no command";
   }
   const Command& command = *line.command;
   if (words.size() >= command.leastWords && words.size() <= command.mostWords) return {};
   return "\"" + std::string(command.name) + "\" takes " + command.words + ", found " +
-         (words.empty() ? "nothing" : std::to_string(words.size()) + " words");
+         (words.empty() ? "nothing" : std::to_string(words.size()) + " words") +
+         " (options stand before the command)";
 }
 
 }  // namespace

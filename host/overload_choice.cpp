@@ -13,7 +13,8 @@ namespace {
 struct Candidate {
   const MethodDescription* method;
   std::vector<int> ranks;
-  std::string why;  // why it doesn't fit; empty when it does
+  bool fits = false;
+  std::string why;  // why it doesn't fit, or can't be called though it does
 };
 
 std::string Count(std::size_t count) {
@@ -31,7 +32,7 @@ std::vector<Candidate> CandidatesOf(const std::vector<MethodDescription>& method
                                     const std::string& name) {
   std::vector<Candidate> candidates;
   for (const MethodDescription& method : methods) {
-    if (ToUtf8(method.name) == name) candidates.push_back({&method, {}, {}});
+    if (ToUtf8(method.name) == name) candidates.push_back({&method, {}, false, {}});
   }
   return candidates;
 }
@@ -54,12 +55,11 @@ void Rate(Candidate& candidate, const std::vector<Argument>& arguments) {
   }
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const Fit fit = FitArgument(arguments[i], JavaTypeOf(parameters[i].type));
-    if (fit.IsNone()) {
-      candidate.why = "argument " + std::to_string(i + 1) + ": " + fit.why;
-      return;
-    }
+    if (!fit.why.empty()) candidate.why = "argument " + std::to_string(i + 1) + ": " + fit.why;
+    if (fit.IsNone()) return;
     candidate.ranks.push_back(fit.rank);
   }
+  candidate.fits = true;
 }
 
 bool IsBetter(const Candidate& a, const Candidate& b) {
@@ -85,7 +85,7 @@ const MethodDescription& PickBest(const std::string& called,
                                   const std::vector<Candidate>& candidates) {
   std::vector<Candidate> fitting;
   for (const Candidate& candidate : candidates) {
-    if (candidate.why.empty()) fitting.push_back(candidate);
+    if (candidate.fits) fitting.push_back(candidate);
   }
   if (fitting.empty()) RefuseAll(called, candidates);
   std::vector<Candidate> best;
@@ -102,6 +102,7 @@ const MethodDescription& PickBest(const std::string& called,
                         "parameter types of one:" +
                         List(best));
   }
+  if (!best.front().why.empty()) RefuseAll(called, best);
   return *best.front().method;
 }
 

@@ -143,48 +143,45 @@ Fit Misfit(const std::string& expected, const Argument& argument) {
   return {Fit::kNone, "expected " + expected + ", found " + Describe(argument)};
 }
 
-// A text value of a number goes out whole, an element of a long array as its low 32 bits only.
-std::int64_t Least(const PrimitiveType& type, bool inArray) {
-  return inArray && &type == kLong ? kInt->least : type.least;
-}
-std::int64_t Most(const PrimitiveType& type, bool inArray) {
-  return inArray && &type == kLong ? kInt->most : type.most;
+std::string ExpectedNumber(const PrimitiveType& type) {
+  if (type.kind == Kind::Real) return "a number in the range of " + std::string(type.name);
+  return "a whole number from " + std::to_string(type.least) + " to " + std::to_string(type.most) +
+         " (" + type.name + ")";
 }
 
+bool IsNumberOf(const Argument& argument, const PrimitiveType& type) {
+  if (type.kind == Kind::Real) return IsNumber(argument.kind) && IsWithinReal(argument.text, type);
+  return argument.kind == Kind::Integer && IsWithin(argument.text, type);
+}
+
+// A number alone goes out whole, an element of a long array as its low 32 bits only.
 Fit FitNumber(const Argument& argument, const PrimitiveType& type, bool inArray) {
-  const bool isWhole = type.kind == Kind::Integer;
-  std::string expected = "a number in the range of " + std::string(type.name);
-  bool fits = IsNumber(argument.kind) && IsWithinReal(argument.text, type);
-  if (isWhole) {
-    const std::int64_t least = Least(type, inArray);
-    const std::int64_t most = Most(type, inArray);
-    const std::optional<std::int64_t> value = WholeValue(argument.text);
-    expected = "a whole number from " + std::to_string(least) + " to " + std::to_string(most) +
-               " (" +
-               (inArray && &type == kLong ? "an element of a long array carries 32 bits"
-                                          : std::string(type.name)) +
-               ")";
-    fits = argument.kind == Kind::Integer && value && *value >= least && *value <= most;
-  }
-  if (!fits) return Misfit(expected, argument);
+  if (!IsNumberOf(argument, type)) return Misfit(ExpectedNumber(type), argument);
   const PrimitiveType* own = OwnType(argument);
   const auto steps = static_cast<int>(&type - (own == nullptr ? kLong : own));
-  return {steps >= 0 ? steps : kNarrowing - steps, {}};
+  Fit fit{steps >= 0 ? steps : kNarrowing - steps, {}};
+  if (inArray && &type == kLong && !IsWithin(argument.text, *kInt)) {
+    fit.why =
+        Misfit("a number of 32 bits, which is what an element of a long array carries", argument)
+            .why;
+  }
+  return fit;
 }
 
 // One character of text or 'c' for a char: the first byte is what the plug-in passes on, in an
 // array the whole 16-bit code.
 Fit FitCharacter(const Argument& argument, bool inArray) {
-  const std::string range = inArray ? "U+0000 to U+FFFF" : "U+0001 to U+007F";
-  const std::string expected = "one character from " + range + ", such as 'c'";
-  if (argument.kind != Kind::Character && argument.kind != Kind::Text) {
-    return Misfit(expected, argument);
-  }
+  const Fit misfit = Misfit("one character, such as 'c'", argument);
+  if (argument.kind != Kind::Character && argument.kind != Kind::Text) return misfit;
   const std::wstring codes = Utf8ToWide(argument.text);
-  const bool fits =
-      codes.size() == 1 && (inArray ? codes[0] <= 0xFFFF : codes[0] >= 0x01 && codes[0] <= 0x7F);
-  if (!fits) return Misfit(expected, argument);
-  return {argument.kind == Kind::Character ? 0 : kCharacterOfText, {}};
+  if (codes.size() != 1 || codes[0] > 0xFFFF) return misfit;
+  Fit fit{argument.kind == Kind::Character ? 0 : kCharacterOfText, {}};
+  if (!inArray && (codes[0] < 0x01 || codes[0] > 0x7F)) {
+    fit.why =
+        Misfit("a character from U+0001 to U+007F, which is what a single char carries", argument)
+            .why;
+  }
+  return fit;
 }
 
 // A character is widened to the number of its code, as in Java.
@@ -237,8 +234,13 @@ Fit FitBoxed(const Argument& argument, const std::string& className) {
 }
 
 Fit FitObject(const Argument& argument, const std::string& className, bool inArray) {
+  const Argument* inside = argument.items.empty() ? nullptr : argument.items.data();
   Fit fit = Misfit("an object of class " + className, argument);
-  if (className == argument.text) return {0, {}};
+  if (className == argument.text) {
+    if (!IsPlainType(className)) return {0, {}};
+    if (inside == nullptr) return fit;
+    return {0, className == kChar->wrapper ? FitCharacter(*inside, false).why : std::string()};
+  }
   if (argument.supertypes != nullptr) {
     const auto found = argument.supertypes->find(className);
     if (found != argument.supertypes->end()) return {kSupertype + found->second, {}};
@@ -246,8 +248,8 @@ Fit FitObject(const Argument& argument, const std::string& className, bool inArr
     return {kSupertype, {}};
   }
   const PrimitiveType* primitive = FindPrimitive(className);
-  if (primitive == nullptr || argument.items.empty()) return fit;
-  fit = FitPrimitive(argument.items.front(), *primitive, inArray);
+  if (primitive == nullptr || inside == nullptr) return fit;
+  fit = FitPrimitive(*inside, *primitive, inArray);
   if (!fit.IsNone()) fit.rank += kBoxing;
   return fit;
 }
@@ -270,20 +272,28 @@ Fit FitElements(const Argument& array, const std::string& typeName) {
         item.kind == Kind::Array ? FitElements(item, typeName) : FitValue(item, typeName, true);
     if (fit.IsNone()) return fit;
     worst.rank = std::max(worst.rank, fit.rank);
+    if (worst.why.empty()) worst.why = std::move(fit.why);
   }
   return worst;
 }
 
-// The Java array takes the class of its first element, so the others must be of that class too.
-bool HaveOneClass(const Argument& array) {
+const Argument& FirstElement(const Argument& array) {
   const Argument& first = array.items.front();
-  if (first.kind == Kind::Array) {
-    return std::all_of(array.items.begin(), array.items.end(), HaveOneClass);
-  }
+  return first.kind == Kind::Array ? FirstElement(first) : first;
+}
+
+bool IsOfClassOf(const Argument& item, const Argument& first) {
+  if (item.kind != Kind::Object || first.kind != Kind::Object) return item.kind == first.kind;
+  return item.text == first.text ||
+         (item.supertypes != nullptr && item.supertypes->contains(first.text));
+}
+
+// The Java array takes the class of its first element, so the others must be of that class too: in
+// each row and, because the rows lie in an array themselves, in all of them.
+bool HaveOneClass(const Argument& array, const Argument& first) {
   return std::all_of(array.items.begin(), array.items.end(), [&](const Argument& item) {
-    if (item.kind != Kind::Object || first.kind != Kind::Object) return item.kind == first.kind;
-    return item.text == first.text ||
-           (item.supertypes != nullptr && item.supertypes->contains(first.text));
+    if (item.kind != Kind::Array) return IsOfClassOf(item, first);
+    return HaveOneClass(item, first) && HaveOneClass(item, item.items.front());
   });
 }
 
@@ -330,14 +340,13 @@ Fit FitArray(const Argument& array, const JavaType& type) {
                   array);
   }
   Fit fit = FitElements(array, type.name);
-  if (fit.IsNone()) {
-    fit.why = "in the array for " + ToSourceForm(type) + ": " + fit.why;
-  } else if (!IsPlainType(type.name) &&
-             (HoldsObjects(array) ? !HaveOneClass(array) : BoxClassOf(array).empty())) {
-    return Misfit("elements of one class (the array becomes one of its first element's class)",
-                  array);
-  }
-  return fit;
+  if (!fit.why.empty()) fit.why = "in the array for " + ToSourceForm(type) + ": " + fit.why;
+  if (fit.IsNone() || IsPlainType(type.name)) return fit;
+  const bool hasOneClass =
+      HoldsObjects(array) ? HaveOneClass(array, FirstElement(array)) : !BoxClassOf(array).empty();
+  if (hasOneClass) return fit;
+  return Misfit("elements of one class (the array becomes one of its first element's class)",
+                array);
 }
 
 }  // namespace

@@ -15,7 +15,10 @@ struct Fit {
   static constexpr int kNone = std::numeric_limits<int>::max();
 
   int rank = kNone;
-  std::string why;  // what was expected and what found, when it doesn't fit
+  // What was expected and what found: when it doesn't fit, and when it fits by Java's rules but the
+  // plug-in would pass on something else. Such a parameter counts in the choice of a method, so
+  // that no worse one is silently called instead; it is refused then.
+  std::string why;
 
   bool IsNone() const { return rank == kNone; }
 };

@@ -18,20 +18,6 @@ using meta_object::TypeDesc;
 namespace type = meta_object::type;
 namespace handler_status = meta_object::handler_status;
 
-// Runs an operation that fills the report and turns what it throws into the report's failure.
-template <typename Operation>
-Report Reported(Operation operation) {
-  Report report;
-  try {
-    operation(report);
-  } catch (const HostError& error) {
-    report.Fail(error.exitStatus, error.what());
-  } catch (const std::exception& error) {
-    report.Fail(ExitStatus::Failed, std::string("it can't be done: ") + error.what());
-  }
-  return report;
-}
-
 std::string NameOf(const ParameterDescription& parameter) { return ToUtf8(parameter.name); }
 
 // What the call's outcome says to the person who made it.
@@ -48,6 +34,20 @@ void Report::Fail(ExitStatus newStatus, const std::string& newError) {
   status = newStatus;
   error = newError;
   document["error"] = newError;
+}
+
+template <typename Operation>
+Report Session::Reported(Operation operation) {
+  Report report;
+  try {
+    operation(report);
+  } catch (const HostError& error) {
+    report.Fail(error.exitStatus, error.what());
+  } catch (const std::exception& error) {
+    report.Fail(ExitStatus::Failed, std::string("it can't be done: ") + error.what());
+  }
+  host.Collect();
+  return report;
 }
 
 // One call, from its arguments to its outcome.
@@ -208,6 +208,8 @@ void Session::Call(BeanObject& bean, const CallRequest& request, const std::stri
   PreparedCall call;
   Prepare(bean, request, call);
   call.outcome = bean.Call(*call.method, call.parameters);
+  // What a void method gives is a value too, but no result.
+  if (call.method->returnType.key == TypeDesc::Key::Void) call.outcome.result.reset();
   // Shown before it is kept: keeping may release the bean and what went in.
   ReportCall(letName, call, report);
   KeepArrays(request, call);

@@ -51,6 +51,10 @@ class Session {
  private:
   struct PreparedCall;
 
+  // Runs an operation that fills the report, turns what it throws into the report's failure and
+  // frees what nobody holds any more.
+  template <typename Operation>
+  Report Reported(Operation operation);
   BeanObject Make(const std::string& className, Report& report);
   const std::vector<MethodDescription>& MethodsOf(BeanObject& bean);
   void DescribeBean(BeanObject& bean, Report& report);

@@ -4,11 +4,11 @@
 
 #include "host/host_error.h"
 #include "host/method_pattern.h"
+#include "host/outgoing_text.h"
 #include "host/parameter_fit.h"
 #include "host/utf8.h"
 #include "meta_object/type/array.h"
 #include "meta_object/type/scalar_values.h"
-#include "meta_object/type/string_values.h"
 #include "text/c_numbers.h"
 
 namespace quenlatrix::host {
@@ -20,21 +20,12 @@ namespace type = meta_object::type;
 using Kind = Argument::Kind;
 using ObjectPtr = std::unique_ptr<type::Object>;
 
-// What an empty text within an array goes out as; a scalar one needs no help.
-constexpr const wchar_t* kEmptyText = L"4DCDFAD3_25A9_11D3_8062_00C04F5219CB";
-
 bool IsPrimitive(const std::string& typeName) { return typeName.find('.') == std::string::npos; }
 
 // A held object where the value inside travels.
 const Argument& PlainOf(const Argument& argument) {
   return argument.kind == Kind::Object && !argument.items.empty() ? argument.items.front()
                                                                   : argument;
-}
-
-ObjectPtr TextValue(const TypeDesc& desc, const WideString& text) {
-  auto value = std::make_unique<type::String>(desc);
-  value->SetValue(text);
-  return value;
 }
 
 // A character goes out as its code where a number is expected.
@@ -48,7 +39,7 @@ ObjectPtr RealValue(const Argument& argument, const TypeDesc& desc, bool isEleme
   if (argument.kind == Kind::Character) digits = std::to_string(WholeValue(argument));
   // The plug-in reads an element of a primitive array as a number, all else as text.
   const bool asNumber = isElement && IsPrimitive(JavaTypeOf(desc).name);
-  if (!asNumber) return TextValue(desc, ToWideString(digits));
+  if (!asNumber) return std::make_unique<OutgoingText>(desc, digits, isElement);
   return std::make_unique<type::Real>(text::ReadReal(digits.c_str()));
 }
 
@@ -78,8 +69,7 @@ ObjectPtr PlainValue(const Argument& argument, const TypeDesc& desc, bool isElem
     default:
       break;
   }
-  if (isElement && argument.text.empty()) return TextValue(desc, WideString(kEmptyText));
-  return TextValue(desc, ToWideString(argument.text));
+  return std::make_unique<OutgoingText>(desc, argument.text, isElement);
 }
 
 ObjectPtr OneValue(const Argument& argument, const TypeDesc& desc, const std::string& boxClass,

@@ -72,7 +72,7 @@ std::string PlainText(const type::Object& value) {
     return WideToUtf8(std::wstring(1, character->GetValue()));
   }
   WideString text;
-  value.GetValueAsString(text);
+  value.GetDesc(text);
   return ToUtf8(text);
 }
 

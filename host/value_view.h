@@ -19,7 +19,8 @@ struct ObjectView {
 // Looks behind a value of key Object; asks the virtual machine, so it may be slow.
 using ObjectViewer = std::function<ObjectView(const meta_object::type::Object& value)>;
 
-// A plain value's text, UTF-8. Characters come whole, where their value's own text has one byte.
+// A plain value's text, UTF-8: what it means, not what goes out for it. Characters come whole,
+// where their value's own text has one byte.
 std::string PlainText(const meta_object::type::Object& value);
 
 }  // namespace quenlatrix::host

@@ -1,0 +1,178 @@
+#include "host/argument.h"
+
+#include <gmock/gmock.h>
+
+#include "host/host_error.h"
+#include "host/utf8.h"
+
+namespace quenlatrix::host {
+namespace {
+
+using Kind = Argument::Kind;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// "[1 2.5 \"a\"]": kinds are told apart by how the values look.
+std::string Shown(const Argument& argument) {
+  switch (argument.kind) {
+    case Kind::Null:
+      return "null";
+    case Kind::Bool:
+      return "bool:" + argument.text;
+    case Kind::Integer:
+      return "int:" + argument.text;
+    case Kind::Real:
+      return "real:" + argument.text;
+    case Kind::Text:
+      return "text:" + argument.text;
+    case Kind::Character:
+      return "char:" + argument.text;
+    case Kind::Reference:
+      return "ref:" + argument.text;
+    case Kind::Object:
+      return "object";
+    case Kind::Array:
+      break;
+  }
+  std::string shown = "[";
+  for (const Argument& item : argument.items) shown += Shown(item) + ";";
+  return shown + "]";
+}
+
+std::string WhyNoArgument(std::string_view source) {
+  try {
+    return "is one: " + Shown(ParseArgument(source));
+  } catch (const HostError& error) {
+    EXPECT_EQ(error.exitStatus, ExitStatus::Usage);
+    return error.what();
+  }
+}
+
+std::string WhyRefused(std::string_view source) {
+  try {
+    RefuseUnpassable(ParseArgument(source));
+    return {};
+  } catch (const HostError& error) {
+    EXPECT_EQ(error.exitStatus, ExitStatus::Failed);
+    return error.what();
+  }
+}
+
+TEST(Argument, IsALiteralACharacterANameOrABareWord) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"5", "int:5"},
+      {"-0", "int:-0"},
+      {"123456789012345678901234567890", "int:123456789012345678901234567890"},
+      {"2.50", "real:2.50"},
+      {"-1E+3", "real:-1E+3"},
+      {"1e400", "real:1e400"},
+      {"0.1000000000000000055511151231257827", "real:0.1000000000000000055511151231257827"},
+      {"true", "bool:true"},
+      {"null", "null"},
+      {"\"a \\\"b\\\" \\u00fc\"", "text:a \"b\" ü"},
+      {"\"@list\"", "text:@list"},
+      {"[1, -0, 2.0,\"a\",null]", "[int:1;int:-0;real:2.0;text:a;null;]"},
+      {"[[1,2],[3]]", "[[int:1;int:2;];[int:3;];]"},
+      {"'c'", "char:c"},
+      {"'\\''", "char:'"},
+      {"'\\n'", "char:\n"},
+      {"'\\u20AC'", "char:€"},
+      {"' '", "char: "},
+      {"'€'", "char:€"},
+      {"@list", "ref:list"},
+      {"@größe-2.b", "ref:größe-2.b"},
+      {"", "text:"},
+      {"2024-01-31", "text:2024-01-31"},
+      {"007", "text:007"},
+      {"5kg", "text:5kg"},
+      {"+5", "text:+5"},
+      {".5", "text:.5"},
+      {"1.", "text:1."},
+      {"True", "text:True"},
+      {"NaN", "text:NaN"},
+      {"-", "text:-"},
+      {"a[1]", "text:a[1]"},
+  };
+  for (const auto& [source, expected] : cases) {
+    EXPECT_EQ(Shown(ParseArgument(source)), expected) << source;
+  }
+}
+
+TEST(Argument, ThatBeginsLikeALiteralAndIsNoneShowsThePlace) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"[1,2", "character 5:\n  [1,2\n      ^"},
+      {"[\"ü\",x]", "character 6:\n  [\"ü\",x]\n       ^"},
+      {"\"abc", "character 5:"},
+      {"\"a\"b", "character 4:"},
+      {"{\"a\":1}", "a JSON object is no value"},
+      {"{", "character 1:"},
+      {"[{}]", "a JSON object is no value that an array holds, at character 2:"},
+      {"[[[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]]]", "one or two dimensions"},
+      {"[1e999]", "number overflow"},
+      {"'c", "closing ' is missing"},
+      {"'", "closing ' is missing"},
+      {"''", "with one character"},
+      {"'''", "with one character"},
+      {"'ab'", "with one character"},
+      {"'\\x'", "with one character"},
+      {"'\\uD800'", "with one character"},
+      {"@", "name of a held value"},
+      {"@2", "name of a held value"},
+      {"@a b", "name of a held value"},
+      {"\"\xff\"", "ill-formed UTF-8"},
+  };
+  for (const auto& [source, expected] : cases) {
+    EXPECT_THAT(WhyNoArgument(source), HasSubstr(expected)) << source;
+  }
+}
+
+TEST(Argument, ThatNoParameterCanTakeIsRefusedWithItsOwnText) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"null", "null can't be passed"},
+      {"[1,null]", "null can't be passed"},
+      {"[]", "an empty array can't be passed"},
+      {"[[],[]]", "an empty array can't be passed"},
+      {"[[1,2],[3]]", "row 1 has 2 elements, row 2 has 1"},
+      {"[[1],2]", "element 2 is number 2"},
+      {"[1,[2]]", "element 1 is number 1"},
+      {"[[[1]]]", "more than two dimensions"},
+      {"\"a\\u0000b\"", "U+0000"},
+      {"[\"\\u0000\"]", "U+0000"},
+  };
+  for (const auto& [source, expected] : cases) {
+    EXPECT_THAT(WhyRefused(source), HasSubstr(expected)) << source;
+  }
+  for (const char* source : {"[[1,2],[3,4]]", "[\"\"]", "\"\"", "true", "1e400"}) {
+    EXPECT_EQ(WhyRefused(source), "") << source;
+  }
+}
+
+TEST(Argument, EndsAtTheFirstBlankOutsideOfALiteral) {
+  EXPECT_THAT(
+      SplitArguments("  5 \"a b\" [1, [2, 3]]\t' ' word@x \"]\" [\"] \", 'x']  "),
+      ElementsAre("5", "\"a b\"", "[1, [2, 3]]", "' '", "word@x", "\"]\"", "[\"] \", 'x']"));
+  EXPECT_THAT(SplitArguments("\"a \\\" b\" [1 2"), ElementsAre("\"a \\\" b\"", "[1 2"));
+  EXPECT_THAT(SplitArguments("\"a\"b [1]x y"), ElementsAre("\"a\"b", "[1]x", "y"));
+  EXPECT_THAT(SplitArguments(" \t"), ElementsAre());
+}
+
+TEST(Argument, IsDescribedByKindAndShape) {
+  EXPECT_EQ(Describe(ParseArgument("[[1,2,3],[4,5,6]]")), "array of 2 x 3 numbers");
+  EXPECT_EQ(Describe(ParseArgument("[1,\"a\"]")), "array of 2 values of several kinds");
+  EXPECT_EQ(Describe(ParseArgument("5kg")), "text \"5kg\"");
+}
+
+TEST(Utf8, KeepsEveryCharacterAndRepairsTheRest) {
+  const std::wstring characters = L"a\u00e4\u20ac\U0001F600";
+  EXPECT_EQ(WideToUtf8(characters), "a\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80");
+  EXPECT_EQ(Utf8ToWide(WideToUtf8(characters)), characters);
+  const std::string_view broken[] = {"\xff", "\xc0\x80", "\xed\xa0\x80", "\xe2\x82",
+                                     "\xf5\x80\x80\x80"};
+  for (const std::string_view bytes : broken) {
+    EXPECT_EQ(Utf8ToWide(bytes), std::wstring(bytes.size(), L'\uFFFD'));
+  }
+  EXPECT_EQ(WideToUtf8(std::wstring(1, static_cast<wchar_t>(0xD800))), "\xef\xbf\xbd");
+}
+
+}  // namespace
+}  // namespace quenlatrix::host

@@ -1,0 +1,407 @@
+// The real program on real classes: what it writes, and what it ends with.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/support/test_vm.h"
+
+namespace quenlatrix::host {
+namespace {
+
+using nlohmann::json;
+using test::TestVm;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+using Words = std::vector<std::string>;
+
+struct ProgramRun {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+std::string ReadFile(const std::filesystem::path& file) {
+  std::ifstream stream(file);
+  std::ostringstream text;
+  text << stream.rdbuf();
+  return text.str();
+}
+
+class BeanhostCli : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = std::filesystem::temp_directory_path() / "beanhost_cli.XXXXXX";
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    directory = pattern;
+    std::ofstream(directory / "in");
+    if (!TestVm::JavaHome().empty()) setenv("JAVA_HOME", TestVm::JavaHome().c_str(), 1);
+  }
+  void TearDown() override { std::filesystem::remove_all(directory); }
+
+  // The program with these words alone.
+  ProgramRun Start(const Words& words) const {
+    std::vector<char*> arguments = {const_cast<char*>(BEANHOST_PROGRAM)};
+    for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+    arguments.push_back(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+      Redirect("in", O_RDONLY, STDIN_FILENO);
+      Redirect("out", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+      Redirect("err", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+      execv(BEANHOST_PROGRAM, arguments.data());
+      _exit(127);
+    }
+    int state = 0;
+    waitpid(child, &state, 0);
+    ProgramRun run{WIFEXITED(state) ? WEXITSTATUS(state) : -1, ReadFile(directory / "out"),
+                   ReadFile(directory / "err")};
+    EXPECT_THAT(run.err, AllOf(Not(HasSubstr("WARNING in native method")),
+                               Not(HasSubstr("WARNING: JNI local refs")),
+                               Not(HasSubstr("FATAL ERROR in native method"))));
+    return run;
+  }
+
+  // With the beans of the tests and of the examples, and the VM watching its native callers.
+  ProgramRun Host(const Words& words) const {
+    Words all = {"--class-path", TestVm::Jar("test_beans.jar") + ":" + EXAMPLES_JAR,
+                 "--java-option", "-Xcheck:jni"};
+    all.insert(all.end(), words.begin(), words.end());
+    return Start(all);
+  }
+
+  ProgramRun Script(const std::string& statements, const Words& options = {}) const {
+    std::ofstream(directory / "in") << statements;
+    Words words = options;
+    words.insert(words.end(), {"run", "-"});
+    return Host(words);
+  }
+
+  // The documents of a script, one a statement.
+  std::vector<json> Documents(const std::string& statements, bool keepGoing = false) const {
+    const ProgramRun run =
+        Script(statements, keepGoing ? Words{"--json", "--keep-going"} : Words{"--json"});
+    std::vector<json> documents;
+    std::istringstream lines(run.out);
+    for (std::string line; std::getline(lines, line);) documents.push_back(json::parse(line));
+    return documents;
+  }
+
+  std::filesystem::path directory;
+
+ private:
+  void Redirect(const char* name, int flags, int descriptor) const {
+    dup2(open((directory / name).c_str(), flags, 0600), descriptor);
+  }
+};
+
+// What a script says without its echoed statements.
+std::string Answers(const std::string& out) {
+  std::string answers;
+  std::istringstream lines(out);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("> ")) answers += line + "\n";
+  }
+  return answers;
+}
+
+TEST_F(BeanhostCli, CallsOneMethodOfANewBean) {
+  const std::tuple<Words, const char*> cases[] = {
+      {{"java.util.ArrayList", "add", "5"}, "true\n"},
+      {{"java.util.ArrayList", "size"}, "0\n"},
+      {{"java.util.ArrayList", "clear"}, ""},
+      {{"java.util.HashMap", "get", "x"}, "null\n"},
+      {{"java.lang.StringBuilder", "append", "2.50"}, "java.lang.StringBuilder: 2.5\n"},
+      {{"java.lang.StringBuilder", "append(java.lang.String)", "2.50"},
+       "java.lang.StringBuilder: 2.50\n"},
+      {{"java.lang.StringBuilder", "append", "'c'"}, "java.lang.StringBuilder: c\n"},
+      {{"java.lang.StringBuilder", "append", "[\"a\",\"€\"]"}, "java.lang.StringBuilder: a€\n"},
+      {{"java.util.BitSet", "set", "-0"}, ""},
+      {{"java.util.Random", "nextBytes", "[0]"}, nullptr},
+      {{"examples.Greeter", "greetAll", "[\"Ada\",\"\",\"--json\"]"}, "Hello, Ada, , --json!\n"},
+      {{"beans.ScalarEcho", "echoString", "--json"}, "--json\n"},
+      {{"beans.ScalarEcho", "echoString", ""}, "\n"},
+      {{"beans.ScalarEcho", "echoString", "Zürich 😀 €"}, "Zürich 😀 €\n"},
+      {{"beans.ScalarEcho", "echoLong", "-9223372036854775808"}, "-9223372036854775808\n"},
+      {{"beans.ScalarEcho", "combine", "true", "-1", "'c'", "-2", "-3", "-4", "1e-7", "1e-300",
+        "t"},
+       "true|-1|99|-2|-3|-4|1.0E-7|1.0E-300|t\n"},
+      {{"beans.ArrayText", "text", "[1e-300,1]"}, "[1.0E-300, 1.0]\n"},
+      {{"beans.ArrayText", "text(java.lang.Object[])", "[1,2.5]"}, "[1.0, 2.5]\n"},
+      {{"beans.ArrayText", "text", "[[\"\",\"ü\"],[\"b\",\"\"]]"}, "[[, ü], [b, ]]\n"},
+      {{"beans.ObjectTaker", "takesObject", "2147483648"}, "java.lang.Long 2147483648\n"},
+      {{"beans.ObjectTaker", "takesObject", "\"\""}, "java.lang.String \n"},
+      {{"beans.ObjectTaker", "takesObject", "'ü'"}, "java.lang.Character ü\n"},
+      {{"beans.ObjectTaker", "takesComparable", "true"}, "comparable true\n"},
+      {{"beans.Overloads", "which(java.lang.Object)", "5"}, "Object 5\n"},
+      {{"examples.Matrix", "turn(int[])", "[1,2,3]"}, "vector = [3, 2, 1]\n"},
+  };
+  for (const auto& [words, out] : cases) {
+    Words all = {"call"};
+    all.insert(all.end(), words.begin(), words.end());
+    const ProgramRun run = Host(all);
+    EXPECT_EQ(run.status, 0) << run.err;
+    if (out != nullptr) {
+      EXPECT_EQ(run.out, out) << words[0] << " " << words[1];
+    }
+  }
+}
+
+TEST_F(BeanhostCli, EndsWithTheStatusOfWhatWentWrong) {
+  const std::tuple<Words, int, const char*> cases[] = {
+      {{"call", "no.Such", "size"}, 1, "no.Such"},
+      {{"call", "java.util.ArrayList", "nothing"}, 1, "has no method \"nothing\""},
+      {{"call", "java.util.ArrayList", "get", "x"}, 1, "expected a whole number"},
+      {{"call", "java.util.ArrayList", "get", "0"}, 1, "IndexOutOfBoundsException"},
+      {{"call", "java.util.ArrayList", "add", "@x"}, 1, "nothing is held under the name \"x\""},
+      {{"call", "java.util.ArrayList", "add", "null"}, 1, "null can't be passed"},
+      {{"call", "beans.ThrowingMethods", "checked", "boom"}, 1, "CheckedException: boom"},
+      {{"--deny", "java.util.*", "call", "java.util.ArrayList", "size"}, 1, "--deny java.util.*"},
+      {{"--allow", "examples.*", "call", "java.util.ArrayList", "size"}, 1, "refused"},
+      {{"call", "java.util.ArrayList", "add", "[1,"}, 2, "character 4:\n  [1,\n     ^"},
+      {{"call", "java.util.ArrayList", "add(int"}, 2, "closing \")\" is missing"},
+      {{"call", "java.util.ArrayList"}, 2, "takes CLASS METHOD [ARG]..."},
+      {{"describe", "a.B", "c.D"}, 2, "takes CLASS"},
+      {{"describe"}, 2, "found nothing"},
+      {{"dance"}, 2, "\"dance\" is no command"},
+      {{"--dance", "describe", "a.B"}, 2, "\"--dance\" is no option"},
+      {{"run", "/no/such/script"}, 2, "/no/such/script"},
+      {{"--plugin", "/no/such.so", "describe", "a.B"}, 3, "/no/such.so"},
+  };
+  for (const auto& [words, status, err] : cases) {
+    const ProgramRun run = Host(words);
+    EXPECT_EQ(run.status, status) << err;
+    EXPECT_THAT(run.err, HasSubstr(err));
+    EXPECT_EQ(run.out, "") << err;
+  }
+}
+
+TEST_F(BeanhostCli, ShowsHelpAndVersionWithoutAMachine) {
+  setenv("JAVA_HOME", "/no/such/home", 1);
+  const ProgramRun help = Start({"--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_THAT(help.out, AllOf(HasSubstr("describe"), HasSubstr("call"), HasSubstr("--deny")));
+  EXPECT_EQ(help.err, "");
+  const ProgramRun version = Start({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_THAT(version.out, StartsWith("beanhost 2."));
+  EXPECT_THAT(Start({"run", "--help"}).out, HasSubstr("let NAME = call NAME METHOD [ARG]..."));
+}
+
+TEST_F(BeanhostCli, DescribesAClassAsATableAndAsADocument) {
+  const ProgramRun table = Host({"describe", "examples.Matrix"});
+  EXPECT_EQ(table.status, 0);
+  EXPECT_THAT(table.out,
+              HasSubstr("double[][]        multiply(double[][] left, double[][] right)"));
+
+  const json document = json::parse(Host({"--json", "describe", "examples.Greeter"}).out);
+  EXPECT_EQ(document["class"], "examples.Greeter");
+  EXPECT_EQ(document["description"], "examples.Greeter in CLASSPATH environment");
+  EXPECT_EQ(document["attributeMethods"], 4);
+  EXPECT_EQ(document["regularMethods"], 2);
+  ASSERT_EQ(document["methods"].size(), 6u);
+  const json text = {{"key", "String"},
+                     {"type", "java.lang.String"},
+                     {"display", "java.lang.String"},
+                     {"dimensions", json::array()},
+                     {"ref", "ByValue"}};
+  json texts = text;
+  texts["display"] = "array of java.lang.String";
+  texts["dimensions"] = {{0, -1}};
+  EXPECT_EQ(document["methods"][5],
+            (json{{"id", "Invoke:greetAll:5"},
+                  {"name", "greetAll"},
+                  {"kind", "Invoke"},
+                  {"returns", text},
+                  {"parameters", {{{"name", "names"}, {"direction", "InOut"}, {"type", texts}}}}}));
+  EXPECT_EQ(document["methods"][0]["kind"], "Set");
+  EXPECT_EQ(document["methods"][0]["returns"]["type"], "void");
+
+  const json indexed = json::parse(Host({"--json", "describe", "beans.IndexedProperty"}).out);
+  EXPECT_THAT(indexed.dump(), AllOf(HasSubstr("{\"direction\":\"In\",\"name\":\"index\""),
+                                    Not(HasSubstr("\"type\":\"\""))));
+}
+
+TEST_F(BeanhostCli, WritesOneDocumentAStatement) {
+  const std::vector<json> documents = Documents(
+      "# a comment\n\n"
+      "new list java.util.ArrayList\n"
+      "call list add \"a b\"\n"
+      "let copy = call list clone\n"
+      "call list addAll @copy\n"
+      "new m examples.Matrix\n"
+      "call m turn(long[][]) [[1,2],[3,4]]\n"
+      "let values = call list toArray\n"
+      "describe copy\n"
+      "release copy\n"
+      "release values\n");
+  ASSERT_EQ(documents.size(), 10u);
+  EXPECT_EQ(documents[0],
+            (json{{"name", "list"}, {"class", "java.util.ArrayList"}, {"status", 0}}));
+  EXPECT_EQ(documents[1]["result"],
+            (json{{"key", "Bool"}, {"type", "boolean"}, {"value", "true"}}));
+  EXPECT_EQ(documents[1]["parameters"],
+            json::parse("[{\"key\":\"Object\",\"type\":\"java.lang.String\",\"text\":\"a b\","
+                        "\"object\":null}]"));
+  EXPECT_EQ(documents[2]["result"],
+            json::parse("{\"key\":\"Object\",\"type\":\"java.util.ArrayList\","
+                        "\"text\":\"[a b]\",\"object\":\"copy\"}"));
+  EXPECT_EQ(documents[3]["parameters"][0]["object"], "copy");
+  EXPECT_EQ(documents[3]["status"], 0);
+  EXPECT_EQ(documents[3]["statusCode"], 1);
+  EXPECT_EQ(documents[3]["description"], "JavaBean method call successful");
+  EXPECT_EQ(documents[3]["failureText"], "");
+  EXPECT_EQ(documents[5]["result"], nullptr);
+  const json turned = documents[5]["parameters"][0];
+  EXPECT_EQ(turned["key"], "Int");
+  EXPECT_EQ(turned["type"], "long");
+  EXPECT_EQ(turned["dimensions"], (json{{0, 2}, {0, 2}}));
+  EXPECT_EQ(turned["items"][0], (json{{"key", "Int"}, {"type", "long"}, {"value", "4"}}));
+  EXPECT_EQ(documents[6]["result"]["items"][1]["text"], "a b");
+  EXPECT_EQ(documents[7]["class"], "java.util.ArrayList");
+  EXPECT_EQ(documents[8], (json{{"name", "copy"}, {"status", 65504}}));
+  EXPECT_EQ(documents[9], (json{{"name", "values"}, {"status", 65504}}));
+}
+
+TEST_F(BeanhostCli, PassesHeldValuesAndObjectsOn) {
+  const ProgramRun run = Script(
+      "new list java.util.ArrayList\n"
+      "call list add \"pear\"\n"
+      "call list add \"apple\"\n"
+      "new tree java.util.TreeSet\n"
+      "call tree addAll @list\n"
+      "let first = call tree first\n"
+      "new map java.util.HashMap\n"
+      "call map put @first @list\n"
+      "let inner = call map get apple\n"
+      "let text = call inner get 0\n"
+      "new echo beans.ScalarEcho\n"
+      "call echo echoString @text\n"
+      "let number = call echo echoLong 5000000000\n"
+      "call list add @number\n"
+      "let boxed = call list get 2\n"
+      "call echo echoLong @boxed\n"
+      "new m examples.Matrix\n"
+      "let table = call m multiply [[1,2],[3,4]] [[0,1],[1,0]]\n"
+      "call m turn @table\n"
+      "call m sum @table\n"
+      "call m turn @table\n"
+      "new taker beans.ObjectTaker\n"
+      "call taker same @list @inner\n"
+      "new p beans.Point\n"
+      "call taker move @p 7 8\n"
+      "call taker takesPoint @p\n"
+      "new points java.util.ArrayList\n"
+      "call points add @p\n"
+      "call points add @p\n"
+      "let array = call points toArray\n"
+      "call taker takesPoints @array\n");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(Answers(run.out),
+            "true\ntrue\ntrue\nfirst = java.lang.String: apple\nnull\n"
+            "inner = java.util.ArrayList: [pear, apple]\ntext = java.lang.String: pear\npear\n"
+            "number = 5000000000\ntrue\nboxed = java.lang.Long: 5000000000\n5000000000\n"
+            "table = [[2.000000, 1.000000], [4.000000, 3.000000]]\n"
+            "table = [[3.000000, 4.000000], [1.000000, 2.000000]]\n"
+            "10.000000\n"
+            "table = [[2.000000, 1.000000], [4.000000, 3.000000]]\n"
+            "true\n708\ntrue\ntrue\n"
+            "array = [beans.Point: (7, 8), beans.Point: (7, 8)]\n1416\n");
+}
+
+TEST_F(BeanhostCli, LeavesANameAsItWasWhenItsStatementFails) {
+  const std::vector<json> documents = Documents(
+      "new x beans.Point\n"
+      "call x setX 7\n"
+      "new x no.Such\n"
+      "let x = call x setX 8\n"
+      "let x = call x nothing\n"
+      "new map java.util.HashMap\n"
+      "let x = call map get key\n"
+      "call x getX\n"
+      "new x java.util.ArrayList\n"
+      "call x size\n",
+      true);
+  ASSERT_EQ(documents.size(), 10u);
+  EXPECT_EQ(documents[2]["status"], 3);
+  EXPECT_THAT(documents[2]["error"], HasSubstr("no.Such"));
+  EXPECT_THAT(documents[3]["error"], HasSubstr("gives none"));
+  EXPECT_THAT(documents[6]["error"], HasSubstr("null or an empty array"));
+  EXPECT_EQ(documents[7]["result"]["value"], "8");
+  EXPECT_EQ(documents[9]["result"]["value"], "0");
+}
+
+TEST_F(BeanhostCli, EndsAScriptAtItsFirstFailureUnlessItIsToKeepGoing) {
+  const std::string script =
+      "new t beans.ThrowingMethods\ncall t checked boom\ndance\ncall t fine\n";
+  const ProgramRun stopped = Script(script);
+  EXPECT_EQ(stopped.status, 1);
+  EXPECT_EQ(stopped.out, "> new t beans.ThrowingMethods\n> call t checked boom\n");
+  EXPECT_THAT(stopped.err, HasSubstr("CheckedException: boom"));
+
+  const ProgramRun going = Script(script, {"--keep-going", "--json"});
+  EXPECT_EQ(going.status, 1);
+  std::istringstream lines(going.out);
+  std::vector<json> documents;
+  for (std::string line; std::getline(lines, line);) documents.push_back(json::parse(line));
+  ASSERT_EQ(documents.size(), 4u);
+  EXPECT_EQ(documents[1]["status"], 7);
+  EXPECT_EQ(documents[1]["statusCode"], 65535);
+  EXPECT_EQ(documents[1]["description"], "Method: checked");
+  EXPECT_EQ(documents[1]["failureText"],
+            "Java Exception: beans.ThrowingMethods$CheckedException: boom");
+  EXPECT_EQ(documents[1]["result"], nullptr);
+  EXPECT_THAT(documents[1]["error"], HasSubstr("boom"));
+  EXPECT_THAT(documents[2]["error"], HasSubstr("\"dance\" is no statement"));
+  EXPECT_EQ(documents[3]["result"]["value"], "1");
+}
+
+TEST_F(BeanhostCli, SaysWhatAStatementLacks) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"new", "a name is missing"},           {"new x", "CLASS is missing"},
+      {"new x a.B c", "\"c\" is too much"},   {"new 2x a.B", "\"2x\" can't be a name"},
+      {"call x", "METHOD is missing"},        {"let x call y z", "\"=\" is missing"},
+      {"let x = y z", "\"call\" is missing"}, {"release", "NAME is missing"},
+      {"call x add [1,", "no literal"},
+  };
+  std::string script;
+  for (const auto& [statement, expected] : cases) script += std::string(statement) + "\n";
+  const std::vector<json> documents = Documents(script, true);
+  ASSERT_EQ(documents.size(), std::size(cases));
+  for (std::size_t i = 0; i < documents.size(); ++i) {
+    EXPECT_THAT(documents[i]["error"], HasSubstr(cases[i].second)) << cases[i].first;
+  }
+  EXPECT_EQ(Script("new x\n").status, 2);
+  EXPECT_EQ(Script("call x size\n").status, 1);
+}
+
+TEST_F(BeanhostCli, KeepsWhatABeanPrintsOutOfTheDocuments) {
+  const ProgramRun run = Host({"--json", "call", "java.util.Properties", "list", "@x"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(json::parse(run.out)["error"], HasSubstr("\"x\""));
+  const ProgramRun verbose =
+      Host({"--java-option", "-verbose:class", "--json", "call", "java.util.ArrayList", "size"});
+  EXPECT_EQ(verbose.status, 0);
+  EXPECT_EQ(json::parse(verbose.out)["result"]["value"], "0");
+  EXPECT_THAT(verbose.err, HasSubstr("java.util.ArrayList"));
+}
+
+TEST_F(BeanhostCli, RunsTheTourOfTheExamples) {
+  const ProgramRun run = Host({"run", TOUR_SCRIPT});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_THAT(run.out, HasSubstr("> call greeter greet\nGood day, apple!\n"));
+}
+
+}  // namespace
+}  // namespace quenlatrix::host
