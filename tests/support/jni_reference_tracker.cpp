@@ -1,5 +1,7 @@
 #include "tests/support/jni_reference_tracker.h"
 
+#include <utility>
+
 namespace quenlatrix::test {
 
 namespace {
@@ -8,9 +10,23 @@ using Table = JNINativeInterface_;
 
 thread_local JniReferenceTracker* current = nullptr;
 
+// While Java runs, its own native code works with the same table, and what that makes goes when it
+// returns: none of the test's business.
+thread_local bool isCounting = true;
+
+template <auto Entry, class Result, class... Args>
+Result RunsJava(JNIEnv* env, Args... args) {
+  struct Pause {
+    bool before = std::exchange(isCounting, false);
+    ~Pause() { isCounting = before; }
+  };
+  const Pause pause;
+  return (current->Original().*Entry)(env, args...);
+}
+
 template <auto Entry, class Reference, class... Args>
 Reference MakesLocal(JNIEnv* env, Args... args) {
-  const Reference reference = (current->Original().*Entry)(env, args...);
+  const Reference reference = RunsJava<Entry, Reference>(env, args...);
   current->NoteLocal(reference);
   return reference;
 }
@@ -24,9 +40,18 @@ struct LocalMaker {
   }
 };
 
-template <auto... Entries>
-void PatchLocalMakers(Table& table) {
-  (LocalMaker<Entries>::Patch(table, Entries), ...);
+// Patches one entry that may run Java code.
+template <auto Entry>
+struct JavaRunner {
+  template <class Result, class... Args>
+  static void Patch(Table& table, Result (*Table::*)(JNIEnv*, Args...)) {
+    table.*Entry = &RunsJava<Entry, Result, Args...>;
+  }
+};
+
+template <template <auto> class Patcher, auto... Entries>
+void PatchAll(Table& table) {
+  (Patcher<Entries>::Patch(table, Entries), ...);
 }
 
 jobject NewGlobalRef(JNIEnv* env, jobject object) {
@@ -65,18 +90,22 @@ jobject PopLocalFrame(JNIEnv* env, jobject result) {
 JniReferenceTracker::JniReferenceTracker(JNIEnv* env) : patch(env), frames(1) {
   current = this;
   Table& table = patch.Table();
-  PatchLocalMakers<&Table::FindClass, &Table::DefineClass, &Table::ToReflectedMethod,
-                   &Table::ToReflectedField, &Table::GetSuperclass, &Table::ExceptionOccurred,
-                   &Table::NewLocalRef, &Table::AllocObject, &Table::NewObjectV, &Table::NewObjectA,
-                   &Table::GetObjectClass, &Table::CallObjectMethodV, &Table::CallObjectMethodA,
-                   &Table::CallNonvirtualObjectMethodV, &Table::CallNonvirtualObjectMethodA,
-                   &Table::GetObjectField, &Table::CallStaticObjectMethodV,
-                   &Table::CallStaticObjectMethodA, &Table::GetStaticObjectField, &Table::NewString,
-                   &Table::NewStringUTF, &Table::NewObjectArray, &Table::GetObjectArrayElement,
-                   &Table::NewBooleanArray, &Table::NewByteArray, &Table::NewCharArray,
-                   &Table::NewShortArray, &Table::NewIntArray, &Table::NewLongArray,
-                   &Table::NewFloatArray, &Table::NewDoubleArray, &Table::NewDirectByteBuffer>(
-      table);
+  PatchAll<LocalMaker, &Table::FindClass, &Table::DefineClass, &Table::ToReflectedMethod,
+           &Table::ToReflectedField, &Table::GetSuperclass, &Table::ExceptionOccurred,
+           &Table::NewLocalRef, &Table::AllocObject, &Table::NewObjectV, &Table::NewObjectA,
+           &Table::GetObjectClass, &Table::CallObjectMethodV, &Table::CallObjectMethodA,
+           &Table::CallNonvirtualObjectMethodV, &Table::CallNonvirtualObjectMethodA,
+           &Table::GetObjectField, &Table::CallStaticObjectMethodV, &Table::CallStaticObjectMethodA,
+           &Table::GetStaticObjectField, &Table::NewString, &Table::NewStringUTF,
+           &Table::NewObjectArray, &Table::GetObjectArrayElement, &Table::NewBooleanArray,
+           &Table::NewByteArray, &Table::NewCharArray, &Table::NewShortArray, &Table::NewIntArray,
+           &Table::NewLongArray, &Table::NewFloatArray, &Table::NewDoubleArray,
+           &Table::NewDirectByteBuffer>(table);
+  PatchAll<JavaRunner, &Table::GetMethodID, &Table::GetStaticMethodID, &Table::CallBooleanMethodV,
+           &Table::CallBooleanMethodA, &Table::CallByteMethodA, &Table::CallCharMethodA,
+           &Table::CallShortMethodA, &Table::CallIntMethodV, &Table::CallIntMethodA,
+           &Table::CallLongMethodA, &Table::CallFloatMethodA, &Table::CallDoubleMethodA,
+           &Table::CallVoidMethodV, &Table::CallVoidMethodA, &Table::ThrowNew>(table);
   table.NewGlobalRef = NewGlobalRef;
   table.DeleteGlobalRef = DeleteGlobalRef;
   table.DeleteLocalRef = DeleteLocalRef;
@@ -95,14 +124,14 @@ int JniReferenceTracker::LiveLocals() const {
 }
 
 void JniReferenceTracker::NoteLocal(jobject reference) {
-  if (reference != nullptr) {
+  if (isCounting && reference != nullptr) {
     frames.back().insert(reference);
     ++localsMade;
   }
 }
 
 void JniReferenceTracker::NoteGlobal(jobject reference) {
-  if (reference != nullptr) {
+  if (isCounting && reference != nullptr) {
     globals.insert(reference);
     ++globalsMade;
   }
@@ -116,10 +145,14 @@ void JniReferenceTracker::ForgetLocal(jobject reference) {
 
 void JniReferenceTracker::ForgetGlobal(jobject reference) { globals.erase(reference); }
 
-void JniReferenceTracker::PushFrame() { frames.emplace_back(); }
+void JniReferenceTracker::PushFrame() {
+  if (isCounting) {
+    frames.emplace_back();
+  }
+}
 
 void JniReferenceTracker::PopFrame() {
-  if (frames.size() > 1) {
+  if (isCounting && frames.size() > 1) {
     frames.pop_back();
   }
 }

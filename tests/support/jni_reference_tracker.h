@@ -10,7 +10,8 @@
 namespace quenlatrix::test {
 
 // Counts the references that are made and deleted through one environment during a scope, by
-// patched entries of its table. One tracker a thread at a time. What was made before the scope is
+// patched entries of its table; the VM's own native code, which works with the same table while
+// Java runs, is left out. One tracker a thread at a time. What was made before the scope is
 // not counted, nor is its deletion a stray one.
 class JniReferenceTracker {
  public:

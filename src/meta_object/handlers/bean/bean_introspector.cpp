@@ -53,9 +53,8 @@ bool BeanIntrospector::CreateIntrospector(JNIEnv* env) {
   if (!cls || !LoadVTable(env, cls.Get())) {
     return false;
   }
-  auto const object =
-      LocalRef<jobject>::Adopt(env, env->NewObject(cls.Get(), methods[kConstructor]));
-  if (IsJavaExceptionHappened(env, nullptr) || !object) {
+  auto const object = NewJavaObject(env, cls.Get(), methods[kConstructor], nullptr);
+  if (!object) {
     return false;
   }
   auto reference = GlobalRef<jobject>::Make(env, object.Get());

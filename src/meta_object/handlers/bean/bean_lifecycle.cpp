@@ -54,8 +54,8 @@ HandlerStatus BeanHandler::MakeInstance(JNIEnv* env, const char* identity) {
   if (constructor == nullptr) {
     return handler_status::kObjectNotMade;
   }
-  auto const instance = LocalRef<jobject>::Adopt(env, env->NewObject(cls.Get(), constructor));
-  if (bean::IsJavaExceptionHappened(env, nullptr) || !instance) {
+  auto const instance = NewJavaObject(env, cls.Get(), constructor, nullptr);
+  if (!instance) {
     return handler_status::kObjectNotMade;
   }
   auto classReference = GlobalRef<jclass>::Make(env, cls.Get());
@@ -103,6 +103,7 @@ HandlerStatus BeanHandler::BindObject(void* object, const char* identity) {
     auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(instance));
     auto classReference = GlobalRef<jclass>::Make(env, cls.Get());
     bean::IsJavaExceptionHappened(env, nullptr);
+    liveReferences.Remove(objectRef);
     liveReferences.Add(instance);
     objectRef = instance;
     classRef = classReference.Release();

@@ -32,6 +32,11 @@ bool HoldsLocalReference(type::Object const& param) {
   return name != nullptr && FindTextClass(name) != nullptr;
 }
 
+// "<init>" would run a constructor on an instance that exists.
+bool IsMethodName(char const* name) { return name != nullptr && *name != '<'; }
+
+}  // namespace
+
 jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method, jvalue* args) {
   if (number == kReferenceNumber) {
     jvalue result;
@@ -45,11 +50,6 @@ jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method,
   none.j = 0;
   return none;
 }
-
-// "<init>" would run a constructor on an instance that exists.
-bool IsMethodName(char const* name) { return name != nullptr && *name != '<'; }
-
-}  // namespace
 
 // The converted parameters, and the local references among them until the scope ends.
 class CBeanMethodInvoke::Arguments {
@@ -152,7 +152,7 @@ bool CBeanMethodInvoke::Call(WideString const& bareName, WideString const& signa
   }
   JavaUtf8 const name(bareName.getCharPtr());
   JavaUtf8 const code(signature.getCharPtr());
-  if (!IsMethodName(name.Get()) || code.Get() == nullptr) {
+  if (!IsMethodName(name.Get()) || !HasWholeNarrowForm(methodName) || code.Get() == nullptr) {
     return false;
   }
   jmethodID const method = FindJavaMethod(env, cls.Get(), name.Get(), code.Get());

@@ -117,6 +117,11 @@ class CBeanMethodInvoke {
   jobject object;
 };
 
+// Calls a method whose result has the Java type number, with the JNI call function of that number.
+// The result's unused bytes are zero; all of it for void, and for any other number, which calls
+// nothing. An exception of the method stays pending.
+jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method, jvalue* args);
+
 // Lets every element let go of what it refers to: to be done before an array's elements are
 // deleted, since deleting an object value alone keeps its reference counted.
 void ReleaseItems(type::Array& array);

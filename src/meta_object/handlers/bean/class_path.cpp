@@ -12,6 +12,7 @@
 
 #include "meta_object/handlers/bean/bean_introspector.h"
 #include "meta_object/handlers/bean/jar_path_set.h"
+#include "meta_object/handlers/bean/java_exception.h"
 #include "meta_object/handlers/bean/java_refs.h"
 #include "meta_object/handlers/bean/plugin_state.h"
 #include "os/module.h"
@@ -54,6 +55,34 @@ std::string MakeClassPathFileName() {
     name += '/';
   }
   return name + ClassPathFile;
+}
+
+// The Java side for the length of a scope.
+class JavaSide {
+ public:
+  explicit JavaSide(JNIEnv* env) : isThere(introspector.CreateIntrospector(env)), env_(env) {}
+  JavaSide(JavaSide const&) = delete;
+  JavaSide& operator=(JavaSide const&) = delete;
+  ~JavaSide() { introspector.DestroyIntrospector(env_); }
+
+  BeanIntrospector introspector;
+  bool const isThere;
+
+ private:
+  JNIEnv* env_;
+};
+
+// The bytes of the name at that position, terminated; null when they can't be had.
+std::unique_ptr<char[]> CopyBeanName(JNIEnv* env, BeanIntrospector& introspector, int index) {
+  auto const name = LocalRef<jstring>::Adopt(env, introspector.getBeanName(env, index));
+  UtfChars const chars(env, name.Get());
+  if (IsJavaExceptionHappened(env, nullptr) || chars.Get() == nullptr) {
+    return nullptr;
+  }
+  std::size_t const size = std::strlen(chars.Get()) + 1;
+  auto copy = std::make_unique_for_overwrite<char[]>(size);
+  std::memcpy(copy.get(), chars.Get(), size);
+  return copy;
 }
 
 }  // namespace
@@ -122,31 +151,20 @@ bool NotFoundPathInClassPath() {
 int AddPath2ClassPath() { return 0; }
 
 int GetBeanNames(JNIEnv* env, char const* jarPath, std::list<char*>& names) {
-  BeanIntrospector introspector;
-  if (!introspector.CreateIntrospector(env)) {
+  JavaSide java(env);
+  if (!java.isThere || !java.introspector.enumJavaBeans(env, jarPath)) {
     return 0;
   }
-  int const count = introspector.enumJavaBeans(env, jarPath) ? introspector.getBeanCount(env) : 0;
-  int delivered = 0;
-  while (delivered < count) {
-    auto const name = LocalRef<jstring>::Adopt(env, introspector.getBeanName(env, delivered));
-    ++delivered;
-    UtfChars const chars(env, name.Get());
-    if (auto const exception = LocalRef<jthrowable>::Adopt(env, env->ExceptionOccurred())) {
-      env->ExceptionClear();
-      break;
+  int const count = java.introspector.getBeanCount(env);
+  for (int i = 0; i < count; ++i) {
+    auto name = CopyBeanName(env, java.introspector, i);
+    if (name == nullptr) {
+      return i + 1;
     }
-    if (chars.Get() == nullptr) {
-      break;
-    }
-    std::size_t const size = std::strlen(chars.Get()) + 1;
-    auto copy = std::make_unique<char[]>(size);
-    std::memcpy(copy.get(), chars.Get(), size);
-    names.push_back(copy.get());
-    static_cast<void>(copy.release());
+    names.push_back(name.get());
+    static_cast<void>(name.release());
   }
-  introspector.DestroyIntrospector(env);
-  return delivered;
+  return std::max(count, 0);
 }
 
 int GetDisplayName(char const*, char const*, char*, int) { return 1; }

@@ -34,7 +34,8 @@ bool NotFoundPathInClassPath();
 int AddPath2ClassPath();
 
 // Appends the names of the bean classes in a jar or directory, each a new `char[]` that the caller
-// deletes; gives their count, 0 when it can't be examined. Names are modified UTF-8.
+// deletes; gives their count, 0 when it can't be examined. Names are modified UTF-8. A name that
+// can't be had ends the list and is counted.
 int GetBeanNames(JNIEnv* env, char const* jarPath, std::list<char*>& names);
 
 // Accepted and without effect: 1.

@@ -53,6 +53,9 @@ bool JCollection::FindIterator() {
     return false;
   }
   auto const iteratorClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(iterator));
+  if (!iteratorClass) {
+    return false;
+  }
   hasNextMethod = FindJavaMethod(env, iteratorClass.Get(), "hasNext", "()Z");
   if (hasNextMethod == nullptr) {
     return false;

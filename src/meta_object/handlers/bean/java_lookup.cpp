@@ -10,6 +10,8 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 namespace {
 
+constexpr jint kObjectFrameCapacity = 8;
+
 jmethodID Checked(JNIEnv* env, jmethodID method) {
   if (method == nullptr) {
     IsJavaExceptionHappened(env, nullptr);
@@ -30,6 +32,11 @@ LocalRef<T> CheckedResult(JNIEnv* env, jobject result) {
 }  // namespace
 
 LocalRef<jclass> FindJavaClass(JNIEnv* env, char const* slashName) {
+  // Some VMs take the signature form for the class itself, which would be a second name for it.
+  std::size_t const length = std::strlen(slashName);
+  if (length > 0 && slashName[0] == 'L' && slashName[length - 1] == ';') {
+    return {};
+  }
   return CheckedResult<jclass>(env, env->FindClass(slashName));
 }
 
@@ -64,6 +71,19 @@ LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, char const* 
   return CheckedResult<jclass>(
       env, env->CallStaticObjectMethod(classClass.Get(), forName, name.Get(),
                                        static_cast<jboolean>(JNI_FALSE), loader.Get()));
+}
+
+LocalRef<jobject> NewJavaObject(JNIEnv* env, jclass cls, jmethodID constructor,
+                                jvalue const* arguments) {
+  // A VM may keep a local reference to an object whose constructor threw without handing it out.
+  LocalFrame frame(env, kObjectFrameCapacity);
+  if (!frame) {
+    IsJavaExceptionHappened(env, nullptr);
+    return {};
+  }
+  jobject const made = env->NewObjectA(cls, constructor, arguments);
+  bool const hasThrown = IsJavaExceptionHappened(env, nullptr);
+  return LocalRef<jobject>::Adopt(env, frame.Pop(hasThrown ? nullptr : made));
 }
 
 char* dotsToSlashes(char* name) {

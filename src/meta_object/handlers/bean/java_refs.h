@@ -100,8 +100,8 @@ class GlobalRef {
   T ref_ = nullptr;
 };
 
-// A frame for `capacity` local references: what is made inside it goes at the end of the scope. A
-// frame that the VM refused is not popped.
+// A frame for `capacity` local references: what is made inside it goes at the end of the scope, or
+// with Pop. A frame that the VM refused is not popped.
 class LocalFrame {
  public:
   LocalFrame(JNIEnv* env, jint capacity)
@@ -115,6 +115,11 @@ class LocalFrame {
   }
 
   explicit operator bool() const { return pushed_; }
+
+  // Ends the frame and takes `result`, made inside it, out of it: a new local reference.
+  jobject Pop(jobject result) {
+    return std::exchange(pushed_, false) ? env_->PopLocalFrame(result) : nullptr;
+  }
 
  private:
   JNIEnv* env_;

@@ -100,9 +100,7 @@ JavaPrimitive const kPrimitives[] = {
      Call<&Env::CallByteMethodA, &jvalue::b>,
      ToArray<jbyte, jbyteArray, type::Int, &Env::SetByteArrayRegion, &Env::NewByteArray>,
      FromArray<jbyte, jbyteArray, type::Int, &Env::GetByteArrayRegion>},
-    // A character is the text's first byte, sign-extended.
-    {L"char", L"C", 3, Key::Char,
-     [](char const* t, jvalue& v) { v.c = static_cast<jchar>(static_cast<signed char>(*t)); },
+    {L"char", L"C", 3, Key::Char, [](char const* t, jvalue& v) { v.c = FirstCharacter(t); },
      CharToText, Call<&Env::CallCharMethodA, &jvalue::c>,
      ToArray<jchar, jcharArray, type::Char, &Env::SetCharArrayRegion, &Env::NewCharArray>,
      FromArray<jchar, jcharArray, type::Char, &Env::GetCharArrayRegion>},
@@ -145,6 +143,11 @@ JavaTextClass const kTextClasses[] = {
 };
 
 }  // namespace
+
+jchar FirstCharacter(char const* text) {
+  // NOLINTNEXTLINE(bugprone-signed-char-misuse): bytes from 0x80 up extend their sign
+  return static_cast<jchar>(static_cast<signed char>(*text));
+}
 
 JavaPrimitive const* FindPrimitive(wchar_t const* name) {
   if (name == nullptr) {

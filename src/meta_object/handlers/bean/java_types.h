@@ -47,6 +47,9 @@ struct JavaPrimitive {
 JavaPrimitive const* FindPrimitive(wchar_t const* name);
 JavaPrimitive const* FindPrimitive(int number);
 
+// The Java character of a value text: its first byte, with the sign extended.
+jchar FirstCharacter(char const* text);
+
 // A Java class whose objects cross as text: strings, and the wrappers of the primitive types.
 struct JavaTextClass {
   char const* name;

@@ -2,11 +2,13 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "text/c_numbers.h"
@@ -87,11 +89,6 @@ wchar_t const* Wide(WideString const& text) {
   return wide == nullptr ? L"" : wide;
 }
 
-// Does the narrow form hold every character?
-bool IsWhole(char const* narrow, WideString const& text) {
-  return std::mbstowcs(nullptr, narrow, 0) == std::wcslen(Wide(text));
-}
-
 char const* KindPrefix(MethodType type) {
   switch (type) {
     case MethodType::Get:
@@ -149,12 +146,21 @@ bool ReadMethodIndex(WideString const& id, unsigned long& index) {
     return false;
   }
   char const* const digits = std::strchr(name + 1, kSeparator);
-  if (digits == nullptr || digits == name + 1 || !IsWhole(narrow, id)) {
+  if (digits == nullptr || digits == name + 1 || !HasWholeNarrowForm(id)) {
     return false;
   }
   char const* end = nullptr;
   index = quenlatrix::text::ReadUnsignedLong(digits + 1, &end, 10);
   return end != digits + 1;
+}
+
+bool HasWholeNarrowForm(WideString const& text) {
+  std::wstring_view const wide = Wide(text);
+  // ASCII is one byte a character in every encoding.
+  if (std::all_of(wide.begin(), wide.end(), [](wchar_t c) { return c >= 0 && c < 0x80; })) {
+    return true;
+  }
+  return std::mbstowcs(nullptr, Narrow(text), 0) == wide.size();
 }
 
 void mangleMethodName(WideString& name, MethodType& type) {

@@ -34,6 +34,10 @@ bool MethodId2MethodName(WideString const& nameWithIndex, WideString& name);
 // that its index can't be trusted.
 bool ReadMethodIndex(WideString const& id, unsigned long& index);
 
+// Does the text's narrow form hold every character? Where it is cut, it may be another method's
+// name.
+bool HasWholeNarrowForm(WideString const& text);
+
 // Puts "get" before a Get's name and "set" before a Set's, unless the name begins so in any letter
 // case.
 void mangleMethodName(WideString& name, MethodType& type);

@@ -1,3 +1,4 @@
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -53,6 +54,12 @@ void AppendClassCode(char const* slashName, WideString& signature) {
   signature.append(L";");
 }
 
+// An object's text form is its reference's number.
+jobject ReferenceNamedBy(WideString const& text) {
+  unsigned long const number = quenlatrix::text::ReadUnsignedLong(text.getCharPtr(), nullptr, 10);
+  return reinterpret_cast<jobject>(number);  // NOLINT(performance-no-int-to-ptr)
+}
+
 // A row array whose elements are lent by a two-dimensional array: it gives them back before they
 // could be deleted with it.
 class LentRow {
@@ -96,12 +103,12 @@ class LentRow {
 }  // namespace
 
 WideString CBeanMethodInvoke::ReturnTypeName() const {
+  if (IsEmpty(returnType.typeName)) {
+    return L"void";
+  }
   char const* const narrow = returnType.typeName.getCharPtr();
-  std::string const name = narrow == nullptr ? "void" : narrow;
-  std::size_t const blank = name.rfind(' ');
-  return blank == std::string::npos && narrow != nullptr
-             ? returnType.typeName
-             : WideString(name.substr(blank == std::string::npos ? 0 : blank + 1).c_str());
+  char const* const blank = narrow == nullptr ? nullptr : std::strrchr(narrow, ' ');
+  return blank == nullptr ? returnType.typeName : WideString(blank + 1);
 }
 
 bool CBeanMethodInvoke::SetUpParamArray(std::list<type::Object*>& params, jvalue* values,
@@ -185,9 +192,7 @@ jobject CBeanMethodInvoke::CreateObject(WideString& typeName, WideString& valueT
     return cls ? CreateTextObject(cls.Get(), row->key == TypeDesc::Key::Char, typeName, valueText)
                : nullptr;
   }
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): an object's text form is its reference's number
-  auto* const reference =
-      reinterpret_cast<jobject>(text::ReadUnsignedLong(valueText.getCharPtr(), nullptr, 10));
+  jobject const reference = ReferenceNamedBy(valueText);
   return liveReferences.Contains(reference) ? reference : nullptr;
 }
 
@@ -199,7 +204,7 @@ jobject CBeanMethodInvoke::CreateTextObject(jclass cls, bool isCharacter, WideSt
   if (isCharacter) {
     signature = "(C)V";
     char const* const narrow = valueText.getCharPtr();
-    argument[0].c = static_cast<jchar>(static_cast<signed char>(narrow == nullptr ? 0 : *narrow));
+    argument[0].c = FirstCharacter(narrow == nullptr ? "" : narrow);
   } else if (valueText.compare(strEmptyString.getWCharPtr(), 0) == 0 &&
              typeName.compare(strStringType.getWCharPtr(), 0) == 0) {
     signature = "()V";
@@ -215,8 +220,7 @@ jobject CBeanMethodInvoke::CreateTextObject(jclass cls, bool isCharacter, WideSt
   if (constructor == nullptr) {
     return nullptr;
   }
-  auto made = LocalRef<jobject>::Adopt(env, env->NewObjectA(cls, constructor, argument));
-  return bean::IsJavaExceptionHappened(env, nullptr) ? nullptr : made.Release();
+  return NewJavaObject(env, cls, constructor, argument).Release();
 }
 
 bool CBeanMethodInvoke::ProcessArray(type::Object* array, WideString& typeName,
