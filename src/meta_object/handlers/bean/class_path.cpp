@@ -99,9 +99,13 @@ bool GetClassPathFileName(std::string& name) {
 void getPathFromFile(std::string& classPath) {
   std::string name;
   GetClassPathFileName(name);
+  getPathFromFile(name, classPath);
+}
+
+void getPathFromFile(std::string const& fileName, std::string& classPath) {
   UGuardLock const lock(_mutexClassPathFile, UGuard::LockType1);
   bool separate = classPath.empty() || classPath.back() != kSeparator;
-  Stream const stream = OpenForReading(name);
+  Stream const stream = OpenForReading(fileName);
   if (stream == nullptr) {
     return;
   }
@@ -123,6 +127,12 @@ void getPathFromFile(std::string& classPath) {
 }
 
 bool GetClassPath(std::string& classPath) {
+  std::string name;
+  GetClassPathFileName(name);
+  return GetClassPath(name, classPath);
+}
+
+bool GetClassPath(std::string const& fileName, std::string& classPath) {
   char const* const variable = std::getenv("CLASSPATH");
   if (variable == nullptr) {
     return false;
@@ -130,7 +140,7 @@ bool GetClassPath(std::string& classPath) {
   if (*variable != '\0') {
     classPath = variable;
   }
-  getPathFromFile(classPath);
+  getPathFromFile(fileName, classPath);
   return !classPath.empty();
 }
 

@@ -27,6 +27,10 @@ void getPathFromFile(std::string& classPath);
 // unset; one that is set but empty leaves what was in `classPath`.
 bool GetClassPath(std::string& classPath);
 
+// The same two with a file of the caller's choice.
+void getPathFromFile(std::string const& fileName, std::string& classPath);
+bool GetClassPath(std::string const& fileName, std::string& classPath);
+
 // Is the path of a marked jar nowhere in the class path? Looked for as a part of the whole text.
 bool NotFoundPathInClassPath();
 

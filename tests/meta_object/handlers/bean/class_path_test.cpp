@@ -1,0 +1,174 @@
+#include "meta_object/handlers/bean/class_path.h"
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "meta_object/handlers/bean/jar_path_set.h"
+#include "meta_object/handlers/bean/plugin_state.h"
+
+namespace quenlatrix::meta_object::handlers::bean {
+namespace {
+
+namespace fs = std::filesystem;
+
+// In a directory of its own, where the file is looked for while there is no plug-in.
+class ClassPathTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = (fs::temp_directory_path() / "class_path_test.XXXXXX").string();
+    ASSERT_NE(mkdtemp(name.data()), nullptr) << name;
+    directory = name;
+    fs::current_path(directory);
+  }
+  ~ClassPathTest() override {
+    fs::current_path(before);
+    fs::remove_all(directory);
+    cleanJarPath();
+  }
+
+  static void SetVariable(const char* value) {
+    if (value == nullptr) {
+      unsetenv("CLASSPATH");
+    } else {
+      setenv("CLASSPATH", value, 1);
+    }
+  }
+  static void WriteFile(const fs::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+  }
+
+  const fs::path before = fs::current_path();
+  fs::path directory;
+};
+
+// What GetClassPath makes of a text that was there before.
+std::string ClassPathAfter(std::string text) {
+  const bool isThere = GetClassPath(text);
+  return (isThere ? "true " : "false ") + text;
+}
+
+TEST_F(ClassPathTest, TheVariableIsFollowedByTheLinesOfTheFile) {
+  const std::string full(2047, 'x');
+  struct Case {
+    const char* variable;  // null for none
+    std::string file;
+    std::string answer;
+  };
+  const Case cases[] = {
+      {nullptr, "/b\n", "false before"},
+      {"", "", "true before"},
+      {"", "/b\n", "true before:/b"},
+      {"/a", "", "true /a"},
+      {"/a/x.jar", "/b/y.jar\n/c\n\n", "true /a/x.jar:/b/y.jar:/c"},
+      {"/a:", "/b\n/c", "true /a:/b:/c"},
+      {":", "/b", "true :/b"},
+      {"/a", "\n\n/b\n\n\n/c\n", "true /a:/b:/c"},
+      {"/a", "/b\r\n\r\n", "true /a:/b\r:\r"},
+      {"/a", " /b \n# /c\n/d:\n/e", "true /a: /b :# /c:/d::/e"},
+      {"/a", full.substr(1) + "\n/b", "true /a:" + full.substr(1) + ":/b"},
+      {"/a", full + "\n/b", "true /a:" + full + ":/b"},
+      {"/a", full, "true /a:" + full},
+      {"/a", full + "y\n/b", "true /a:" + full + ":y:/b"},
+      {"/a", full + full + std::string(906, 'z'),
+       "true /a:" + full + ":" + full + ":" + std::string(906, 'z')},
+      {"/a", std::string("/b\0/c\n\0\n/d", 10), "true /a:/b:/d"},
+  };
+  for (const Case& c : cases) {
+    SetVariable(c.variable);
+    WriteFile(ClassPathFile, c.file);
+    EXPECT_EQ(ClassPathAfter("before"), c.answer) << c.file;
+  }
+}
+
+TEST_F(ClassPathTest, AnEmptyTextBecomesASeparatorAndTheFirstEntry) {
+  SetVariable("");
+  EXPECT_EQ(ClassPathAfter(""), "false ");
+  WriteFile(ClassPathFile, "/b\n");
+  EXPECT_EQ(ClassPathAfter(""), "true :/b");
+}
+
+TEST_F(ClassPathTest, AFileThatCannotBeReadAddsNothing) {
+  SetVariable("/a");
+  EXPECT_EQ(ClassPathAfter(""), "true /a") << "there is none";
+  fs::create_symlink(ClassPathFile, ClassPathFile);
+  EXPECT_EQ(ClassPathAfter(""), "true /a") << "a link to itself";
+  fs::remove(ClassPathFile);
+  fs::create_directory(ClassPathFile);
+  EXPECT_EQ(ClassPathAfter(""), "true /a") << "a directory";
+  fs::remove(ClassPathFile);
+  WriteFile(ClassPathFile, "/b");
+  EXPECT_EQ(ClassPathAfter(""), "true /a:/b") << "read anew each time";
+}
+
+TEST_F(ClassPathTest, MarkedJarsAreLookedForInTheWholeText) {
+  struct Case {
+    const char* jarPath;  // null for none
+    bool marked;
+    const char* variable;
+    bool isMissing;
+  };
+  const Case cases[] = {
+      {nullptr, true, nullptr, false},          {"/b/y.jar", false, "/a", false},
+      {"/b/y.jar", true, nullptr, true},        {"/b/y.jar", true, "", true},
+      {"/b/y.jar", true, "/a:/b/y.jar", false}, {"/b/y.jar", true, "/a:/b/y.jar.old", false},
+      {"/b/y.jar", true, "/b/y.ja", true},      {"/from/file.jar", true, "/a", false},
+  };
+  for (const Case& c : cases) {
+    cleanJarPath();
+    JarPathBean known;
+    known.jarPath = "/a";
+    known.beanName = "Known";
+    known.marked = c.variable != nullptr && c.variable[0] == '/' && c.variable[1] == 'a';
+    _JarPathBeanSet.Add(known);
+    if (c.jarPath != nullptr) {
+      JarPathBean bean;
+      bean.jarPath = c.jarPath;
+      bean.beanName = "Sought";
+      bean.marked = c.marked;
+      _JarPathBeanSet.Add(bean);
+    }
+    WriteFile(ClassPathFile,
+              c.variable != nullptr && *c.variable != '\0' ? "/from/file.jar\n" : "");
+    SetVariable(c.variable);
+    EXPECT_EQ(NotFoundPathInClassPath(), c.isMissing)
+        << (c.jarPath == nullptr ? "none" : c.jarPath) << " "
+        << (c.variable == nullptr ? "unset" : c.variable);
+  }
+}
+
+TEST_F(ClassPathTest, OperationsWithoutEffectAnswerTheirNumber) {
+  EXPECT_EQ(AddPath2ClassPath(), 0);
+  char name[] = "as it was";
+  EXPECT_EQ(GetDisplayName("a.jar", "a.Bean", name, sizeof name), 1);
+  EXPECT_STREQ(name, "as it was");
+}
+
+// The name is made once a process, so a process of its own looks for it.
+TEST_F(ClassPathTest, TheFileLiesBesideThePlugin) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto sayFileNameAndClassPath = [this] {
+    const fs::path plugin = directory / "plugin.so";
+    fs::copy_file(PLUGIN_FILE, plugin);
+    WriteFile(directory / ClassPathFile, "/beside");
+    fs::create_directory("elsewhere");
+    fs::current_path("elsewhere");
+    WriteFile(ClassPathFile, "/in/the/working/directory");
+    _HandlerInfo.moduleHandle = dlopen(plugin.c_str(), RTLD_NOW | RTLD_LOCAL);
+    std::string name;
+    std::string classPath = "/a";
+    const bool isKnown = GetClassPathFileName(name) && name == directory / ClassPathFile;
+    getPathFromFile(classPath);
+    fs::current_path(before);
+    fs::remove_all(directory);
+    std::fprintf(stderr, "%s%s\n", isKnown ? "" : name.c_str(), classPath.c_str());
+    std::exit(0);
+  };
+  EXPECT_EXIT(sayFileNameAndClassPath(), testing::ExitedWithCode(0), "^/a:/beside\n$");
+}
+
+}  // namespace
+}  // namespace quenlatrix::meta_object::handlers::bean
