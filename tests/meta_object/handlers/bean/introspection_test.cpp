@@ -1,0 +1,291 @@
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <set>
+
+#include "meta_object/info/method_info.h"
+#include "meta_object/info/object_info.h"
+#include "meta_object/info/param_info.h"
+#include "meta_object/info/property.h"
+#include "tests/meta_object/handlers/bean/plugin_fixture.h"
+#include "tests/support/jni_reference_tracker.h"
+
+namespace quenlatrix::test {
+namespace {
+
+namespace status = meta_object::handler_status;
+using meta_object::Handler;
+using meta_object::MethodType;
+using meta_object::ParamDirection;
+using meta_object::TypeDesc;
+using meta_object::info::MethodInfo;
+using meta_object::info::ObjectInfo;
+using meta_object::info::ParamInfo;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr unsigned long kAllFields = 31;
+
+class IntrospectionTest : public PluginTest {
+ protected:
+  static std::vector<std::string> MethodIds(Handler& bean) {
+    std::list<WideString>* ids = nullptr;
+    EXPECT_EQ(bean.GetMethodIDs(ids), 0U);
+    std::vector<std::string> texts;
+    for (const WideString& id : *ids) {
+      texts.push_back(Utf8(id));
+    }
+    bean.Release(ids);
+    return texts;
+  }
+
+  // "Get:getItems:3(int index) array of java.lang.String"; "*" marks what comes back.
+  static std::string Signature(Handler& bean, const std::string& id) {
+    MethodInfo* method = nullptr;
+    EXPECT_EQ(bean.GetMethodInfo(WideString(id.c_str()), kAllFields, method, 4711), 0U) << id;
+    EXPECT_EQ(method->context, 4711U);
+    EXPECT_EQ(Utf8(method->methodId), id);
+    EXPECT_EQ(id.substr(id.find(':') + 1, id.rfind(':') - id.find(':') - 1), Utf8(method->name));
+    std::string text = id + "(";
+    for (unsigned int i = 0; i < method->paramCount; ++i) {
+      ParamInfo* param = nullptr;
+      EXPECT_EQ(bean.GetParamInfo(WideString(id.c_str()), i, kAllFields, param, 4712), 0U) << id;
+      EXPECT_EQ(param->context, 4712U);
+      EXPECT_EQ(param->index, i);
+      EXPECT_EQ(Utf8(param->methodId), id);
+      EXPECT_FALSE(param->option1 || param->option2);
+      text += (i == 0 ? "" : ", ") + Utf8(param->type.displayName) + " " + Utf8(param->name) +
+              (param->direction == ParamDirection::InOut ? "*" : "");
+      bean.Release(param);
+    }
+    text += ") " + Utf8(method->returnType.displayName);
+    bean.Release(method);
+    return text;
+  }
+
+  std::vector<std::string> Catalogue(const std::string& className) {
+    Handler& bean = Make(className);
+    Introspect(bean);
+    std::vector<std::string> all;
+    for (const std::string& id : MethodIds(bean)) {
+      all.push_back(Signature(bean, id));
+    }
+    EXPECT_EQ(bean.GetMethodCount(), all.size());
+    return all;
+  }
+};
+
+TEST_F(IntrospectionTest, ListsAccessorsByBitsAndThenMethods) {
+  EXPECT_THAT(
+      Catalogue("beans.PlainProperty"),
+      ElementsAre("Get:getColor:0() int", "Set:setColor:1(int color) ",
+                  "Get:getName:2() java.lang.String", "Set:setName:3(java.lang.String name) ",
+                  "Invoke:paint:4(java.lang.String param1, int param2) int"));
+  EXPECT_THAT(
+      Catalogue("beans.IndexedProperty"),
+      ElementsAre("Get:getFlag:0( index) boolean", "Set:setFlag:1( index, boolean flag) ",
+                  "Get:isFlag:2( index) boolean", "Get:getItems:3() array of java.lang.String",
+                  "Set:setItems:4(array of java.lang.String items) ",
+                  "Get:getItems:5( index) java.lang.String",
+                  "Set:setItems:6( index, java.lang.String items) ", "Get:getSize:7() int",
+                  "Invoke:getSize:8(int param1) int",
+                  "Invoke:setItems:9(int param1, java.lang.Object param2*) void",
+                  "Invoke:setSize:10(int param1, int param2) void"));
+  EXPECT_THAT(
+      Catalogue("beans.BooleanProperty"),
+      ElementsAre("Get:isLevel:0() boolean", "Get:getLevel:1() int", "Set:setOpen:2(boolean open) ",
+                  "Get:isOpen:3() boolean", "Get:getShut:4() boolean", "Get:isShut:5() boolean",
+                  "Invoke:isKnown:6() java.lang.Boolean"));
+  EXPECT_THAT(
+      Catalogue("beans.NamedParameters"),
+      ElementsAre("Set:setColor:0(int color) ", "Invoke:area:1(int width, int height) int"));
+}
+
+TEST_F(IntrospectionTest, WhatCanChangeComesBack) {
+  const std::vector<std::string> methods = Catalogue("beans.ArrayEcho");
+  EXPECT_THAT(methods, testing::Contains(testing::HasSubstr(
+                           "(array of array of array of int param1*) array of array of array")));
+  EXPECT_EQ(std::ranges::count_if(
+                methods, [](const std::string& m) { return m.find('*') != std::string::npos; }),
+            static_cast<std::ptrdiff_t>(methods.size()));
+}
+
+TEST_F(IntrospectionTest, FillsOnlyTheFieldsThatTheMaskNames) {
+  Handler& bean = Make("beans.IndexedProperty");
+  Introspect(bean);
+  const WideString id(L"any:text:6");
+  for (unsigned long bit = 1; bit <= 16; bit *= 2) {
+    MethodInfo* method = nullptr;
+    ASSERT_EQ(bean.GetMethodInfo(id, bit, method, 1), 0U);
+    EXPECT_EQ(Utf8(method->name), bit == 1 ? "setItems" : "");
+    EXPECT_EQ(method->paramCount, bit == 4 ? 2U : 0U);
+    EXPECT_EQ(method->methodType, bit == 8 ? MethodType::Set : MethodType::Invoke);
+    bean.Release(method);
+    ParamInfo* param = nullptr;
+    ASSERT_EQ(bean.GetParamInfo(id, 1, bit, param, 1), 0U);
+    EXPECT_EQ(Utf8(param->type.typeName), bit == 1 ? "java.lang.String" : "");
+    EXPECT_EQ(Utf8(param->name), bit == 2 ? "items" : "");
+    EXPECT_EQ(param->index, 1U);
+    bean.Release(param);
+  }
+  MethodInfo* method = nullptr;
+  ASSERT_EQ(bean.GetMethodInfo(WideString(L"a:b:3"), 2, method, 1), 0U);
+  EXPECT_EQ(Utf8(method->returnType.typeName), "java.lang.String");
+  bean.Release(method);
+}
+
+TEST_F(IntrospectionTest, WhatIsNotInTheCatalogueIsNotFound) {
+  Handler& bean = Make("beans.PlainProperty");
+  Introspect(bean);
+  host.cache["beans.PlainProperty"].info.methods.push_back(nullptr);
+  const std::pair<const wchar_t*, meta_object::HandlerStatus> cases[] = {
+      {L"Invoke:paint:4", 0},
+      {L"Get:getColor:0", status::kInvalidIdentity},
+      {L"Invoke:paint:5", status::kIntrospectionFailed},
+      {L"Invoke:paint:6", status::kIntrospectionFailed},
+      {L"Invoke:paint:-1", status::kIntrospectionFailed},
+      {L"Invoke:paint:99999999999999999999999", status::kIntrospectionFailed},
+      {L"Invoke:paint", status::kIntrospectionFailed},
+      {L"", status::kIntrospectionFailed},
+  };
+  for (const auto& [id, expected] : cases) {
+    ParamInfo* param = nullptr;
+    EXPECT_EQ(bean.GetParamInfo(WideString(id), 1, kAllFields, param, 0), expected) << Utf8(id);
+    EXPECT_EQ(param != nullptr, expected == 0);
+    bean.Release(param);
+    MethodInfo* method = nullptr;
+    EXPECT_EQ(bean.GetMethodInfo(WideString(id), kAllFields, method, 0),
+              expected == status::kInvalidIdentity ? 0U : expected)
+        << Utf8(id);
+    bean.Release(method);
+  }
+  ParamInfo* param = nullptr;
+  EXPECT_EQ(bean.GetParamInfo(WideString(L"Invoke:paint:4"), 2, kAllFields, param, 0),
+            status::kInvalidIdentity);
+  EXPECT_EQ(MethodIds(bean).size(), 5U) << "the empty entry is left out";
+  EXPECT_EQ(bean.GetMethodCount(), 6U) << "but counted";
+}
+
+TEST_F(IntrospectionTest, DescribesAnObjectByItsClassAndItsCounts) {
+  Handler& bean = Make("beans.PlainProperty");
+  ObjectInfo* info = nullptr;
+  EXPECT_EQ(bean.GetObjectInfo(info, "JAVABEAN://shop.Widget", true), status::kIntrospectionFailed);
+  EXPECT_EQ(Utf8(info->description), "shop.Widget in CLASSPATH environment")
+      << "handed out all the same";
+  bean.Release(info);
+  Introspect(bean);
+  host.cache["beans.PlainProperty"].info.methods.push_back(nullptr);
+  EXPECT_EQ(bean.GetObjectInfo(info, nullptr, true), 0U);
+  EXPECT_EQ(Utf8(info->description), "beans.PlainProperty in CLASSPATH environment");
+  EXPECT_EQ(info->infoKind, 1U);
+  EXPECT_TRUE(info->flagA);
+  std::vector<std::string> properties;
+  for (const meta_object::Property* property : info->properties) {
+    EXPECT_TRUE(property->flag);
+    properties.push_back(Utf8(property->name) + " = " + Utf8(property->value));
+  }
+  EXPECT_THAT(properties, ElementsAre("Attribute Methods = 4", "Regular Methods = 1"));
+  bean.Release(info);
+}
+
+TEST_F(IntrospectionTest, FillsAClassOnceAndLeavesNoReference) {
+  Handler& bean = Make("beans.PlainProperty");
+  host.log.clear();
+  {
+    const JniReferenceTracker tracker(Env());
+    Introspect(bean);
+    EXPECT_EQ(tracker.LiveLocals() + tracker.LiveGlobals() + tracker.OpenFrames(), 0);
+    EXPECT_GT(tracker.LocalsMade(), 20);
+  }
+  Handler& other = Make("beans.PlainProperty");
+  const JniReferenceTracker tracker(Env());
+  Introspect(other);
+  EXPECT_EQ(tracker.LocalsMade(), 0) << "no Java call for a class that is known";
+  EXPECT_THAT(host.log, ElementsAre("open beans.PlainProperty", "done", "close beans.PlainProperty",
+                                    "may JAVABEAN beans.PlainProperty", "open beans.PlainProperty",
+                                    "close beans.PlainProperty"));
+  EXPECT_EQ(other.GetMethodCount(), 5U);
+}
+
+TEST_F(IntrospectionTest, AHandlerWithoutAnObjectFillsAnEmptyCatalogue) {
+  Handler& empty = NewHandler();
+  EXPECT_EQ(empty.OpenIntrospect("no identity"), status::kInvalidIdentity);
+  EXPECT_EQ(empty.CloseIntrospect(), 0U);
+  EXPECT_EQ(empty.OpenIntrospect("JAVABEAN://beans.Point"), 0U);
+  EXPECT_EQ(empty.CloseIntrospect(), 0U);
+  EXPECT_EQ(empty.GetMethodCount(), 0U);
+  std::list<WideString>* ids = nullptr;
+  EXPECT_EQ(empty.GetMethodIDs(ids), status::kIntrospectionFailed);
+  EXPECT_EQ(ids, nullptr);
+}
+
+TEST_F(IntrospectionTest, TheCachesAnswersDecide) {
+  Handler& bean = Make("beans.Point");
+  host.isOpened = false;
+  EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kIntrospectionFailed);
+  bean.CloseIntrospect();
+  host.isOpened = true;
+  host.isDoneAccepted = false;
+  EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kIntrospectionFailed);
+  bean.CloseIntrospect();
+}
+
+TEST_F(IntrospectionTest, EveryIdentifierOfLargeClassesIsFoundAgain) {
+  for (const char* name : {"java.util.ArrayList", "javax.swing.DefaultBoundedRangeModel",
+                           "java.text.SimpleDateFormat", "beans.ManyMethods300"}) {
+    Handler& bean = Make(name);
+    Introspect(bean);
+    const std::vector<std::string> ids = MethodIds(bean);
+    EXPECT_GT(ids.size(), 10U) << name;
+    std::set<std::string> signatures;
+    for (const std::string& id : ids) {
+      signatures.insert(Signature(bean, id));
+    }
+    EXPECT_EQ(signatures.size(), ids.size()) << name;
+  }
+}
+
+// The Java side is what the class path says.
+class BrokenIntrospectorTest : public PluginTest {
+ protected:
+  meta_object::HandlerStatus IntrospectWith(const std::vector<std::string>& classPath) {
+    TestVm::SetClassPath(classPath);
+    PluginTest::SetUp();
+    Handler& bean = Make("java.util.ArrayList");
+    host.log.clear();
+    const JniReferenceTracker tracker(Env());
+    const meta_object::HandlerStatus answer = bean.OpenIntrospect(nullptr);
+    EXPECT_EQ(bean.CloseIntrospect(), 0U);
+    EXPECT_EQ(Env()->ExceptionCheck(), JNI_FALSE);
+    EXPECT_EQ(tracker.LiveLocals() + tracker.LiveGlobals() + tracker.OpenFrames(), 0);
+    return answer;
+  }
+  void SetUp() override {
+    if (dlopen("libjvm.so", RTLD_NOW | RTLD_NOLOAD) != nullptr) {
+      GTEST_SKIP() << "needs a process of its own, as CTest gives it";
+    }
+  }
+  void TearDown() override {
+    if (plugin != nullptr) {
+      PluginTest::TearDown();
+    }
+  }
+};
+
+TEST_F(BrokenIntrospectorTest, AMissingClassFailsTheFill) {
+  EXPECT_EQ(IntrospectWith({TestVm::Jar("test_beans.jar")}), status::kIntrospectionFailed);
+  EXPECT_THAT(host.log,
+              ElementsAre("open java.util.ArrayList", "failed", "close java.util.ArrayList"));
+}
+
+TEST_F(BrokenIntrospectorTest, AMethodOfAnotherSignatureFailsTheFill) {
+  EXPECT_EQ(IntrospectWith({TestVm::Jar("long_indexes_bridge.jar")}), status::kIntrospectionFailed);
+}
+
+TEST_F(BrokenIntrospectorTest, CountsThatThrowAreAnEmptyCatalogue) {
+  EXPECT_EQ(IntrospectWith({TestVm::Jar("telling_bridge.jar")}), 0U);
+  EXPECT_THAT(host.cache["java.util.ArrayList"].info.methods, IsEmpty());
+}
+
+}  // namespace
+}  // namespace quenlatrix::test
