@@ -1,6 +1,7 @@
 #include "host/bean_script.h"
 
 #include <algorithm>
+#include <charconv>
 #include <istream>
 
 namespace quenlatrix::host {
@@ -96,6 +97,21 @@ Report RunDescribe(LineReader& line, const Statement& statement, Session& sessio
   return session.Describe(TakeLastWord(line, statement, "NAME or CLASS"));
 }
 
+Report RunWalk(LineReader& line, const Statement& statement, Session& session) {
+  const std::string name = TakeName(line, statement);
+  int skip = 0;
+  if (!line.IsAtEnd()) {
+    if (line.TakeWord() != "skip") RefuseForm(statement, "\"skip\" is missing");
+    const std::string count = TakeLastWord(line, statement, "N");
+    if (!ReadCount(count, skip)) RefuseForm(statement, "\"" + count + "\" is no count");
+  }
+  return session.Walk(name, skip);
+}
+
+Report RunSize(LineReader& line, const Statement& statement, Session& session) {
+  return session.Size(TakeLastWord(line, statement, "NAME"));
+}
+
 Report RunRelease(LineReader& line, const Statement& statement, Session& session) {
   return session.Release(TakeLastWord(line, statement, "NAME"));
 }
@@ -105,6 +121,8 @@ constexpr Statement kStatements[] = {
     {"call", "call NAME METHOD [ARG]...", "calls a method, shows the result", RunCall},
     {"let", "let NAME = call NAME METHOD [ARG]...", "calls a method, keeps the result", RunLet},
     {"describe", "describe NAME|CLASS", "shows what a bean offers", RunDescribe},
+    {"walk", "walk NAME [skip N]", "shows the elements of a collection", RunWalk},
+    {"size", "size NAME", "shows how many elements it has", RunSize},
     {"release", "release NAME", "lets go of what the name holds", RunRelease},
 };
 
@@ -120,6 +138,12 @@ const Statement& FindStatement(std::string_view keyword) {
 }
 
 }  // namespace
+
+bool ReadCount(std::string_view text, int& count) {
+  const char* end = text.data() + text.size();
+  const std::from_chars_result read = std::from_chars(text.data(), end, count);
+  return read.ec == std::errc() && read.ptr == end && count >= 0;
+}
 
 std::string StatementsHelp() {
   std::string text;

@@ -13,11 +13,16 @@ namespace quenlatrix::host {
 //   call NAME METHOD [ARG]...
 //   let NAME = call NAME METHOD [ARG]...
 //   describe NAME|CLASS
+//   walk NAME [skip N]
+//   size NAME
 //   release NAME
 //   # comment
 
 // One line each, for the help.
 std::string StatementsHelp();
+
+// Reads a count of elements, a whole number from 0 on; false for any other text.
+bool ReadCount(std::string_view text, int& count);
 
 // Whether the line is a statement, and no comment and not empty.
 bool IsStatement(std::string_view line);

@@ -38,12 +38,26 @@ void AddOptions(CLI::App& app, CommandOptions& options) {
   app.add_flag("--keep-going", options.keepGoing, "a script goes on after a statement that fails");
 }
 
-void AddCommands(CLI::App& app) {
+// ARGs are whatever stands behind the first word; other commands have a fixed number of words, and
+// options may stand between and behind them.
+void AddCommands(CLI::App& app, CommandLine& line) {
   for (const Command& command : Commands()) {
-    const std::string words = std::string(command.words) + ": ";
-    CLI::App* sub = app.add_subcommand(command.name, words + command.help);
+    const std::string form = std::string(command.words) + ": ";
+    CLI::App* sub = app.add_subcommand(command.name, form + command.help);
     sub->fallthrough();
+    if (command.mostWords == kAnyNumberOfWords) {
+      sub->prefix_command();
+    } else {
+      sub->add_option("words", line.words)->group("");
+    }
   }
+  app.get_subcommand("walk")
+      ->add_option("--skip", line.options.skip, "elements to pass over first")
+      ->type_name("N")
+      ->check([](const std::string& text) {
+        int count = 0;
+        return ReadCount(text, count) ? std::string() : "expected a count from 0 on, found " + text;
+      });
   app.get_subcommand("call")->footer(kArguments);
   app.get_subcommand("run")->footer("Statements:\n" + StatementsHelp() + "\n" + kArguments);
 }
@@ -62,16 +76,20 @@ ExitStatus Refuse(const std::string& what) {
 
 // What is wrong with the command and its words; empty when nothing is.
 std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& words) {
-  const bool isOption = !words.empty() && words[0].size() > 1 && words[0][0] == '-';
-  if (isOption) return "\"" + words[0] + "\" is no option";
+  const bool takesArguments =
+      line.command != nullptr && line.command->mostWords == kAnyNumberOfWords;
+  for (const std::string& word : words) {
+    if (!takesArguments && word.size() > 1 && word[0] == '-') {
+      return "\"" + word + "\" is no option";
+    }
+  }
   if (line.command == nullptr) {
     return words.empty() ? "a command is missing" : "\"" + words[0] + "\" is no command";
   }
   const Command& command = *line.command;
   if (words.size() >= command.leastWords && words.size() <= command.mostWords) return {};
   return "\"" + std::string(command.name) + "\" takes " + command.words + ", found " +
-         (words.empty() ? "nothing" : std::to_string(words.size()) + " words") +
-         " (options stand before the command)";
+         (words.empty() ? "nothing" : std::to_string(words.size()) + " words");
 }
 
 }  // namespace
@@ -80,11 +98,10 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
   CLI::App app("Runs Java beans through the Java Bean object handler.", "beanhost");
   CommandLine line;
   AddOptions(app, line.options);
-  AddCommands(app);
+  AddCommands(app, line);
   app.set_version_flag("--version", std::string("beanhost ") + BEANHOST_VERSION);
   app.footer(kStatuses);
-  // Words from the first that is no option on are the command's own, whatever they look like.
-  app.prefix_command();
+  app.allow_extras();
   app.require_subcommand(0, 1);
   try {
     app.parse(argc, argv);
@@ -92,7 +109,8 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
     line.status = app.exit(error) == 0 ? ExitStatus::Done : ExitStatus::Usage;
     return line;
   }
-  line.words = app.remaining(true);
+  const std::vector<std::string> rest = app.remaining(true);
+  line.words.insert(line.words.end(), rest.begin(), rest.end());
   const std::vector<CLI::App*> found = app.get_subcommands();
   line.command = found.empty() ? nullptr : FindCommand(found.front()->get_name());
   const std::string why = WhyRefused(line, line.words);

@@ -4,9 +4,9 @@
 #include <cstring>
 #include <fstream>
 #include <iostream>
-#include <limits>
 #include <memory>
 
+#include "host/bean_discovery.h"
 #include "host/bean_script.h"
 #include "host/document_output.h"
 #include "host/host.h"
@@ -14,8 +14,6 @@
 namespace quenlatrix::host {
 
 namespace {
-
-constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
 
 void WriteError(const std::string& text) { std::cerr << "beanhost: " << text << std::endl; }
 
@@ -104,6 +102,31 @@ ExitStatus RunCall(const CommandOptions& options, const std::vector<std::string>
                    [&](Session& session) { return session.CallClass(words[0], request); });
 }
 
+ExitStatus RunWalk(const CommandOptions& options, const std::vector<std::string>& words,
+                   DocumentOutput& output) {
+  return RunOnHost(options, output,
+                   [&](Session& session) { return session.WalkClass(words[0], options.skip); });
+}
+
+ExitStatus RunBeans(const CommandOptions& options, const std::vector<std::string>& words,
+                    DocumentOutput& output) {
+  Reporter reporter(options, output);
+  const std::unique_ptr<Host> host = StartHost(options, reporter);
+  if (!host) return ExitStatus::NothingToRunOn;
+  const Discovery found = DiscoverBeans(host->GetVm(), words[0]);
+  Report report;
+  report.document["path"] = words[0];
+  report.document["beans"] = found.names;
+  for (const std::string& name : found.names) report.text += name + "\n";
+  if (!found.isReadable) {
+    report.Fail(ExitStatus::Failed,
+                words[0] + " can't be read: expected a jar or a directory of classes");
+  } else if (found.names.empty()) {
+    std::cerr << "beanhost: no bean found in " << words[0] << std::endl;
+  }
+  return reporter.Write(report);
+}
+
 ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::string>& words,
                          DocumentOutput& output) {
   Reporter reporter(options, output);
@@ -138,9 +161,11 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
 
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
+      {"beans", "JAR|DIR", "the bean classes found there", 1, 1, RunBeans},
       {"describe", "CLASS", "its accessors and methods, as a table", 1, 1, RunDescribe},
       {"call", "CLASS METHOD [ARG]...", "makes a bean, calls one method, prints the result", 2,
-       kAnyNumber, RunCall},
+       kAnyNumberOfWords, RunCall},
+      {"walk", "CLASS [--skip N]", "a collection's elements", 1, 1, RunWalk},
       {"run", "FILE", "a script, one statement a line; \"-\" is standard input", 1, 1,
        RunScriptFile},
   };

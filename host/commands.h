@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -9,7 +10,7 @@ namespace quenlatrix::host {
 
 class DocumentOutput;
 
-// The options that stand before a command.
+// The options of the command line.
 struct CommandOptions {
   std::string classPath;
   std::vector<std::string> javaOptions;
@@ -18,7 +19,11 @@ struct CommandOptions {
   std::vector<std::string> deny;
   bool json = false;
   bool keepGoing = false;
+  int skip = 0;
 };
+
+// Stands for a command's most words when ARGs are among them.
+inline constexpr std::size_t kAnyNumberOfWords = std::numeric_limits<std::size_t>::max();
 
 // A command of the program. Its words are counted and handed over as they are.
 struct Command {

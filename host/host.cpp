@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "meta_object/handlers/bean/class_path.h"
 #include "meta_object/identity.h"
 #include "meta_object/info/handler_info.h"
 #include "meta_object/no_throw.h"
@@ -74,6 +75,18 @@ std::vector<std::string> SplitPath(std::string_view path) {
   return entries;
 }
 
+// As the plug-in has it, and what the options add.
+std::string ClassPathOf(const Host::Options& options, const std::string& pluginFile) {
+  namespace bean = meta_object::handlers::bean;
+  std::string classPath;
+  bean::GetClassPath((fs::path(pluginFile).parent_path() / bean::ClassPathFile).string(),
+                     classPath);
+  if (!classPath.empty() && !options.classPath.empty()) {
+    classPath += ':';
+  }
+  return classPath + options.classPath;
+}
+
 // A jar beside the plug-in or beside the program; empty when it is at neither place.
 std::string FindJar(const std::string& name, const std::string& pluginFile) {
   for (const std::string& file : {pluginFile, PluginLibrary::DefaultFile()}) {
@@ -126,8 +139,8 @@ std::unique_ptr<Host> Host::Start(const Options& options, std::string& why) {
 bool Host::StartVm(const Options& options, std::string& why) {
   JavaVm::Options vmOptions;
   vmOptions.home = options.javaHome;
-  vmOptions.classPath = SplitPath(options.classPath);
-  classPath = options.classPath;
+  classPath = ClassPathOf(options, plugin->GetFile());
+  vmOptions.classPath = SplitPath(classPath);
   const std::string pluginJar = FindJar(kPluginJar, plugin->GetFile());
   if (pluginJar.empty()) {
     why = std::string("the plug-in's Java side, ") + kPluginJar + ", lies neither beside " +

@@ -31,8 +31,9 @@ class Host {
     std::string pluginFile;
     // See JavaVm::Options::home.
     std::string javaHome;
-    // Entries separated by ":", as the "java" command takes them; empty for none. The jars of the
-    // plug-in and of the host are put behind these.
+    // Entries separated by ":", as the "java" command takes them; empty for none. They come behind
+    // the plug-in's own class path (CLASSPATH and "beanpaths.ini" beside it), the jars of the
+    // plug-in and of the host behind these.
     std::string classPath;
     std::vector<std::string> javaOptions;
     // See SecurityPolicy.

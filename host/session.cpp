@@ -28,6 +28,37 @@ std::string WhyFailed(const std::string& called, const CallOutcome& outcome) {
          std::to_string(outcome.status) + "); \"describe\" shows what each parameter takes";
 }
 
+struct ElementType {
+  TypeDesc::Key key;
+  const wchar_t* name;
+};
+
+// The nearest Java type that every element with a key has: a walk doesn't tell an Integer from a
+// Long.
+constexpr ElementType kElementTypes[] = {
+    {TypeDesc::Key::Int, L"java.lang.Number"},    {TypeDesc::Key::Real, L"java.lang.Number"},
+    {TypeDesc::Key::String, L"java.lang.String"}, {TypeDesc::Key::Char, L"java.lang.Character"},
+    {TypeDesc::Key::Bool, L"java.lang.Boolean"},
+};
+
+TypeDesc TypeOfElement(const type::Object& element) {
+  TypeDesc desc = element.GetMetaItemType();
+  if (desc.typeName.getWCharPtr() == nullptr && !desc.arrayInfo) {
+    for (const ElementType& row : kElementTypes) {
+      if (row.key == desc.key) desc.typeName.assign(row.name);
+    }
+  }
+  return desc;
+}
+
+[[noreturn]] void RefuseWalk(BeanObject& bean) {
+  throw HostError(ExitStatus::Failed,
+                  bean.ClassName() +
+                      " can't be walked: expected iterator(), size() and elements that are not "
+                      "null, and found one that is missing or failed; \"describe\" shows what it "
+                      "has");
+}
+
 }  // namespace
 
 void Report::Fail(ExitStatus newStatus, const std::string& newError) {
@@ -229,6 +260,41 @@ Report Session::CallClass(const std::string& className, const CallRequest& reque
   return Reported([&](Report& report) {
     BeanObject bean = Make(className, report);
     Call(bean, request, {}, report);
+  });
+}
+
+void Session::WalkBean(BeanObject& bean, int skip, Report& report) {
+  const WalkOutcome outcome = bean.Walk(skip);
+  Document items = Document::array();
+  const ObjectViewer view = [this](const type::Object& value) { return View(value, {}); };
+  for (const ValuePtr& item : outcome.items) {
+    const TypeDesc desc = item ? TypeOfElement(*item) : TypeDesc();
+    items.push_back(ValueDocument(item.get(), desc, view));
+    report.text += ValueText(item.get(), desc, view) + "\n";
+  }
+  report.document["size"] = outcome.size;
+  report.document["items"] = std::move(items);
+  if (outcome.status != handler_status::kSuccess) RefuseWalk(bean);
+}
+
+Report Session::Walk(const std::string& name, int skip) {
+  return Reported([&](Report& report) { WalkBean(held.GetObject(name), skip, report); });
+}
+
+Report Session::WalkClass(const std::string& className, int skip) {
+  return Reported([&](Report& report) {
+    BeanObject bean = Make(className, report);
+    WalkBean(bean, skip, report);
+  });
+}
+
+Report Session::Size(const std::string& name) {
+  return Reported([&](Report& report) {
+    BeanObject& bean = held.GetObject(name);
+    int size = 0;
+    if (bean.CollectionSize(size) != handler_status::kSuccess) RefuseWalk(bean);
+    report.document["size"] = size;
+    report.text = std::to_string(size) + "\n";
   });
 }
 

@@ -47,6 +47,12 @@ class Session {
   // Makes a bean for this one call.
   Report CallClass(const std::string& className, const CallRequest& request);
   Report Release(const std::string& name);
+  // Walks what is held under the name as a collection, without its first `skip` elements.
+  Report Walk(const std::string& name, int skip);
+  // Makes a bean for this one walk.
+  Report WalkClass(const std::string& className, int skip);
+  // What the collection held under the name says of its size.
+  Report Size(const std::string& name);
 
  private:
   struct PreparedCall;
@@ -63,6 +69,7 @@ class Session {
   void Prepare(BeanObject& bean, const CallRequest& request, PreparedCall& call);
   void KeepResult(const std::string& letName, PreparedCall& call);
   void ReportCall(const std::string& letName, PreparedCall& call, Report& report);
+  void WalkBean(BeanObject& bean, int skip, Report& report);
   void KeepArrays(const CallRequest& request, PreparedCall& call);
   ObjectView View(const meta_object::type::Object& value, const std::string& letName);
 
