@@ -129,12 +129,18 @@ TEST(Discovery, WhatIsNoJarHasNoBeans) {
 }
 
 const JNINativeInterface_* original = nullptr;
-int callsUntilFault = 0;
+int callsUntilFault = -1;
 
 TEST(Discovery, ANameThatIsLostEndsTheListAndCounts) {
   PatchedJni patch(TestVm::Env());
   original = &patch.Original();
-  callsUntilFault = 2;
+  // Counts from the end of the search on, in which the VM's own native code works with the table.
+  patch.Table().CallBooleanMethodV = [](JNIEnv* env, jobject object, jmethodID method,
+                                        va_list arguments) {
+    const jboolean answer = original->CallBooleanMethodV(env, object, method, arguments);
+    callsUntilFault = 2;
+    return answer;
+  };
   patch.Table().GetStringUTFChars = [](JNIEnv* env, jstring text, jboolean* isCopy) -> const char* {
     if (callsUntilFault-- != 0) {
       return original->GetStringUTFChars(env, text, isCopy);
