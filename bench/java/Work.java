@@ -1,11 +1,16 @@
 package bench;
 
+import java.util.ArrayList;
+import java.util.List;
+
 /** What the benchmarks call: methods that do next to nothing themselves. */
 public class Work {
   private static final Object OBJECT = new StringBuilder("object");
   private final int[] thousand = new int[1000];
   private final int[] million = new int[1000000];
   private final String[] texts = new String[10000];
+  private final List<String> stringList = new ArrayList<>();
+  private final List<Integer> integerList = new ArrayList<>();
 
   public Work() {
     for (int i = 0; i < million.length; ++i) {
@@ -14,6 +19,10 @@ public class Work {
     System.arraycopy(million, 0, thousand, 0, thousand.length);
     for (int i = 0; i < texts.length; ++i) {
       texts[i] = "text " + i;
+    }
+    for (int i = 0; i < 100000; ++i) {
+      stringList.add("text " + i);
+      integerList.add(i);
     }
   }
 
@@ -34,4 +43,8 @@ public class Work {
   public int takeTexts(String[] values) { return values.length; }
 
   public String[] giveTexts() { return texts; }
+
+  public List<String> stringList() { return stringList; }
+
+  public List<Integer> integerList() { return integerList; }
 }

@@ -1,4 +1,5 @@
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "meta_object/handlers/bean/bean_handler.h"
@@ -27,6 +28,12 @@ HandlerStatus OnOpenWalk(context::CollectionContext& context, Operation&& operat
 
 HandlerStatus StatusOf(bool isDone) {
   return isDone ? handler_status::kSuccess : handler_status::kNoCollection;
+}
+
+TypeDesc DescribeClass(ZuText const& name) {
+  WideString wide;
+  AppendModifiedUtf8(name.GetTextEx(), wide);
+  return GetTypeDesc(wide.getWCharPtr());
 }
 
 // The elements of a walk that aren't converted yet; their references go with it.
@@ -90,14 +97,15 @@ HandlerStatus BeanHandler::GetNextItems(context::CollectionContext& context, int
     if (!walk.Next(count, elements.objects, elements.types)) {
       return handler_status::kNoCollection;
     }
+    CBeanMethodInvoke conversion(WideString::empty, walk.GetEnv(), objectRef, false);
     ZuText type;
-    WideString typeName;
+    std::string convertedType;
     while (!elements.IsEmpty()) {
       auto const element = elements.TakeFirst(type);
-      typeName.assign(L"");
-      AppendModifiedUtf8(type.GetTextEx(), typeName);
-      CBeanMethodInvoke conversion(WideString::empty, walk.GetEnv(), objectRef, false);
-      conversion.SetReturnDataType(GetTypeDesc(typeName.getWCharPtr()));
+      if (convertedType != type.GetTextEx()) {
+        convertedType = type.GetTextEx();
+        conversion.SetReturnDataType(DescribeClass(type));
+      }
       jvalue value;
       value.l = element.Get();
       type::Object* item = nullptr;

@@ -1,5 +1,7 @@
 #include "meta_object/handlers/bean/j_collection.h"
 
+#include <utility>
+
 #include "meta_object/handlers/bean/java_exception.h"
 #include "meta_object/handlers/bean/java_lookup.h"
 #include "meta_object/handlers/bean/java_refs.h"
@@ -82,7 +84,9 @@ bool JCollection::Next(int, std::list<jobject>& objects, std::list<ZuText>& type
       !HasNext(has)) {
     return false;
   }
+  // Neighbours are mostly of one class, whose name needn't be asked for again.
   ZuText type;
+  LocalRef<jclass> typeClass;
   while (has) {
     auto object = LocalRef<jobject>::Adopt(env, env->CallObjectMethod(iterator, nextMethod));
     if (IsJavaExceptionHappened(env, nullptr) || !object) {
@@ -93,7 +97,13 @@ bool JCollection::Next(int, std::list<jobject>& objects, std::list<ZuText>& type
       return false;
     }
     object.Reset();
-    if (!GetObjectType(env, reference.Get(), type, introspector) || !HasNext(has)) {
+    auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(reference.Get()));
+    bool const isKnown = typeClass && env->IsSameObject(cls.Get(), typeClass.Get()) == JNI_TRUE;
+    if (!isKnown && !GetObjectType(env, reference.Get(), type, introspector)) {
+      return false;
+    }
+    typeClass = std::move(cls);
+    if (!HasNext(has)) {
       return false;
     }
     if (type.GetSize() > 0) {

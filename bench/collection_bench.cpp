@@ -1,0 +1,104 @@
+// A walk over a whole collection, beside the same walk in bare JNI: the iterator's two methods and
+// each element's text, with every identifier kept.
+
+#include <benchmark/benchmark.h>
+
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench/bench_host.h"
+#include "meta_object/type/blob.h"
+
+namespace quenlatrix::bench {
+namespace {
+
+using meta_object::Handler;
+using meta_object::TypeDesc;
+using meta_object::type::Blob;
+using meta_object::type::Object;
+
+constexpr int kElements = 100000;
+
+// A collection that a method of the bean gives out.
+class HeldCollection {
+ public:
+  explicit HeldCollection(char const* method) {
+    WideString id(L"Invoke:");
+    id.append(method);
+    id.append(L":0");
+    std::list<Object*> params;
+    TypeDesc const type(TypeDesc::Key::Object, WideString(L"java.util.List"),
+                        WideString(L"java.util.List"));
+    value_.reset(Call(bean_.Get(), id, params, type));
+  }
+  HeldCollection(HeldCollection const&) = delete;
+  HeldCollection& operator=(HeldCollection const&) = delete;
+  ~HeldCollection() {
+    value_->ReleaseItem();
+    value_.reset();
+    BenchHost::Get().Collect();
+  }
+
+  Handler* Get() const { return static_cast<Blob*>(value_.get())->GetValue(); }
+  jobject Instance() const { return static_cast<jobject>(Get()->GetObjectRef()); }
+
+ private:
+  HeldBean bean_{"bench.Work"};
+  std::unique_ptr<Object> value_;
+};
+
+void WalkOurs(benchmark::State& state, char const* method) {
+  HeldCollection const collection(method);
+  for (auto _ : state) {
+    meta_object::context::CollectionContext walk;
+    std::list<Object*> items;
+    int delivered = 0;
+    collection.Get()->OpenCollection(walk);
+    collection.Get()->GetNextItems(walk, 0, items, &delivered);
+    collection.Get()->CloseCollection(walk);
+    if (delivered != kElements) {
+      state.SkipWithError("a walk gave another number of elements");
+    }
+    for (Object* const item : items) {
+      Free(item);
+    }
+  }
+}
+
+// Both classes' toString() is looked up in Object's, which calls the element's own.
+void WalkFloor(benchmark::State& state, char const* method) {
+  HeldCollection const collection(method);
+  JNIEnv* const env = BenchHost::Get().Env();
+  auto const find = [env](char const* cls, char const* name, char const* signature) {
+    return env->GetMethodID(env->FindClass(cls), name, signature);
+  };
+  jmethodID const iterator = find("java/util/List", "iterator", "()Ljava/util/Iterator;");
+  jmethodID const hasNext = find("java/util/Iterator", "hasNext", "()Z");
+  jmethodID const next = find("java/util/Iterator", "next", "()Ljava/lang/Object;");
+  jmethodID const toString = find("java/lang/Object", "toString", "()Ljava/lang/String;");
+  for (auto _ : state) {
+    std::vector<std::string> texts;
+    jobject const walk = env->CallObjectMethod(collection.Instance(), iterator);
+    while (env->CallBooleanMethod(walk, hasNext) == JNI_TRUE) {
+      jobject const element = env->CallObjectMethod(walk, next);
+      auto* const text = static_cast<jstring>(env->CallObjectMethod(element, toString));
+      char const* const chars = env->GetStringUTFChars(text, nullptr);
+      texts.emplace_back(chars);
+      env->ReleaseStringUTFChars(text, chars);
+      env->DeleteLocalRef(text);
+      env->DeleteLocalRef(element);
+    }
+    env->DeleteLocalRef(walk);
+    benchmark::DoNotOptimize(texts.data());
+  }
+}
+
+BENCHMARK_CAPTURE(WalkOurs, strings, "stringList")->Name("walk 100,000 Strings|ours");
+BENCHMARK_CAPTURE(WalkFloor, strings, "stringList")->Name("walk 100,000 Strings|floor");
+BENCHMARK_CAPTURE(WalkOurs, integers, "integerList")->Name("walk 100,000 Integers|ours");
+BENCHMARK_CAPTURE(WalkFloor, integers, "integerList")->Name("walk 100,000 Integers|floor");
+
+}  // namespace
+}  // namespace quenlatrix::bench
