@@ -393,8 +393,8 @@ int mostLocals = 0;
 // Looks at the local references whenever a call into Java begins.
 void NoteLocals() { mostLocals = std::max(mostLocals, watched->LiveLocals()); }
 
-TEST_F(CollectionTest, AMillionElementsKeepNoReferences) {
-  constexpr int kElements = 1000000;
+TEST_F(CollectionTest, TwoHundredThousandElementsKeepNoReferences) {
+  constexpr int kElements = 200000;
   Values values;
   values.push_back(MakeValue("int", std::to_wstring(kElements)));
   const CallOutcome made =
@@ -417,12 +417,12 @@ TEST_F(CollectionTest, AMillionElementsKeepNoReferences) {
   ASSERT_EQ(walk.Open(), kDone);
   const std::vector<std::string> items = walk.Rest();
   ASSERT_EQ(items.size(), static_cast<std::size_t>(kElements));
-  EXPECT_EQ(items[kElements - 1], "Int 999999");
-  EXPECT_EQ(items[kElements - 2], "Int [999998]");
-  EXPECT_EQ(items[kElements - 3], "String text");
+  EXPECT_EQ(items[kElements - 1], "String text");
+  EXPECT_EQ(items[kElements - 2], "Int 199998");
+  EXPECT_EQ(items[kElements - 3], "Int [199997]");
   EXPECT_EQ(walk.Reset(), kDone);
   EXPECT_EQ(walk.Skip(kElements - 1), kDone);
-  EXPECT_THAT(walk.Rest(), ElementsAre("Int 999999"));
+  EXPECT_THAT(walk.Rest(), ElementsAre("String text"));
   EXPECT_EQ(walk.Close(), kDone);
   EXPECT_GT(tracker.LocalsMade(), 2 * kElements);
   EXPECT_GE(tracker.GlobalsMade(), kElements);
