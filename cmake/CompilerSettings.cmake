@@ -4,7 +4,7 @@ add_library(project_settings INTERFACE)
 target_include_directories(project_settings INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(project_settings INTERFACE -Wall -Wextra -Wconversion -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # Members carry the interface's own names, so a parameter may shadow a member but never a local.
+  # Members carry plain names, so a parameter may shadow a member but never a local.
   # A library with unique symbols can't be unloaded.
   target_compile_options(project_settings INTERFACE -Wshadow=local -fno-gnu-unique)
 else()

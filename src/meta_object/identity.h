@@ -59,7 +59,8 @@ class Identity {
   bool SetHandler(std::string const& text);
   bool SetHandlerData(std::string const& text);
   // Replaces the value of the first attribute of that name, whose spelling stays, or appends an
-  // attribute. False also when the name is empty: no attribute is without a name.
+  // attribute. False also for an empty name: no attribute is without one, so the text only becomes
+  // canonical.
   bool SetAttribute(std::string const& name, std::string const& value);
   // Removes the first attribute of that name; false when there is none.
   bool RemoveAttribute(std::string const& name);

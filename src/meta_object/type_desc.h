@@ -129,8 +129,9 @@ class TypeDesc {
   // Back to Void, by value, with no information and no names.
   void Clear();
 
-  // Asks whether `other` fits this descriptor; not symmetric. Where this side has enumeration or
-  // array information, the other must have it too (dimensions equal, items not looked at); where
+  // Asks whether `other` fits this descriptor; not symmetric. Where this side is an Enum
+  // with its information, the other must be one too (items not looked at); where this side has
+  // array information, the other must have the same dimensions; where
   // this side has structure information, the structures alone decide; otherwise key, reference
   // kind and `typeName` do. `displayName` and `detail` never take part.
   bool operator==(const TypeDesc& other) const;

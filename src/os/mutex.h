@@ -50,7 +50,8 @@ class CAPABILITY("mutex") Mutex {
   Mutex& operator=(const Mutex&) = delete;
 
   // Creates the system mutexes of an uncreated mutex. False when that fails; the mutex is then
-  // uncreated. Throws the int 1 when shared mode cannot open "/dev/zero".
+  // uncreated. Throws the int 1 when shared mode cannot open "/dev/zero", std::bad_alloc when
+  // private mode has no memory.
   bool CreateMutex(MutexMode mode);
 
   // Waits for the mutex and takes it. 0 when done, 1 (at once) when the mutex is uncreated.
@@ -82,7 +83,6 @@ class CAPABILITY("mutex") Mutex {
   OSMUTEXDATA data;
 
  private:
-  // NOLINTBEGIN(bugprone-reserved-identifier): the interface's own names
   // Making gives 0, 1 when there is no shared memory, 2 when a system mutex cannot be initialised.
   int _Make_P();
   int _Make_S();
@@ -96,7 +96,6 @@ class CAPABILITY("mutex") Mutex {
   int _Destroy_S();
   int _Release_P();
   int _Release_S();
-  // NOLINTEND(bugprone-reserved-identifier)
 };
 
 // Holds a Mutex for a scope. For one thread; nothing is held when the mutex is uncreated.

@@ -16,7 +16,8 @@ void InitExceptionHandlers();
 int GetCurrentThread(pthread_t& thread);
 
 // Starts a detached thread that runs start(arg); what that returns is dropped. Gives 0 and stores
-// the thread, or -19 with `thread` as it was. `start` must not throw.
+// the thread, or -19 with `thread` as it was. `start` must not throw; it may run before `thread` is
+// stored and asks GetCurrentThread for itself. `arg` stays the caller's and outlives the thread.
 int CreateNewThread(unsigned int (*start)(void*), void* arg, pthread_t& thread, OSTHREADDATA& data);
 
 // Nothing is kept for a thread, so these have nothing to do; always 0.

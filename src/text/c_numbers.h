@@ -40,7 +40,8 @@ PrintedInteger PrintUnsigned(unsigned long long value);
 // As "%f" prints: six decimals, whole however large.
 PrintedReal PrintReal(double value);
 
-// As vsnprintf, with numbers as in the C locale while %ls and %lc keep the process's encoding.
+// As vsnprintf, with numbers as in the C locale while %ls, %lc, %S, %C and %m keep the process's
+// encoding and language.
 [[gnu::format(printf, 3, 0)]] int PrintFormatted(char* out, std::size_t size, char const* fmt,
                                                  va_list args);
 

@@ -10,8 +10,8 @@
 //
 // Failed conversions show in the results; a failed allocation throws std::bad_alloc.
 //
-// Threads: none at all may share one string, not even for reading: getCharPtr() and find() change
-// the narrow copy of a const string.
+// Threads: getCharPtr() and find() change the narrow copy of a const string, so a string that several
+// threads read is left alone by both; getWCharPtr(), compare and copying may be shared.
 class WideString {
  public:
   // The process-wide empty string.
@@ -64,8 +64,8 @@ class WideString {
   WideString substr(int start, int count) const;
 
   // Where `s` begins in the text, or -1: a byte offset in the narrow copy, and so the character
-  // index where all characters before it are single bytes. -1 on the empty string and where either
-  // text can't be converted; otherwise nothing (null or empty) is found at 0.
+  // index where all characters before it are single bytes. -1 on the empty string; nothing (null or
+  // empty) is found at 0 on any other; -1 too where either text can't be converted.
   int find(wchar_t const* s) const;
 
  private:

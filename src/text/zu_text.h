@@ -59,10 +59,12 @@ class ZuText : public ZuData {
 
   // Whether both are the same text, or `o` holds nothing before a NUL and this is empty.
   bool Equals(ZuData const& o) const override;
+  // For the comparisons with `s` and `n`: `s` has `n` readable bytes, or ends in a NUL before.
   // Whether the first `n` characters agree; `n` 0 agrees with the empty text only, a null `s` only
   // with a text that never had a buffer.
   bool Equals(char const* s, unsigned long n) const override;
 
+  // A copy of `o`'s data, whose last byte becomes NUL: data that doesn't end in one loses it.
   unsigned long SetEqualTo(ZuData const& o) override;
   // `n` characters, terminated; the empty text for `n` 0. Cut to what fits a buffer that can't
   // grow.

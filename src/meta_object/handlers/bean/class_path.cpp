@@ -88,10 +88,7 @@ std::unique_ptr<char[]> CopyBeanName(JNIEnv* env, BeanIntrospector& introspector
 }  // namespace
 
 bool GetClassPathFileName(std::string& name) {
-  static std::string fileName;
-  if (fileName.empty()) {
-    fileName = MakeClassPathFileName();
-  }
+  static std::string const fileName = MakeClassPathFileName();
   name = fileName;
   return true;
 }
@@ -103,7 +100,9 @@ void getPathFromFile(std::string& classPath) {
 }
 
 void getPathFromFile(std::string const& fileName, std::string& classPath) {
-  UGuardLock const lock(_mutexClassPathFile, UGuard::LockType1);
+  // A thread's type-1 hold would join another's; the file is read by one at a time.
+  MutexLock const turn(classPathTurn);
+  UGuardLock const hold(_mutexClassPathFile, UGuard::LockType1);
   bool separate = classPath.empty() || classPath.back() != kSeparator;
   Stream const stream = OpenForReading(fileName);
   if (stream == nullptr) {

@@ -16,7 +16,7 @@ namespace quenlatrix::meta_object::handlers::bean {
 extern char const* const ClassPathFile;
 
 // The file's full name, or the bare name when the plug-in's directory isn't known. Always true. It
-// is computed once; the first call must come before several threads can.
+// is computed at the first call, which InitHandler must precede.
 bool GetClassPathFileName(std::string& name);
 
 // Appends the file's entries, each behind a ":" unless the class path ends in one. A file that

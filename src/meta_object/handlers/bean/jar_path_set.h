@@ -64,7 +64,7 @@ void remove_unmarked();
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-// Whether a jar path is recorded for the class that the identity text names.
+// Whether a jar path, not an empty one, is recorded for the class that the identity text names.
 bool IsValidBeanName(char const* identity);
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -26,6 +26,7 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 TlsValue<unsigned long> TlsJniAttachCount;
 UGuard _mutexClassPathFile(Mutex::Shared);
+StaticMutex classPathTurn;
 LiveReferences liveReferences;
 
 void LiveReferences::Add(jobject reference) {

@@ -24,6 +24,15 @@ extern quenlatrix::meta_object::handlers::bean::BeanHandlerInfo _HandlerInfo;
 
 namespace quenlatrix::meta_object::handlers::bean {
 
+// A mutex of the plug-in's own, destroyed when it is unloaded.
+class StaticMutex : public Mutex {
+ public:
+  StaticMutex() : Mutex(Mutex::Private) {}
+  StaticMutex(StaticMutex const&) = delete;
+  StaticMutex& operator=(StaticMutex const&) = delete;
+  ~StaticMutex() { DestroyMutex(); }
+};
+
 // The running VM; null until SetJavaVM.
 extern JavaVM* _pJavaVM;
 
@@ -36,26 +45,22 @@ extern WideString const strEmptyString;
 // "java.lang.String".
 extern WideString const strStringType;
 
-// Serialises reading of the class-path file.
+// Held while the class-path file is read, by the thread whose turn it is.
 extern UGuard _mutexClassPathFile;
+extern StaticMutex classPathTurn;
 
 // The Java references that this plug-in's live handlers hold. A number that a host passes as an
 // object is used as a reference only when it is one of these: asking the VM about any other number
 // could crash it. Any thread may use it.
 class LiveReferences {
  public:
-  LiveReferences() : mutex(Mutex::Private) {}
-  LiveReferences(LiveReferences const&) = delete;
-  LiveReferences& operator=(LiveReferences const&) = delete;
-  ~LiveReferences() { mutex.DestroyMutex(); }
-
   // Both do nothing for null.
   void Add(jobject reference);
   void Remove(jobject reference);
   bool Contains(jobject reference);
 
  private:
-  Mutex mutex;
+  StaticMutex mutex;
   std::unordered_set<jobject> references GUARDED_BY(mutex);
 };
 
