@@ -5,10 +5,9 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <numeric>
 #include <string>
-#include <vector>
 
+#include "tests/support/binary_layout.h"
 #include "text/zu_text_local.h"
 
 namespace {
@@ -138,43 +137,29 @@ TEST(ZuData, CopiesComparesAndIndexesWithinTheData) {
   EXPECT_EQ(copy.GetBufferSize(), 4U);
 }
 
-// The number of a virtual operation is its index in the table, where the first two entries are the
-// two forms of the destructor.
-template <typename... Operations>
-std::vector<unsigned long> Slots(Operations... operations) {
-  auto const slot = [](auto operation) {
-    unsigned long place = 0;
-    std::memcpy(&place, &operation, sizeof place);
-    return (place - 1) / sizeof(void*);
-  };
-  return {slot(operations)...};
-}
-
 TEST(ZuData, VirtualOperationsKeepTheirSlots) {
   using U = unsigned long;
   using D = ZuData;
   using T = ZuText;
   using Bytes = unsigned char*;
   auto const slots =
-      Slots(&D::SetUsableDataSize, &D::GetUsableDataSize, &D::SetBufferSize, &D::ReleaseBuffer,
-            &D::ReleaseData, &D::Clear, static_cast<bool (D::*)(D const&) const>(&D::Equals),
-            static_cast<bool (D::*)(char const*, U) const>(&D::Equals),
-            static_cast<U (D::*)(D const&)>(&D::SetEqualTo),
-            static_cast<U (D::*)(void const*, U, U)>(&D::SetEqualTo),
-            static_cast<void (D::*)(D&, U, U) const>(&D::Copy),
-            static_cast<U (D::*)(Bytes, U) const>(&D::Copy),
-            static_cast<U (D::*)(Bytes, U, U, U) const>(&D::Copy),
-            static_cast<bool (D::*)(U, U, D const&)>(&D::Replace),
-            static_cast<bool (D::*)(U, U, void const*, U)>(&D::Replace),
-            static_cast<bool (D::*)(U, U, unsigned char)>(&D::Replace),
-            static_cast<bool (D::*)(U, U, long)>(&D::Replace), &T::GetSize, &T::ReplaceText,
-            static_cast<void (T::*)(T const&, T const&)>(&T::ReplaceAll),
-            static_cast<void (T::*)(T const&, T const&, bool)>(&T::ReplaceAll),
-            &T::ReplaceOccurrence, static_cast<bool (T::*)(D const&, bool) const>(&T::Equals),
-            static_cast<bool (T::*)(char const*, U, bool) const>(&T::Equals), &T::FirstNEquals);
-  std::vector<U> expected(slots.size());
-  std::iota(expected.begin(), expected.end(), 2U);
-  EXPECT_EQ(slots, expected);
+      SlotsOf(&D::SetUsableDataSize, &D::GetUsableDataSize, &D::SetBufferSize, &D::ReleaseBuffer,
+              &D::ReleaseData, &D::Clear, static_cast<bool (D::*)(D const&) const>(&D::Equals),
+              static_cast<bool (D::*)(char const*, U) const>(&D::Equals),
+              static_cast<U (D::*)(D const&)>(&D::SetEqualTo),
+              static_cast<U (D::*)(void const*, U, U)>(&D::SetEqualTo),
+              static_cast<void (D::*)(D&, U, U) const>(&D::Copy),
+              static_cast<U (D::*)(Bytes, U) const>(&D::Copy),
+              static_cast<U (D::*)(Bytes, U, U, U) const>(&D::Copy),
+              static_cast<bool (D::*)(U, U, D const&)>(&D::Replace),
+              static_cast<bool (D::*)(U, U, void const*, U)>(&D::Replace),
+              static_cast<bool (D::*)(U, U, unsigned char)>(&D::Replace),
+              static_cast<bool (D::*)(U, U, long)>(&D::Replace), &T::GetSize, &T::ReplaceText,
+              static_cast<void (T::*)(T const&, T const&)>(&T::ReplaceAll),
+              static_cast<void (T::*)(T const&, T const&, bool)>(&T::ReplaceAll),
+              &T::ReplaceOccurrence, static_cast<bool (T::*)(D const&, bool) const>(&T::Equals),
+              static_cast<bool (T::*)(char const*, U, bool) const>(&T::Equals), &T::FirstNEquals);
+  EXPECT_EQ(slots, SlotsFrom(2, 25));
 }
 
 }  // namespace

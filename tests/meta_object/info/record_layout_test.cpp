@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <cstddef>
 #include <cstring>
 #include <vector>
 
@@ -12,90 +11,46 @@
 #include "meta_object/info/property.h"
 #include "meta_object/info/security_info.h"
 #include "meta_object/type_desc.h"
+#include "tests/support/binary_layout.h"
 
 namespace quenlatrix::meta_object::info {
 namespace {
 
-using cache::CachedMethodInfo;
-using cache::CachedParamInfo;
-
-struct Place {
-  const char* what;
-  std::size_t found;
-  std::size_t expected;
-};
+using ::testing::ElementsAre;
 
 TEST(RecordLayout, FieldsStandWhereHostsReadThem) {
-  const std::vector<Place> places = {
-      {"TypeDesc::enumInfo", offsetof(TypeDesc, enumInfo), 8},
-      {"TypeDesc::arrayInfo", offsetof(TypeDesc, arrayInfo), 16},
-      {"TypeDesc::structInfo", offsetof(TypeDesc, structInfo), 24},
-      {"TypeDesc::key", offsetof(TypeDesc, key), 32},
-      {"TypeDesc::refType", offsetof(TypeDesc, refType), 36},
-      {"TypeDesc::displayName", offsetof(TypeDesc, displayName), 40},
-      {"TypeDesc::typeName", offsetof(TypeDesc, typeName), 56},
-      {"TypeDesc::detail", offsetof(TypeDesc, detail), 72},
-      {"TypeDesc", sizeof(TypeDesc), 88},
-      {"Property::name", offsetof(Property, name), 8},
-      {"Property::code", offsetof(Property, code), 24},
-      {"Property::value", offsetof(Property, value), 32},
-      {"Property::number", offsetof(Property, number), 48},
-      {"Property::flag", offsetof(Property, flag), 56},
-      {"Property", sizeof(Property), 64},
-      {"ObjectInfo::infoKind", offsetof(ObjectInfo, infoKind), 8},
-      {"ObjectInfo::description", offsetof(ObjectInfo, description), 16},
-      {"ObjectInfo::flagA", offsetof(ObjectInfo, flagA), 32},
-      {"ObjectInfo::flagB", offsetof(ObjectInfo, flagB), 33},
-      {"ObjectInfo::note", offsetof(ObjectInfo, note), 40},
-      {"ObjectInfo::properties", offsetof(ObjectInfo, properties), 56},
-      {"ObjectInfo", sizeof(ObjectInfo), 80},
-      {"ParamInfo::reserved", offsetof(ParamInfo, reserved), 8},
-      {"ParamInfo::context", offsetof(ParamInfo, context), 16},
-      {"ParamInfo::methodId", offsetof(ParamInfo, methodId), 24},
-      {"ParamInfo::index", offsetof(ParamInfo, index), 40},
-      {"ParamInfo::name", offsetof(ParamInfo, name), 48},
-      {"ParamInfo::type", offsetof(ParamInfo, type), 64},
-      {"ParamInfo::direction", offsetof(ParamInfo, direction), 152},
-      {"ParamInfo::option1", offsetof(ParamInfo, option1), 156},
-      {"ParamInfo::option2", offsetof(ParamInfo, option2), 157},
-      {"ParamInfo", sizeof(ParamInfo), 160},
-      {"MethodInfo::reserved", offsetof(MethodInfo, reserved), 8},
-      {"MethodInfo::context", offsetof(MethodInfo, context), 16},
-      {"MethodInfo::methodId", offsetof(MethodInfo, methodId), 24},
-      {"MethodInfo::name", offsetof(MethodInfo, name), 40},
-      {"MethodInfo::returnType", offsetof(MethodInfo, returnType), 56},
-      {"MethodInfo::methodType", offsetof(MethodInfo, methodType), 144},
-      {"MethodInfo::paramCount", offsetof(MethodInfo, paramCount), 148},
-      {"MethodInfo::description", offsetof(MethodInfo, description), 152},
-      {"MethodInfo", sizeof(MethodInfo), 168},
-      {"CachedMethodInfo::name", offsetof(CachedMethodInfo, name), 0},
-      {"CachedMethodInfo::altName", offsetof(CachedMethodInfo, altName), 16},
-      {"CachedMethodInfo::description", offsetof(CachedMethodInfo, description), 32},
-      {"CachedMethodInfo::returnType", offsetof(CachedMethodInfo, returnType), 48},
-      {"CachedMethodInfo::methodType", offsetof(CachedMethodInfo, methodType), 136},
-      {"CachedMethodInfo::params", offsetof(CachedMethodInfo, params), 144},
-      {"CachedMethodInfo", sizeof(CachedMethodInfo), 152},
-      {"CachedParamInfo::name", offsetof(CachedParamInfo, name), 0},
-      {"CachedParamInfo::type", offsetof(CachedParamInfo, type), 16},
-      {"CachedParamInfo::direction", offsetof(CachedParamInfo, direction), 104},
-      {"CachedParamInfo::option1", offsetof(CachedParamInfo, option1), 108},
-      {"CachedParamInfo::option2", offsetof(CachedParamInfo, option2), 109},
-      {"CachedParamInfo", sizeof(CachedParamInfo), 112},
-      {"SecurityInfo::firstValue", offsetof(SecurityInfo, firstValue), 8},
-      {"SecurityInfo::secondValue", offsetof(SecurityInfo, secondValue), 40},
-      {"SecurityInfo", sizeof(SecurityInfo), 72},
-      {"HandlerInfo::handlerName", offsetof(HandlerInfo, handlerName), 8},
-      {"HandlerInfo::handlerType", offsetof(HandlerInfo, handlerType), 24},
-      {"HandlerInfo::description", offsetof(HandlerInfo, description), 40},
-      {"HandlerInfo::serverPath", offsetof(HandlerInfo, serverPath), 56},
-      {"HandlerInfo::serverDirectory", offsetof(HandlerInfo, serverDirectory), 72},
-      {"HandlerInfo::firstReserved", offsetof(HandlerInfo, firstReserved), 88},
-      {"HandlerInfo::secondReserved", offsetof(HandlerInfo, secondReserved), 96},
-      {"HandlerInfo", sizeof(HandlerInfo), 104},
-  };
-  for (const Place& place : places) {
-    EXPECT_EQ(place.found, place.expected) << place.what;
-  }
+  using T = TypeDesc;
+  EXPECT_THAT(LayoutOf<T>(&T::enumInfo, &T::arrayInfo, &T::structInfo, &T::key, &T::refType,
+                          &T::displayName, &T::typeName, &T::detail),
+              ElementsAre(8, 16, 24, 32, 36, 40, 56, 72, 88));
+  using P = Property;
+  EXPECT_THAT(LayoutOf<P>(&P::name, &P::code, &P::value, &P::number, &P::flag),
+              ElementsAre(8, 24, 32, 48, 56, 64));
+  using O = ObjectInfo;
+  EXPECT_THAT(
+      LayoutOf<O>(&O::infoKind, &O::description, &O::flagA, &O::flagB, &O::note, &O::properties),
+      ElementsAre(8, 16, 32, 33, 40, 56, 80));
+  using A = ParamInfo;
+  EXPECT_THAT(LayoutOf<A>(&A::reserved, &A::context, &A::methodId, &A::index, &A::name, &A::type,
+                          &A::direction, &A::option1, &A::option2),
+              ElementsAre(8, 16, 24, 40, 48, 64, 152, 156, 157, 160));
+  using M = MethodInfo;
+  EXPECT_THAT(LayoutOf<M>(&M::reserved, &M::context, &M::methodId, &M::name, &M::returnType,
+                          &M::methodType, &M::paramCount, &M::description),
+              ElementsAre(8, 16, 24, 40, 56, 144, 148, 152, 168));
+  using C = cache::CachedMethodInfo;
+  EXPECT_THAT(LayoutOf<C>(&C::name, &C::altName, &C::description, &C::returnType, &C::methodType,
+                          &C::params),
+              ElementsAre(0, 16, 32, 48, 136, 144, 152));
+  using D = cache::CachedParamInfo;
+  EXPECT_THAT(LayoutOf<D>(&D::name, &D::type, &D::direction, &D::option1, &D::option2),
+              ElementsAre(0, 16, 104, 108, 109, 112));
+  using S = SecurityInfo;
+  EXPECT_THAT(LayoutOf<S>(&S::firstValue, &S::secondValue), ElementsAre(8, 40, 72));
+  using H = HandlerInfo;
+  EXPECT_THAT(LayoutOf<H>(&H::handlerName, &H::handlerType, &H::description, &H::serverPath,
+                          &H::serverDirectory, &H::firstReserved, &H::secondReserved),
+              ElementsAre(8, 24, 40, 56, 72, 88, 96, 104));
 }
 
 TEST(RecordLayout, HandlerInfoAnswersThroughItsSlotsInOrder) {
