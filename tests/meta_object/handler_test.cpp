@@ -55,21 +55,6 @@ TEST(Handler, TakesOverAnIdentityByItsText) {
   EXPECT_EQ(test.GetIdentity().handlerData, "Bean");
 }
 
-TEST(Handler, TakesBackEveryKindOfThingThroughItsOwnOperation) {
-  TestHandler test;
-  Handler* handler = &test;
-  handler->Release(static_cast<std::list<WideString>*>(nullptr));
-  handler->Release(static_cast<std::list<info::MethodInfo*>*>(nullptr));
-  handler->Release(static_cast<std::list<type::Object*>*>(nullptr));
-  handler->Release(static_cast<std::list<info::ParamInfo*>*>(nullptr));
-  handler->Release(static_cast<info::MethodInfo*>(nullptr));
-  handler->Release(static_cast<type::Object*>(nullptr));
-  handler->Release(static_cast<info::ParamInfo*>(nullptr));
-  handler->Release(static_cast<info::ObjectInfo*>(nullptr));
-  EXPECT_THAT(test.calls, ElementsAre("ids", "methods", "values", "params", "method", "value",
-                                      "param", "object"));
-}
-
 class ThrowingHandler : public TestHandler {
  public:
   HandlerStatus CreateObjectImp(const char*, context::CreateObjectContext*) override {

@@ -7,8 +7,8 @@
 
 namespace quenlatrix::meta_object {
 
-// A handler whose real object is the test's own. It writes down which hooks and which Release
-// overloads ran; the operations that tests of the base have no use for answer success.
+// A handler whose real object is the test's own. It writes down which hooks ran; the operations
+// that tests of the base have no use for answer success.
 class TestHandler : public Handler {
  public:
   using Calls = std::vector<std::string>;
@@ -86,14 +86,14 @@ class TestHandler : public Handler {
   HandlerStatus CloseCollection(context::CollectionContext&) override { return 0; }
   const WideString& GetErrorText() const override { return errorText; }
 
-  void Release(std::list<WideString>*) override { calls.emplace_back("ids"); }
-  void Release(std::list<info::MethodInfo*>*) override { calls.emplace_back("methods"); }
-  void Release(std::list<type::Object*>*) override { calls.emplace_back("values"); }
-  void Release(std::list<info::ParamInfo*>*) override { calls.emplace_back("params"); }
-  void Release(info::MethodInfo*) override { calls.emplace_back("method"); }
-  void Release(type::Object*) override { calls.emplace_back("value"); }
-  void Release(info::ParamInfo*) override { calls.emplace_back("param"); }
-  void Release(info::ObjectInfo*) override { calls.emplace_back("object"); }
+  void Release(std::list<WideString>*) override {}
+  void Release(std::list<info::MethodInfo*>*) override {}
+  void Release(std::list<type::Object*>*) override {}
+  void Release(std::list<info::ParamInfo*>*) override {}
+  void Release(info::MethodInfo*) override {}
+  void Release(type::Object*) override {}
+  void Release(info::ParamInfo*) override {}
+  void Release(info::ObjectInfo*) override {}
   const info::HandlerInfo* GetHandlerInfo() const override { return nullptr; }
 
   const Identity& GetIdentity() const { return objectIdentity; }

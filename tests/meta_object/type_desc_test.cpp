@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -29,50 +28,19 @@ TypeDesc Read(const std::wstring& text) {
 
 std::wstring Rewritten(const std::wstring& text) { return Written(Read(text)); }
 
-std::unique_ptr<TypeDesc> Named(Key key, const wchar_t* displayName, const wchar_t* typeName) {
-  return std::make_unique<TypeDesc>(key, WideString(displayName), WideString(typeName));
-}
-
-TypeDesc IntArray(int lowerBound, int elementCount) {
-  TypeDesc desc(Key::Int, RefType::ByValue, true);
-  desc.displayName = L"array of int";
-  desc.typeName = L"int";
-  desc.arrayInfo->AddDimensionInfo(lowerBound, elementCount);
-  return desc;
-}
-
-TypeDesc Structure(const wchar_t* name, std::vector<std::unique_ptr<TypeDesc>> members) {
-  TypeDesc desc(Key::Struct, WideString(L"s"), WideString(name));
-  desc.structInfo->structName = name;
-  desc.structInfo->members = std::move(members);
-  return desc;
-}
-
+// With a null member, which no text brings about.
 TypeDesc Point() {
-  std::vector<std::unique_ptr<TypeDesc>> members;
-  members.push_back(Named(Key::Int, L"x", L"int"));
-  members.push_back(nullptr);
-  members.push_back(Named(Key::Real, L"y", L"double"));
-  return Structure(L"Point", std::move(members));
+  TypeDesc desc = Read(L"s,Point%%Struct{[Point]x,int%%Int!y,double%%Real}");
+  auto& members = desc.structInfo->members;
+  members.insert(members.begin() + 1, nullptr);
+  return desc;
 }
 
-TEST(TypeDesc, WritesKeyReferenceNamesAndInformation) {
+TEST(TypeDesc, WritesWhatNoTextBringsAbout) {
   EXPECT_EQ(Written(TypeDesc(Key::Void, RefType::ByValue, false)), L",%%Void");
-  TypeDesc number(Key::Int, RefType::ByRef, false);
-  number.displayName = number.typeName = L"int";
-  EXPECT_EQ(Written(number), L"int,int%%Int^Byref");
-  number.detail = L"x";
-  number.key = Key::Object;
-  EXPECT_EQ(Written(number), L"int,int%%x%%Object^Byref");
+  TypeDesc number = Read(L"int,int%%x%%Int^Byref");
   number.key = static_cast<Key>(9);
   EXPECT_EQ(Written(number), L"int,int%%x%%Unknown^Byref");
-
-  TypeDesc array = IntArray(0, -1);
-  array.refType = RefType::ByRef;
-  EXPECT_EQ(Written(array), L"array of int,int%%Array{0,-1}");
-  array.arrayInfo->AddDimensionInfo(1, 10);
-  EXPECT_EQ(Written(array), L"array of int,int%%Array{0,-1:1,10}");
-
   TypeDesc colour(Key::Enum, RefType::ByRef, false);
   EXPECT_EQ(Written(colour), L",%%Enum{}");
   colour.enumInfo->AddEnumItem(L"Red", -1);
@@ -80,18 +48,20 @@ TEST(TypeDesc, WritesKeyReferenceNamesAndInformation) {
   EXPECT_EQ(Written(colour), L",%%Enum{Red=-1,Green=1}");
   colour.enumInfo = nullptr;
   EXPECT_EQ(Written(colour), L",%%Enum{}");
-
+  TypeDesc array(Key::Int, RefType::ByRef, true);
+  array.arrayInfo->AddDimensionInfo(0, -1);
+  EXPECT_EQ(Written(array), L",%%Array{0,-1}");
   EXPECT_EQ(Written(Point()), L"s,Point%%Struct{[Point]x,int%%Int!y,double%%Real}");
 }
 
 TEST(TypeDesc, PartsAppendTheirTextAndStructuresReplaceIt) {
   WideString out(L">");
-  IntArray(2, 3).arrayInfo->Serialize(out);
+  Read(L"Array{2,3}").arrayInfo->Serialize(out);
   TypeDesc::EnumInfo colours;
   colours.AddEnumItem(L"Red", 0);
   colours.Serialize(out);
   EXPECT_STREQ(out.getWCharPtr(), L">2,3Red=0");
-  Structure(L"Empty", {}).structInfo->Serialize(out);
+  Read(L"Struct{[Empty]}").structInfo->Serialize(out);
   EXPECT_STREQ(out.getWCharPtr(), L"[Empty]");
 }
 
@@ -287,7 +257,7 @@ TEST(TypeDesc, CopiesAreDeepAndMovesLeaveNothing) {
 }
 
 TEST(TypeDesc, DimensionsAreFoundByPosition) {
-  const TypeDesc array = IntArray(INT_MIN, INT_MAX);
+  const TypeDesc array = Read(L"Array{-2147483648,2147483647}");
   int lowerBound = 7;
   int elementCount = 7;
   EXPECT_FALSE(array.arrayInfo->GetDimensionInfo(-1, lowerBound, elementCount));
