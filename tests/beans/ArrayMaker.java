@@ -16,12 +16,4 @@ public class ArrayMaker {
   public Integer[] integersWithNull() { return new Integer[] {1, null, 3}; }
   public Point[] pointsWithNull() { return new Point[] {new Point(1, 2), null, new Point(3, 4)}; }
   public Object[] mixed() { return new Object[] {"text", 7, new Point(5, 6)}; }
-
-  public int[] squares(int count) {
-    int[] values = new int[count];
-    for (int i = 0; i < count; ++i) {
-      values[i] = i * i;
-    }
-    return values;
-  }
 }

@@ -11,6 +11,4 @@ public class LoaderTrick {
       return fresh.loadClass("beans.Point").getConstructor().newInstance();
     }
   }
-
-  public boolean isPoint(Object object) { return object instanceof Point; }
 }

@@ -1,16 +1,15 @@
 package beans;
 
-/** Which setter ran, and which of several stand? */
+/** Which of several setters stand? One with a result is a regular method. */
 public class OverloadedSetters {
-  private String last = "none";
-
-  public String last() { return last; }
   public int getValue() { return 1; }
-  public void setValue(int value) { last = "int " + value; }
-  public void setValue(String value) { last = "String " + value; }
-  public void setValue(long value) { last = "long " + value; }
+  public void setValue(int value) {}
+  public void setValue(String value) {}
+  public void setValue(long value) {}
 
   /** Write-only: each setter makes a row. */
-  public void setMode(int mode) { last = "mode int " + mode; }
-  public void setMode(String mode) { last = "mode String " + mode; }
+  public void setMode(int mode) {}
+  public void setMode(String mode) {}
+  public int getWidth() { return 2; }
+  public OverloadedSetters setWidth(int width) { return this; }
 }
