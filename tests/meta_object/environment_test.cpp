@@ -18,43 +18,34 @@ using ::testing::IsNull;
 // The host's side: its context is the list of the calls that it got.
 using Calls = std::vector<std::string>;
 
-info::cache::CachedMethodInfo cachedMethod;
-info::cache::CachedObjectInfo cachedObject;
+using info::cache::CachedMethodInfo;
+const CachedMethodInfo cachedMethod;
+const info::cache::CachedObjectInfo cachedObject;
 
-void Note(void* hostContext, const std::string& call) {
+bool Note(void* hostContext, const std::string& call) {
   static_cast<Calls*>(hostContext)->push_back(call);
+  return true;
 }
 
 void Connect(Environment& environment, Calls& calls) {
   environment.hostContext = &calls;
   environment.cacheOpenIntrospect = [](void* host, const Identity& identity, bool& must) {
-    Note(host, "open " + identity.handlerData);
-    must = true;
-    return true;
+    return must = Note(host, "open " + identity.handlerData);
   };
   environment.cacheIntrospectDone = [](void* host, const Identity&, bool succeeded) {
-    Note(host, "done");
-    return succeeded;
+    return Note(host, "done") && succeeded;
   };
   environment.cacheCloseIntrospect = [](void* host, const Identity&) {
-    Note(host, "close");
-    return true;
+    return Note(host, "close");
   };
-  environment.cacheAddMethodInfo = [](void* host, const Identity&,
-                                      const info::cache::CachedMethodInfo& method) {
-    Note(host, "add");
-    return &method == &cachedMethod;
+  environment.cacheAddMethodInfo = [](void* host, const Identity&, const CachedMethodInfo& method) {
+    return Note(host, "add") && &method == &cachedMethod;
   };
-  environment.cacheGetMethodInfo =
-      [](void* host, const Identity&,
-         const char* methodId) -> const info::cache::CachedMethodInfo* {
-    Note(host, std::string("method ") + methodId);
-    return &cachedMethod;
+  environment.cacheGetMethodInfo = [](void* host, const Identity&, const char* methodId) {
+    return Note(host, std::string("method ") + methodId) ? &cachedMethod : nullptr;
   };
-  environment.cacheGetObjectInfo = [](void* host,
-                                      const Identity&) -> const info::cache::CachedObjectInfo* {
-    Note(host, "object");
-    return &cachedObject;
+  environment.cacheGetObjectInfo = [](void* host, const Identity&) {
+    return Note(host, "object") ? &cachedObject : nullptr;
   };
   environment.gcRegHandlerObject = [](void* host, Handler*, const void*) { Note(host, "collect"); };
   environment.checkSecurity = [](info::SecurityInfo*) { return true; };

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -92,11 +93,7 @@ TEST(TypeDesc, TextsComeBackUnchanged) {
 }
 
 TEST(TypeDesc, ReadsWhatNobodyWroteAsNearAsItCan) {
-  struct Case {
-    const wchar_t* text;
-    const wchar_t* rewritten;
-  };
-  const std::vector<Case> cases = {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
       {L"", L",%%Unknown"},
       {L"int", L",%%Unknown"},
       {L"Int^Byref and more", L",%%Int^Byref"},
@@ -115,9 +112,8 @@ TEST(TypeDesc, ReadsWhatNobodyWroteAsNearAsItCan) {
       {L",%%Struct{[S]},%%Int!Real}", L",%%Struct{[S]},%%Int!,%%Real}"},
       {L"Struct{Int!}", L",%%Struct{[],%%Int!,%%Unknown}"},
   };
-  for (const Case& row : cases) {
-    EXPECT_EQ(Rewritten(row.text), row.rewritten)
-        << "reading " << ::testing::PrintToString(std::wstring(row.text));
+  for (const auto& [text, rewritten] : cases) {
+    EXPECT_EQ(Rewritten(text), rewritten) << "reading " << ::testing::PrintToString(text);
   }
 }
 
@@ -193,12 +189,7 @@ TEST(TypeDesc, KeywordsNameKeysInAnyCase) {
 }
 
 TEST(TypeDesc, EqualityAsksWhetherTheRightSideFits) {
-  struct Case {
-    const wchar_t* left;
-    const wchar_t* right;
-    bool equal;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<const wchar_t*, const wchar_t*, bool> cases[] = {
       {L"a,int%%x%%Int", L"b,int%%y%%Int", true},
       {L",int%%Int", L",long%%Int", false},
       {L",int%%Int", L",int%%Real", false},
@@ -217,10 +208,9 @@ TEST(TypeDesc, EqualityAsksWhetherTheRightSideFits) {
       {L",%%Struct{[S]Int}", L",%%Int", false},
       {L",%%Int", L",%%Struct{[S]Int}", false},
   };
-  for (const Case& row : cases) {
-    EXPECT_EQ(Read(row.left) == Read(row.right), row.equal)
-        << ::testing::PrintToString(std::wstring(row.left)) << " and "
-        << ::testing::PrintToString(std::wstring(row.right));
+  for (const auto& [left, right, equal] : cases) {
+    EXPECT_EQ(Read(left) == Read(right), equal)
+        << ::testing::PrintToString(left) << " and " << ::testing::PrintToString(right);
   }
   TypeDesc withoutItems(Key::Enum, RefType::ByValue, false);
   withoutItems.enumInfo = nullptr;
