@@ -1,13 +1,11 @@
 #include <gmock/gmock.h>
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
-#include "host/document_output.h"
 #include "host/host.h"
 #include "host/java_vm.h"
 #include "host/plugin_library.h"
@@ -68,30 +66,26 @@ TEST(JavaVm, AnOptionThatItRefusesIsAFailureWithAText) {
   EXPECT_THAT(why, HasSubstr("Check the Java options"));
 }
 
+// In a process of its own, as CTest gives it: the locale under which a bean makes texts.
+void ExpectPointAndCharacter(const char* bytes, wchar_t character) {
+  std::string why;
+  const auto machine = JavaVm::Start({TestVm::JavaHome(), {}, {}}, why);
+  ASSERT_NE(machine, nullptr) << why;
+  wchar_t wide[2] = {};
+  EXPECT_EQ(std::mbstowcs(wide, bytes, 2), 1U);
+  EXPECT_EQ(wide[0], character);
+  EXPECT_EQ(std::strtod("1.5", nullptr), 1.5) << "a decimal point";
+}
+
 TEST(JavaVm, LeavesTheDecimalPointAndTheEnvironmentsEncoding) {
   setenv("LOCPATH", QUENLATRIX_TEST_LOCALES, 1);
   setenv("LC_ALL", singleByteCommaLocale, 1);
-  std::string why;
-  const auto machine = JavaVm::Start({TestVm::JavaHome(), {}, {}}, why);
-  ASSERT_NE(machine, nullptr) << why;
-  char text[8];
-  std::snprintf(text, sizeof text, "%.1f", 1.5);
-  EXPECT_STREQ(text, "1.5");
-  wchar_t wide[2] = {};
-  EXPECT_EQ(std::mbstowcs(wide, "\xE4", 2), 1U);
-  EXPECT_EQ(wide[0], L'\u00E4');
+  ExpectPointAndCharacter("\xE4", L'\u00E4');
 }
 
 TEST(JavaVm, SpeaksUtf8WhenTheEnvironmentNamesNoLocale) {
-  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    unsetenv(name);
-  }
-  std::string why;
-  const auto machine = JavaVm::Start({TestVm::JavaHome(), {}, {}}, why);
-  ASSERT_NE(machine, nullptr) << why;
-  wchar_t wide[2] = {};
-  EXPECT_EQ(std::mbstowcs(wide, "\u20AC", 2), 1U);
-  EXPECT_EQ(wide[0], L'\u20AC');
+  for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) unsetenv(name);
+  ExpectPointAndCharacter("\u20AC", L'\u20AC');
 }
 
 TEST(PluginLibrary, WhatIsNoPluginIsRefusedWithItsReason) {
@@ -109,11 +103,6 @@ TEST(PluginLibrary, WhatIsNoPluginIsRefusedWithItsReason) {
   }
 }
 
-TEST(PluginLibrary, LiesBesideTheProgramUnlessNamed) {
-  EXPECT_EQ(PluginLibrary::DefaultFile(),
-            (fs::canonical("/proc/self/exe").parent_path() / "javabean_handler.so").string());
-}
-
 TEST(Host, StartsNoVmForAPluginThatDoesNotServe) {
   Host::Options options;
   options.pluginFile = OLD_PLUGIN;
@@ -124,29 +113,6 @@ TEST(Host, StartsNoVmForAPluginThatDoesNotServe) {
   options.pluginFile = PLUGIN_FILE;
   EXPECT_EQ(Host::Start(options, why), nullptr);
   EXPECT_THAT(why, HasSubstr("/no/such/home"));
-}
-
-TEST(DocumentOutput, KeepsWhatOthersPrintOutOfTheDocument) {
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
-  const int standardOutput = dup(STDOUT_FILENO);
-  dup2(ends[1], STDOUT_FILENO);
-  close(ends[1]);
-  {
-    DocumentOutput output;
-    std::printf("printed by a bean\n");
-    std::fflush(stdout);
-    EXPECT_EQ(write(STDOUT_FILENO, "and by another\n", 15), 15);
-    EXPECT_TRUE(output.Write("document\n"));
-    EXPECT_FALSE(output.IsTerminal());
-  }
-  dup2(standardOutput, STDOUT_FILENO);
-  close(standardOutput);
-  char text[64] = {};
-  EXPECT_EQ(read(ends[0], text, sizeof text - 1), 9);
-  EXPECT_STREQ(text, "document\n");
-  EXPECT_EQ(read(ends[0], text, sizeof text), 0) << "the private descriptor stayed open";
-  close(ends[0]);
 }
 
 }  // namespace

@@ -59,15 +59,12 @@ int OpenFromEightThreads(IntrospectionCache& tested, int failures) {
   return fills;
 }
 
-TEST(IntrospectionCache, AClassIsFilledOnceHoweverManyThreadsAskAtOnce) {
-  IntrospectionCache tested;
-  EXPECT_EQ(OpenFromEightThreads(tested, 0), 1);
-  EXPECT_EQ(OpenFromEightThreads(tested, 0), 0);
-}
-
-TEST(IntrospectionCache, AFailedFillIsDroppedAndAThreadThatWaitsTakesItsTurn) {
-  IntrospectionCache tested;
-  EXPECT_EQ(OpenFromEightThreads(tested, 3), 4);
+TEST(IntrospectionCache, AClassIsFilledOnceAndAFailedFillIsDroppedHoweverManyThreadsWait) {
+  for (const int failures : {0, 3}) {
+    IntrospectionCache tested;
+    EXPECT_EQ(OpenFromEightThreads(tested, failures), failures + 1);
+    EXPECT_EQ(OpenFromEightThreads(tested, 0), 0);
+  }
 }
 
 TEST(IntrospectionCache, AThreadIsNotMadeToWaitForItselfNorForAnotherClass) {
@@ -87,19 +84,6 @@ TEST(IntrospectionCache, AThreadIsNotMadeToWaitForItselfNorForAnotherClass) {
   EXPECT_EQ(tested.GetObject(other), nullptr);
 }
 
-TEST(IntrospectionCache, AFillThatIsClosedWithoutAReportHasFailed) {
-  IntrospectionCache tested;
-  bool mustIntrospect = false;
-  ASSERT_TRUE(tested.Open(kWidget, mustIntrospect));
-  AddMethods(tested, 2);
-  EXPECT_TRUE(tested.Close(kWidget));
-  EXPECT_EQ(tested.GetObject(kWidget), nullptr);
-  ASSERT_TRUE(tested.Open(kWidget, mustIntrospect));
-  EXPECT_TRUE(mustIntrospect);
-  EXPECT_TRUE(tested.Done(kWidget, true));
-  EXPECT_TRUE(tested.GetObject(kWidget)->methods.empty()) << "entries of the failed fill";
-}
-
 TEST(IntrospectionCache, OnlyTheThreadThatFillsAClassCanAddToItAndEndIt) {
   IntrospectionCache tested;
   const cache::CachedMethodInfo method;
@@ -107,12 +91,18 @@ TEST(IntrospectionCache, OnlyTheThreadThatFillsAClassCanAddToItAndEndIt) {
   EXPECT_FALSE(tested.Close(kWidget));
   bool mustIntrospect = false;
   ASSERT_TRUE(tested.Open(kWidget, mustIntrospect));
+  AddMethods(tested, 2);
+  EXPECT_TRUE(tested.Close(kWidget)) << "without a report, the fill has failed";
+  EXPECT_EQ(tested.GetObject(kWidget), nullptr);
+  ASSERT_TRUE(tested.Open(kWidget, mustIntrospect));
+  EXPECT_TRUE(mustIntrospect);
   std::jthread([&] {
     EXPECT_FALSE(tested.Add(kWidget, method));
     EXPECT_FALSE(tested.Done(kWidget, true));
     EXPECT_TRUE(tested.Close(kWidget));
   }).join();
   EXPECT_TRUE(tested.Done(kWidget, true)) << "another thread's Close has ended the fill";
+  EXPECT_TRUE(tested.GetObject(kWidget)->methods.empty()) << "entries of the failed fill";
 }
 
 TEST(IntrospectionCache, AMethodIdentifierNamesAPosition) {
