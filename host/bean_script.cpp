@@ -47,7 +47,7 @@ struct Statement {
 }
 
 std::string TakeName(LineReader& line, const Statement& statement) {
-  const std::string name(line.Take(line.Rest().find_first_of(" \t\r\n=")));
+  std::string name(line.Take(line.Rest().find_first_of(" \t\r\n=")));
   if (!IsHeldName(name)) {
     RefuseForm(statement, name.empty() ? "a name is missing"
                                        : "\"" + name +
@@ -58,7 +58,7 @@ std::string TakeName(LineReader& line, const Statement& statement) {
 }
 
 std::string TakeLastWord(LineReader& line, const Statement& statement, const char* meaning) {
-  const std::string word(line.TakeWord());
+  std::string word(line.TakeWord());
   if (word.empty()) RefuseForm(statement, std::string(meaning) + " is missing");
   if (!line.IsAtEnd()) RefuseForm(statement, "\"" + std::string(line.Rest()) + "\" is too much");
   return word;

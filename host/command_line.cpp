@@ -38,16 +38,16 @@ void AddOptions(CLI::App& app, CommandOptions& options) {
   app.add_flag("--keep-going", options.keepGoing, "a script goes on after a statement that fails");
 }
 
-// ARGs are whatever stands behind the first word; other commands have a fixed number of words, and
-// options may stand between and behind them.
+// Behind a command with ARGs nothing is an option, since each word may be an ARG; other commands
+// have a fixed number of words, and options may stand between and behind them.
 void AddCommands(CLI::App& app, CommandLine& line) {
   for (const Command& command : Commands()) {
     const std::string form = std::string(command.words) + ": ";
     CLI::App* sub = app.add_subcommand(command.name, form + command.help);
-    sub->fallthrough();
     if (command.mostWords == kAnyNumberOfWords) {
       sub->prefix_command();
     } else {
+      sub->fallthrough();
       sub->add_option("words", line.words)->group("");
     }
   }
@@ -79,9 +79,10 @@ std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& 
   const bool takesArguments =
       line.command != nullptr && line.command->mostWords == kAnyNumberOfWords;
   for (const std::string& word : words) {
-    if (!takesArguments && word.size() > 1 && word[0] == '-') {
-      return "\"" + word + "\" is no option";
+    if (word.size() > 1 && word[0] == '-') {
+      return "\"" + word + "\" is no option" + (takesArguments ? " here" : "");
     }
+    if (takesArguments) break;
   }
   if (line.command == nullptr) {
     return words.empty() ? "a command is missing" : "\"" + words[0] + "\" is no command";

@@ -56,29 +56,29 @@ constexpr const PrimitiveType* kChar = &kPrimitives[6];
 constexpr const PrimitiveType* kBoolean = &kPrimitives[7];
 
 struct BoxSupertype {
-  Kind kind;
   const char* name;
+  Kind kind;
   int distance;
 };
 
 // What the objects that literals become are besides their own class.
 constexpr BoxSupertype kBoxSupertypes[] = {
-    {Kind::Integer, "java.lang.Number", 1},
-    {Kind::Integer, "java.lang.Comparable", 1},
-    {Kind::Integer, "java.lang.constant.Constable", 1},
-    {Kind::Integer, "java.lang.constant.ConstantDesc", 1},
-    {Kind::Integer, "java.io.Serializable", 2},
-    {Kind::Integer, "java.lang.Object", 3},
-    {Kind::Text, "java.lang.CharSequence", 1},
-    {Kind::Text, "java.lang.Comparable", 1},
-    {Kind::Text, "java.io.Serializable", 1},
-    {Kind::Text, "java.lang.constant.Constable", 1},
-    {Kind::Text, "java.lang.constant.ConstantDesc", 1},
-    {Kind::Text, "java.lang.Object", 2},
-    {Kind::Bool, "java.lang.Comparable", 1},
-    {Kind::Bool, "java.io.Serializable", 1},
-    {Kind::Bool, "java.lang.constant.Constable", 1},
-    {Kind::Bool, "java.lang.Object", 2},
+    {"java.lang.Number", Kind::Integer, 1},
+    {"java.lang.Comparable", Kind::Integer, 1},
+    {"java.lang.constant.Constable", Kind::Integer, 1},
+    {"java.lang.constant.ConstantDesc", Kind::Integer, 1},
+    {"java.io.Serializable", Kind::Integer, 2},
+    {"java.lang.Object", Kind::Integer, 3},
+    {"java.lang.CharSequence", Kind::Text, 1},
+    {"java.lang.Comparable", Kind::Text, 1},
+    {"java.io.Serializable", Kind::Text, 1},
+    {"java.lang.constant.Constable", Kind::Text, 1},
+    {"java.lang.constant.ConstantDesc", Kind::Text, 1},
+    {"java.lang.Object", Kind::Text, 2},
+    {"java.lang.Comparable", Kind::Bool, 1},
+    {"java.io.Serializable", Kind::Bool, 1},
+    {"java.lang.constant.Constable", Kind::Bool, 1},
+    {"java.lang.Object", Kind::Bool, 2},
 };
 
 bool IsNumber(Kind kind) { return kind == Kind::Integer || kind == Kind::Real; }
@@ -171,7 +171,7 @@ Fit FitNumber(const Argument& argument, const PrimitiveType& type, bool inArray)
 // One character of text or 'c' for a char: the first byte is what the plug-in passes on, in an
 // array the whole 16-bit code.
 Fit FitCharacter(const Argument& argument, bool inArray) {
-  const Fit misfit = Misfit("one character, such as 'c'", argument);
+  Fit misfit = Misfit("one character, such as 'c'", argument);
   if (argument.kind != Kind::Character && argument.kind != Kind::Text) return misfit;
   const std::wstring codes = Utf8ToWide(argument.text);
   if (codes.size() != 1 || codes[0] > 0xFFFF) return misfit;

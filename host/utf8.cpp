@@ -1,5 +1,6 @@
 #include "host/utf8.h"
 
+#include <bit>
 #include <cstdint>
 
 namespace quenlatrix::host {
@@ -60,7 +61,7 @@ std::string WideToUtf8(std::wstring_view text) {
   std::string out;
   out.reserve(text.size());
   for (const wchar_t character : text) {
-    auto code = static_cast<std::uint32_t>(character);
+    auto code = std::bit_cast<std::uint32_t>(character);
     if (!IsCharacter(code)) code = kReplacement;
     if (code < 0x80) {
       AppendByte(out, code);

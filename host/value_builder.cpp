@@ -112,7 +112,7 @@ ObjectPtr ArrayValue(const Argument& argument, const TypeDesc& parameterType, Bo
   AppendElements(argument, elements);
   for (unsigned int place = 0; place < elements.size(); ++place) {
     ObjectPtr value = OneValue(*elements[place], elementDesc, boxClass, true, boxes);
-    if (array->SetItemAt(value.get(), place)) value.release();
+    if (array->SetItemAt(value.get(), place)) static_cast<void>(value.release());
   }
   return array;
 }

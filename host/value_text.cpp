@@ -16,7 +16,7 @@ using meta_object::TypeDesc;
 namespace type = meta_object::type;
 
 std::string ElementText(const type::Object* value, const TypeDesc& desc, const ObjectViewer& view) {
-  const std::string text = ValueText(value, desc, view);
+  std::string text = ValueText(value, desc, view);
   if (value == nullptr) return text;
   if (desc.key == TypeDesc::Key::String) return '"' + text + '"';
   return desc.key == TypeDesc::Key::Char ? '\'' + text + '\'' : text;
