@@ -1,9 +1,7 @@
 package beans;
 
 import java.util.Arrays;
-import java.util.Collections;
 import java.util.List;
-import java.util.Map;
 import java.util.Vector;
 
 /** How do objects come back, under which static type, and null? */
@@ -21,7 +19,6 @@ public class ObjectReturner {
   public Object arrayAsObject() { return new int[] {1, 2}; }
   public Comparable<String> textAsInterface() { return "text"; }
   public List<String> list() { return Arrays.asList("a", "b", "c"); }
-  public Map<String, Integer> map() { return Collections.singletonMap("one", 1); }
   public Vector<String> vector() { return new Vector<>(Arrays.asList("a", "b")); }
   public Point nullPoint() { return null; }
   public Object nullObject() { return null; }
