@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 using quenlatrix::meta_object::Identity;
@@ -10,10 +12,7 @@ TEST(Identity, IsParsedAndWrittenBackInCanonicalForm) {
   const struct {
     const char* text;
     bool valid;
-    const char* handler;
-    const char* handlerData;
-    const char* core;
-    const char* canonical;
+    const char *handler, *handlerData, *core, *canonical;
   } cases[] = {
       {"JAVABEAN://Bean", true, "JAVABEAN", "Bean", "JAVABEAN://Bean", "JAVABEAN://Bean"},
       {"JAVABEAN://B?Scope=user?Mode=cached", true, "JAVABEAN", "B", "JAVABEAN://B",
@@ -98,12 +97,7 @@ TEST(Identity, CopiesAreDeepAndAnOwnTextCanBeSet) {
 }
 
 TEST(Identity, WhiteSpaceIsTheCLocales) {
-  const struct {
-    const char* text;
-    const char* trimmed;
-    std::size_t first;
-    std::size_t last;
-  } cases[] = {
+  const std::tuple<const char*, const char*, std::size_t, std::size_t> cases[] = {
       {" \t\n\v\f\ra b\r\f\v\n\t ", "a b", 0, 14},
       {"ab", "ab", std::string::npos, std::string::npos},
       {"a\tb", "a\tb", 1, 1},
@@ -111,10 +105,10 @@ TEST(Identity, WhiteSpaceIsTheCLocales) {
       {"\xA0x", "\xA0x", std::string::npos, std::string::npos},
   };
   const Identity identity;
-  for (const auto& row : cases) {
-    EXPECT_EQ(identity.TrimString(row.text), row.trimmed);
-    EXPECT_EQ(identity.FindWhiteSpace(row.text), row.first) << row.text;
-    EXPECT_EQ(identity.ReverseFindWhiteSpace(row.text), row.last) << row.text;
+  for (const auto& [text, trimmed, first, last] : cases) {
+    EXPECT_EQ(identity.TrimString(text), trimmed);
+    EXPECT_EQ(identity.FindWhiteSpace(text), first) << text;
+    EXPECT_EQ(identity.ReverseFindWhiteSpace(text), last) << text;
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <string>
+#include <tuple>
 
 #include "tests/support/locales.h"
 
@@ -32,21 +33,18 @@ TEST(WideChars, ComparisonEndsWhereEitherTextEnds) {
 }
 
 TEST(WideChars, NumberReadingStopsAtTheSamePlaceInTheWideText) {
-  struct {
-    std::wstring text;
-    int base;
-    long value, stop;
-  } const cases[] = {{L"  42x", 10, 42, 4},
-                     {L"", 10, 0, 0},
-                     {L"-0x1Fg", 0, -31, 5},
-                     {L"\u01321\u01002", 10, 21, 2},  // low bytes: '2', '1', NUL, '2'
-                     {std::wstring(200, L'0') + L"7!", 10, 7, 201},
-                     {L"99999999999999999999 ", 10, LONG_MAX, 20}};
-  for (auto const& c : cases) {
+  std::tuple<std::wstring, int, long, long> const cases[] = {
+      {L"  42x", 10, 42, 4},
+      {L"", 10, 0, 0},
+      {L"-0x1Fg", 0, -31, 5},
+      {L"\u01321\u01002", 10, 21, 2},  // low bytes: '2', '1', NUL, '2'
+      {std::wstring(200, L'0') + L"7!", 10, 7, 201},
+      {L"99999999999999999999 ", 10, LONG_MAX, 20}};
+  for (auto const& [digits, base, value, stop] : cases) {
     wchar_t* end = nullptr;
-    EXPECT_EQ(text::wcstol(c.text.c_str(), &end, c.base), c.value);
-    EXPECT_EQ(end - c.text.c_str(), c.stop);
-    EXPECT_EQ(text::wcstol(c.text.c_str(), nullptr, c.base), c.value);
+    EXPECT_EQ(text::wcstol(digits.c_str(), &end, base), value);
+    EXPECT_EQ(end - digits.c_str(), stop);
+    EXPECT_EQ(text::wcstol(digits.c_str(), nullptr, base), value);
   }
 }
 

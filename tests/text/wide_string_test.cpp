@@ -5,6 +5,7 @@
 #include <cwchar>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "tests/support/locales.h"
@@ -109,12 +110,8 @@ TEST(WideString, PartsEndWithTheText) {
 }
 
 TEST(WideString, ConvertsByTheEncodingOfTheProcess) {
-  struct {
-    char const* locale;
-    char const* narrow;
-    wchar_t const* wide;
-    char const* back;  // cut to as many bytes as there are characters
-  } const cases[] = {
+  // What comes back is cut to as many bytes as there are characters.
+  std::tuple<char const*, char const*, wchar_t const*, char const*> const cases[] = {
       {utf8Locale, "plain", L"plain", "plain"},
       {utf8Locale, "\xC3\xA4", L"\u00E4", ""},
       {utf8Locale, "ab\xC3\xA4", L"ab\u00E4", "ab"},
@@ -124,11 +121,11 @@ TEST(WideString, ConvertsByTheEncodingOfTheProcess) {
       {utf8Locale, "\xC3", L"(none)", "(none)"},
       {singleByteCommaLocale, "a\xE4\xDFz", L"a\u00E4\u00DFz", "a\xE4\xDFz"},
   };
-  for (auto const& c : cases) {
-    LocaleScope const locale(c.locale);
-    WideString const s(c.narrow);
-    EXPECT_EQ(Text(s), c.wide) << c.narrow;
-    EXPECT_EQ(Narrow(s), c.back) << c.narrow;
+  for (auto const& [locale, narrow, wide, back] : cases) {
+    LocaleScope const scope(locale);
+    WideString const s(narrow);
+    EXPECT_EQ(Text(s), wide) << narrow;
+    EXPECT_EQ(Narrow(s), back) << narrow;
   }
 }
 

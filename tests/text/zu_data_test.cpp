@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "tests/support/binary_layout.h"
 #include "text/zu_text_local.h"
@@ -25,16 +27,14 @@ ZuData Data(char const* bytes) {
 }
 
 TEST(ZuData, BuffersGrowInStepsAndShrinkOnlyByThirtyTwoBytesOrMore) {
-  struct {
-    unsigned long before, asked, after;
-  } const cases[] = {{0, 100, 100},      {100, 101, 112},     {100, 112, 128},
-                     {100, 69, 100},     {100, 68, 68},       {4096, 4097, 4112},
-                     {4097, 4098, 8192}, {5000, 5001, 8192},  {5000, 4980, 5000},
-                     {5000, 4000, 4000}, {5000, 8192, 12288}, {100, 0, 0}};
-  for (auto const& c : cases) {
-    ZuData d(c.before);
-    EXPECT_TRUE(d.SetBufferSize(c.asked));
-    EXPECT_EQ(d.GetBufferSize(), c.after) << c.before << " asked for " << c.asked;
+  std::array<unsigned long, 3> const cases[] = {
+      {0, 100, 100},      {100, 101, 112},    {100, 112, 128},     {100, 69, 100},
+      {100, 68, 68},      {4096, 4097, 4112}, {4097, 4098, 8192},  {5000, 5001, 8192},
+      {5000, 4980, 5000}, {5000, 4000, 4000}, {5000, 8192, 12288}, {100, 0, 0}};
+  for (auto const& [before, asked, after] : cases) {
+    ZuData d(before);
+    EXPECT_TRUE(d.SetBufferSize(asked));
+    EXPECT_EQ(d.GetBufferSize(), after) << before << " asked for " << asked;
   }
   ZuData d = Data(std::string(100, 'x').c_str());
   EXPECT_TRUE(d.SetBufferSize(10));
@@ -90,16 +90,13 @@ TEST(ZuData, AReleasedBufferIsTheCallers) {
 }
 
 TEST(ZuData, ReplacesWithinTheData) {
-  struct {
-    unsigned long pos, count;
-    char const* with;
-    char const* expected;
-  } const cases[] = {{1, 2, "XY", "aXYd"}, {1, 2, "", "ad"},          {0, 0, "12", "12abcd"},
-                     {9, 1, "!", "abcd!"}, {2, 99, "....", "ab...."}, {1, 1, "123", "a123cd"}};
-  for (auto const& c : cases) {
+  std::tuple<unsigned long, unsigned long, char const*, char const*> const cases[] = {
+      {1, 2, "XY", "aXYd"}, {1, 2, "", "ad"},          {0, 0, "12", "12abcd"},
+      {9, 1, "!", "abcd!"}, {2, 99, "....", "ab...."}, {1, 1, "123", "a123cd"}};
+  for (auto const& [pos, count, with, expected] : cases) {
     ZuData d = Data("abcd");
-    EXPECT_TRUE(d.Replace(c.pos, c.count, c.with, std::strlen(c.with)));
-    EXPECT_EQ(Bytes(d), c.expected);
+    EXPECT_TRUE(d.Replace(pos, count, with, std::strlen(with)));
+    EXPECT_EQ(Bytes(d), expected);
   }
   ZuData d;
   EXPECT_TRUE(d.Replace(7, 7, Data("ab")));

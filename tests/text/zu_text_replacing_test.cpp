@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "text/zu_text.h"
 #include "text/zu_text_local.h"
@@ -8,25 +9,22 @@
 namespace {
 
 TEST(ZuTextReplacing, ReplacesEveryMatchOnce) {
-  struct {
-    char const *text, *find, *repl;
-    bool caseSensitive;
-    char const* expected;
-  } const cases[] = {{"aaa", "a", "aa", true, "aaaaaa"},
-                     {"abcAbc", "AB", "x", false, "xcxc"},
-                     {"abcAbc", "AB", "x", true, "abcAbc"},
-                     {"abab", "ab", "", true, ""},
-                     {"abab", "AB", "", false, ""},
-                     {"aXbxc", "x", "xyz", false, "axyzbxyzc"},
-                     {"aaa", "aa", "b", true, "ba"},
-                     {"aaa", "AA", "b", false, "ba"},
-                     {"abc", "", "x", true, "abc"},
-                     {"", "a", "x", false, ""},
-                     {"\xE4\xC4", "\xE4", "ae", false, "aeae"}};
-  for (auto const& c : cases) {
-    ZuText t(c.text);
-    t.ReplaceAll(c.find, c.repl, c.caseSensitive);
-    EXPECT_STREQ(t.GetTextEx(), c.expected) << c.text << ", " << c.find;
+  std::tuple<char const*, char const*, char const*, bool, char const*> const cases[] = {
+      {"aaa", "a", "aa", true, "aaaaaa"},
+      {"abcAbc", "AB", "x", false, "xcxc"},
+      {"abcAbc", "AB", "x", true, "abcAbc"},
+      {"abab", "ab", "", true, ""},
+      {"abab", "AB", "", false, ""},
+      {"aXbxc", "x", "xyz", false, "axyzbxyzc"},
+      {"aaa", "aa", "b", true, "ba"},
+      {"aaa", "AA", "b", false, "ba"},
+      {"abc", "", "x", true, "abc"},
+      {"", "a", "x", false, ""},
+      {"\xE4\xC4", "\xE4", "ae", false, "aeae"}};
+  for (auto const& [text, find, repl, caseSensitive, expected] : cases) {
+    ZuText t(text);
+    t.ReplaceAll(find, repl, caseSensitive);
+    EXPECT_STREQ(t.GetTextEx(), expected) << text << ", " << find;
   }
 }
 

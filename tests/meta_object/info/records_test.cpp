@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "meta_object/info/cached_method_info.h"
@@ -119,27 +122,20 @@ TEST(Records, CutShortAreRefusedAndChangeNothing) {
 TEST(Records, HostileNumbersAreRefusedOrHarmless) {
   const Bytes whole = Serialized(ObjectInfo(Sample()));
   const std::size_t count = 4 + 13 + 2 + 5;
-  struct Case {
-    std::size_t offset;
-    Bytes number;
-    bool read;
-    std::size_t properties;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<std::size_t, Bytes, bool, std::size_t> cases[] = {
       {count, {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}, true, 0},  // a count of -1
       {count, {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F}, true, 2},  // ends at the zeros
       {count + 8, {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}, false, 0},
       {count + 8, {24, 0, 0, 0, 0, 0, 0, 0}, false, 0},  // shorter than its text
       {count + 17, {0xFF, 0xFF, 0xFF, 0xFF}, true, 2},   // no code point
   };
-  for (const Case& row : cases) {
+  for (const auto& [offset, number, isRead, properties] : cases) {
     Bytes record = whole;
-    std::copy(row.number.begin(), row.number.end(),
-              record.begin() + static_cast<std::ptrdiff_t>(row.offset));
+    std::ranges::copy(number, record.begin() + static_cast<std::ptrdiff_t>(offset));
     ObjectInfo read;
-    EXPECT_EQ(read.Deserialize(record.data(), record.size()), row.read);
-    EXPECT_EQ(read.properties.size(), row.properties);
-    if (row.offset == count + 17) {
+    EXPECT_EQ(read.Deserialize(record.data(), record.size()), isRead);
+    EXPECT_EQ(read.properties.size(), properties);
+    if (offset == count + 17) {
       EXPECT_EQ(read.properties.at(0)->name.getWCharPtr()[0], static_cast<wchar_t>(0xFFFFFFFF));
       EXPECT_EQ(read.properties.at(0)->name.getCharPtr(), nullptr);
     }
@@ -194,9 +190,9 @@ TEST(CachedMethodInfo, CopiesDeepWithoutDescriptionAndNullParameters) {
 }
 
 TEST(CachedMethodInfo, EqualityLooksAtAllButTheDescription) {
-  const CachedMethodInfo same = Method();
-  using Change = void (*)(CachedMethodInfo&);
-  const std::vector<std::pair<Change, bool>> changes = {
+  const CachedMethodInfo original = Method();
+  const CachedMethodInfo same(original);
+  const std::pair<void (*)(CachedMethodInfo&), bool> changes[] = {
       {[](CachedMethodInfo& m) { m.description = L"other"; }, true},
       {[](CachedMethodInfo& m) { m.params->at(0)->type.displayName = L"other"; }, true},
       {[](CachedMethodInfo& m) { m.name = L"other"; }, false},
@@ -212,12 +208,13 @@ TEST(CachedMethodInfo, EqualityLooksAtAllButTheDescription) {
        false},
       {[](CachedMethodInfo& m) { m.Clear(); }, false},
   };
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    const CachedMethodInfo base(same);
+  int number = 0;
+  for (const auto& [change, isEqual] : changes) {
     CachedMethodInfo changed(same);
-    changes[i].first(changed);
-    EXPECT_EQ(base == changed, changes[i].second) << "change " << i;
-    EXPECT_EQ(changed == base, changes[i].second) << "change " << i;
+    change(changed);
+    EXPECT_EQ(same == changed, isEqual) << "change " << number;
+    EXPECT_EQ(changed == same, isEqual) << "change " << number;
+    ++number;
   }
   CachedMethodInfo emptyList;
   emptyList.params = new CachedMethodInfo::ParamList;
