@@ -1,5 +1,6 @@
 #include "tests/support/jni_reference_tracker.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quenlatrix::test {
@@ -10,15 +11,12 @@ using Table = JNINativeInterface_;
 
 thread_local JniReferenceTracker* current = nullptr;
 
-// While Java runs, its own native code works with the same table, and what that makes goes when it
-// returns: none of the test's business.
-thread_local bool isCounting = true;
-
+// What Java's own native code makes goes when it returns: none of the test's business.
 template <auto Entry, class Result, class... Args>
 Result RunsJava(JNIEnv* env, Args... args) {
   struct Pause {
-    bool before = std::exchange(isCounting, false);
-    ~Pause() { isCounting = before; }
+    bool before = std::exchange(isJavaRunning, true);
+    ~Pause() { isJavaRunning = before; }
   };
   const Pause pause;
   return (current->Original().*Entry)(env, args...);
@@ -87,7 +85,7 @@ jobject PopLocalFrame(JNIEnv* env, jobject result) {
 
 }  // namespace
 
-JniReferenceTracker::JniReferenceTracker(JNIEnv* env) : patch(env), frames(1) {
+JniReferenceTracker::JniReferenceTracker(JNIEnv* env) : env(env), patch(env), frames(1) {
   current = this;
   Table& table = patch.Table();
   PatchAll<LocalMaker, &Table::FindClass, &Table::DefineClass, &Table::ToReflectedMethod,
@@ -123,15 +121,20 @@ int JniReferenceTracker::LiveLocals() const {
   return live;
 }
 
+int JniReferenceTracker::Left() const {
+  return LiveLocals() + LiveGlobals() + OpenFrames() + (env->ExceptionCheck() ? 1 : 0);
+}
+
 void JniReferenceTracker::NoteLocal(jobject reference) {
-  if (isCounting && reference != nullptr) {
+  if (!isJavaRunning && reference != nullptr) {
     frames.back().insert(reference);
     ++localsMade;
+    mostLocals = std::max(mostLocals, LiveLocals());
   }
 }
 
 void JniReferenceTracker::NoteGlobal(jobject reference) {
-  if (isCounting && reference != nullptr) {
+  if (!isJavaRunning && reference != nullptr) {
     globals.insert(reference);
     ++globalsMade;
   }
@@ -146,13 +149,13 @@ void JniReferenceTracker::ForgetLocal(jobject reference) {
 void JniReferenceTracker::ForgetGlobal(jobject reference) { globals.erase(reference); }
 
 void JniReferenceTracker::PushFrame() {
-  if (isCounting) {
+  if (!isJavaRunning) {
     frames.emplace_back();
   }
 }
 
 void JniReferenceTracker::PopFrame() {
-  if (isCounting && frames.size() > 1) {
+  if (!isJavaRunning && frames.size() > 1) {
     frames.pop_back();
   }
 }

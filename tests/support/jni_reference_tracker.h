@@ -23,9 +23,13 @@ class JniReferenceTracker {
   // Made in the scope and not deleted yet; a popped frame deletes its local references.
   int LiveLocals() const;
   int LiveGlobals() const { return static_cast<int>(globals.size()); }
+  // All that was left behind: live references, frames not popped, a pending exception.
+  int Left() const;
   // All that were made, live or not: a test sees that it counted something.
   int LocalsMade() const { return localsMade; }
   int GlobalsMade() const { return globalsMade; }
+  // The most local references that were live at once.
+  int MostLocals() const { return mostLocals; }
   // Frames pushed and not popped.
   int OpenFrames() const { return static_cast<int>(frames.size()) - 1; }
 
@@ -39,11 +43,13 @@ class JniReferenceTracker {
   void PopFrame();
 
  private:
+  JNIEnv* env;
   PatchedJni patch;
   std::vector<std::set<jobject>> frames;
   std::set<jobject> globals;
   int localsMade = 0;
   int globalsMade = 0;
+  int mostLocals = 0;
 };
 
 }  // namespace quenlatrix::test

@@ -8,6 +8,18 @@ PatchedJni::PatchedJni(JNIEnv* env) : env(env), original(env->functions), table(
 
 PatchedJni::~PatchedJni() { env->functions = original; }
 
+FaultyJni::FaultyJni(JNIEnv* env, Fault fault, int faultAt) : patch(env) {
+  healthy = &patch.Original();
+  callsUntilFault = faultAt;
+  fault(patch.Table());
+}
+
+void FaultyJni::RunOutOfMemory(JNIEnv* env) {
+  jclass const cls = healthy->FindClass(env, "java/lang/OutOfMemoryError");
+  healthy->ThrowNew(env, cls, "patched");
+  healthy->DeleteLocalRef(env, cls);
+}
+
 PatchedVm::PatchedVm(JavaVM* machine)
     : machine(machine), original(machine->functions), table(*machine->functions) {
   machine->functions = &table;

@@ -2,6 +2,8 @@
 
 #include <jni.h>
 
+#include <type_traits>
+
 namespace quenlatrix::test {
 
 // For a scope, an environment works with a copy of its function table in which the test has changed
@@ -26,7 +28,48 @@ class PatchedJni {
   JNINativeInterface_ table;
 };
 
-// The same for the machine's own table (attach and detach), which all threads share.
+// Whether a JniReferenceTracker sees Java run on this thread: its own native code works with the
+// same table.
+inline thread_local bool isJavaRunning = false;
+
+// For a scope, one call of an entry fails as it does when memory runs out. With a tracker, what
+// Java itself calls is left alone.
+class FaultyJni {
+ public:
+  using Fault = void (*)(JNINativeInterface_&);
+
+  // The entry that a fault is for answers its failure value; an OutOfMemoryError is pending unless
+  // the entry throws none.
+  template <auto Entry, bool throws = true>
+  static void Lose(JNINativeInterface_& table) {
+    Patch<Entry, throws>(table, Entry);
+  }
+
+  // The first call of the entry has number 0.
+  FaultyJni(JNIEnv* env, Fault fault, int faultAt);
+  bool HasFailed() const { return callsUntilFault < 0; }
+
+ private:
+  template <auto Entry, bool throws, class Result, class... Args>
+  static void Patch(JNINativeInterface_& table,
+                    Result (*JNINativeInterface_::*)(JNIEnv*, Args...)) {
+    table.*Entry = [](JNIEnv* env, Args... args) -> Result {
+      if (isJavaRunning || callsUntilFault-- != 0) return (healthy->*Entry)(env, args...);
+      if (throws) RunOutOfMemory(env);
+      if constexpr (std::is_pointer_v<Result>)
+        return nullptr;
+      else
+        return JNI_ENOMEM;
+    };
+  }
+  static void RunOutOfMemory(JNIEnv* env);
+
+  inline static int callsUntilFault = 0;
+  inline static const JNINativeInterface_* healthy = nullptr;
+  PatchedJni patch;
+};
+
+// What PatchedJni does, for the machine's own table (attach and detach), which all threads share.
 class PatchedVm {
  public:
   explicit PatchedVm(JavaVM* machine);
