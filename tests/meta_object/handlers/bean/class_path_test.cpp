@@ -31,11 +31,7 @@ class ClassPathTest : public testing::Test {
   }
 
   static void SetVariable(const char* value) {
-    if (value == nullptr) {
-      unsetenv("CLASSPATH");
-    } else {
-      setenv("CLASSPATH", value, 1);
-    }
+    value == nullptr ? unsetenv("CLASSPATH") : setenv("CLASSPATH", value, 1);
   }
   static void WriteFile(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
@@ -53,12 +49,7 @@ std::string ClassPathAfter(std::string text) {
 
 TEST_F(ClassPathTest, TheVariableIsFollowedByTheLinesOfTheFile) {
   const std::string full(2047, 'x');
-  struct Case {
-    const char* variable;  // null for none
-    std::string file;
-    std::string answer;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, std::string, std::string> cases[] = {
       {nullptr, "/b\n", "false before"},
       {"", "", "true before"},
       {"", "/b\n", "true before:/b"},
@@ -77,18 +68,16 @@ TEST_F(ClassPathTest, TheVariableIsFollowedByTheLinesOfTheFile) {
        "true /a:" + full + ":" + full + ":" + std::string(906, 'z')},
       {"/a", std::string("/b\0/c\n\0\n/d", 10), "true /a:/b:/d"},
   };
-  for (const Case& c : cases) {
-    SetVariable(c.variable);
-    WriteFile(ClassPathFile, c.file);
-    EXPECT_EQ(ClassPathAfter("before"), c.answer) << c.file;
+  for (const auto& [variable, file, answer] : cases) {
+    SetVariable(variable);
+    WriteFile(ClassPathFile, file);
+    EXPECT_EQ(ClassPathAfter("before"), answer) << file;
   }
-}
-
-TEST_F(ClassPathTest, AnEmptyTextBecomesASeparatorAndTheFirstEntry) {
   SetVariable("");
-  EXPECT_EQ(ClassPathAfter(""), "false ");
   WriteFile(ClassPathFile, "/b\n");
   EXPECT_EQ(ClassPathAfter(""), "true :/b");
+  fs::remove(ClassPathFile);
+  EXPECT_EQ(ClassPathAfter(""), "false ");
 }
 
 TEST_F(ClassPathTest, AFileThatCannotBeReadAddsNothing) {
@@ -105,46 +94,31 @@ TEST_F(ClassPathTest, AFileThatCannotBeReadAddsNothing) {
 }
 
 TEST_F(ClassPathTest, MarkedJarsAreLookedForInTheWholeText) {
-  struct Case {
-    const char* jarPath;  // null for none
-    bool marked;
-    const char* variable;
-    bool isMissing;
+  const std::tuple<std::vector<std::pair<const char*, bool>>, const char*, bool> cases[] = {
+      {{}, nullptr, false},
+      {{{"/b/y.jar", false}}, "/a", false},
+      {{{"/b/y.jar", true}}, nullptr, true},
+      {{{"/b/y.jar", true}}, "", true},
+      {{{"/a", true}, {"/b/y.jar", true}}, "/a:/b/y.jar", false},
+      {{{"/a", true}, {"/b/y.jar", true}}, "/a:/b/y.jar.old", false},
+      {{{"/b/y.jar", true}}, "/b/y.ja", true},
+      {{{"/from/file.jar", true}}, "/a", false},
+      {{{"/a", true}, {"/c", true}}, "/a", true},
   };
-  const Case cases[] = {
-      {nullptr, true, nullptr, false},          {"/b/y.jar", false, "/a", false},
-      {"/b/y.jar", true, nullptr, true},        {"/b/y.jar", true, "", true},
-      {"/b/y.jar", true, "/a:/b/y.jar", false}, {"/b/y.jar", true, "/a:/b/y.jar.old", false},
-      {"/b/y.jar", true, "/b/y.ja", true},      {"/from/file.jar", true, "/a", false},
-  };
-  for (const Case& c : cases) {
+  WriteFile(ClassPathFile, "/from/file.jar\n");
+  for (const auto& [jars, variable, isMissing] : cases) {
     cleanJarPath();
-    JarPathBean known;
-    known.jarPath = "/a";
-    known.beanName = "Known";
-    known.marked = c.variable != nullptr && c.variable[0] == '/' && c.variable[1] == 'a';
-    _JarPathBeanSet.Add(known);
-    if (c.jarPath != nullptr) {
+    for (const auto& [jarPath, isMarked] : jars) {
       JarPathBean bean;
-      bean.jarPath = c.jarPath;
-      bean.beanName = "Sought";
-      bean.marked = c.marked;
+      bean.jarPath = jarPath;
+      bean.beanName = std::string("Of") + jarPath;
+      bean.marked = isMarked;
       _JarPathBeanSet.Add(bean);
     }
-    WriteFile(ClassPathFile,
-              c.variable != nullptr && *c.variable != '\0' ? "/from/file.jar\n" : "");
-    SetVariable(c.variable);
-    EXPECT_EQ(NotFoundPathInClassPath(), c.isMissing)
-        << (c.jarPath == nullptr ? "none" : c.jarPath) << " "
-        << (c.variable == nullptr ? "unset" : c.variable);
+    SetVariable(variable);
+    EXPECT_EQ(NotFoundPathInClassPath(), isMissing)
+        << (jars.empty() ? "none" : jars.back().first) << (variable == nullptr ? "" : variable);
   }
-}
-
-TEST_F(ClassPathTest, OperationsWithoutEffectAnswerTheirNumber) {
-  EXPECT_EQ(AddPath2ClassPath(), 0);
-  char name[] = "as it was";
-  EXPECT_EQ(GetDisplayName("a.jar", "a.Bean", name, sizeof name), 1);
-  EXPECT_STREQ(name, "as it was");
 }
 
 // The name is made once a process, so a process of its own looks for it.

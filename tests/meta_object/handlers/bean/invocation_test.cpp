@@ -1,40 +1,21 @@
-#include <thread>
-
-#include "meta_object/handlers/bean/bean_method_invoke.h"
-#include "meta_object/handlers/bean/java_exception.h"
-#include "meta_object/handlers/bean/java_lookup.h"
 #include "meta_object/type/array.h"
-#include "meta_object/type/scalar_values.h"
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
-#include "tests/support/jni_reference_tracker.h"
 
 namespace quenlatrix::test {
 namespace {
 
-namespace bean = meta_object::handlers::bean;
 namespace status = meta_object::handler_status;
 namespace type = meta_object::type;
 using meta_object::Handler;
-using testing::HasSubstr;
 using testing::StartsWith;
 
 class InvocationTest : public PluginTest {};
 
-Values One(const std::string& javaType, const wchar_t* text) {
-  Values values;
-  values.push_back(MakeValue(javaType, text));
-  return values;
-}
-
-Values One(std::unique_ptr<type::Object> value) {
-  Values values;
-  values.push_back(std::move(value));
-  return values;
-}
+const std::string kFailed = "failed: JavaBean method call failed";
 
 TEST_F(InvocationTest, TheSignatureOfTheValuesPicksTheOverload) {
   Handler& overloads = Make("beans.Overloads");
-  const std::pair<std::vector<std::pair<std::string, const wchar_t*>>, const char*> cases[] = {
+  const std::pair<std::vector<std::pair<std::string, std::wstring>>, const char*> cases[] = {
       {{}, "none"},
       {{{"int", L"5"}}, "int 5"},
       {{{"long", L"5"}}, "long 5"},
@@ -47,32 +28,20 @@ TEST_F(InvocationTest, TheSignatureOfTheValuesPicksTheOverload) {
       {{{"java.lang.String", L"a"}, {"int", L"1"}}, "String, int a1"},
   };
   for (const auto& [params, expected] : cases) {
-    Values values;
-    for (const auto& [javaType, text] : params) {
-      values.push_back(MakeValue(javaType, text));
-    }
-    EXPECT_EQ(Call(overloads, "which", "java.lang.String", values).Text(),
+    EXPECT_EQ(Answer(overloads, "which", "java.lang.String", ValuesOf(params)),
               std::string("String ") + expected);
   }
 }
 
 TEST_F(InvocationTest, WhatCannotBeCalledFailsWithoutAnException) {
   Handler& echo = Make("beans.ScalarEcho");
-  const std::string failed = "failed: JavaBean method call failed";
-  struct Case {
-    const char* method;
-    const char* returnType;
-    const char* paramType;
-    const wchar_t* text;
-    std::string answer;
-  };
-  const Case cases[] = {
-      {"noSuchMethod", "int", "int", L"1", failed},
-      {"echoInt", "long", "int", L"1", failed},
-      {"echoInt", "int", "long", L"1", failed},
+  const std::tuple<const char*, const char*, const char*, const wchar_t*, std::string> cases[] = {
+      {"noSuchMethod", "int", "int", L"1", kFailed},
+      {"echoInt", "long", "int", L"1", kFailed},
+      {"echoInt", "int", "long", L"1", kFailed},
       {"echoInt", "array of int", "int", L"1", "Int 1"},
-      {"<init>", "void", "int", L"1", failed},
-      {"<clinit>", "void", "int", L"1", failed},
+      {"<init>", "void", "int", L"1", kFailed},
+      {"<clinit>", "void", "int", L"1", kFailed},
       {"", "int", "int", L"1", "refused"},
       {"echoInt", "int", "int", L"", "refused"},
       {"echoInt", "int", "", L"1", "refused"},
@@ -81,26 +50,21 @@ TEST_F(InvocationTest, WhatCannotBeCalledFailsWithoutAnException) {
       {"echo", "java.lang.Integer", "java.lang.Integer", L"no number", "refused"},
       {"echo", "java.lang.Date", "java.lang.Date", L"2000-01-01", "refused"},
       {"echoInt", "int[][][]", "int", L"1", "refused"},
-      {"echoInt\xC3\xA9", "int", "int", L"1", failed},
+      {"echoInt\xC3\xA9", "int", "int", L"1", kFailed},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(Call(echo, c.method, c.returnType, One(c.paramType, c.text)).Text(), c.answer)
-        << c.method << " " << c.returnType << " " << c.paramType;
+  for (const auto& [method, returnType, paramType, text, answer] : cases) {
+    EXPECT_EQ(Answer(echo, method, returnType, ValuesOf({{paramType, text}})), answer)
+        << method << " " << returnType << " " << paramType;
   }
-  EXPECT_EQ(Call(echo, "<init>", "void", {}).Text(), failed);
-  EXPECT_EQ(Call(echo, "nothing", "", {}).Text(), "Void ");
-  EXPECT_EQ(Call(echo, "nothing", "", One(nullptr)).Text(), "refused");
-  EXPECT_EQ(Call(NewHandler(), "toString", "java.lang.String", {}).Text(), failed);
+  EXPECT_EQ(Answer(echo, "<init>", "void"), kFailed);
+  EXPECT_EQ(Answer(echo, "nothing", ""), "Void ");
+  EXPECT_EQ(Answer(echo, "nothing", "", ValuesOf(std::unique_ptr<type::Object>())), "refused");
+  EXPECT_EQ(Answer(NewHandler(), "toString", "java.lang.String"), kFailed);
 }
 
 TEST_F(InvocationTest, EveryKindOfThrowableBecomesAText) {
   Handler& throwing = Make("beans.ThrowingMethods");
-  struct Case {
-    const char* method;
-    const char* returnType;
-    const char* text;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"unchecked", "void", "java.lang.IllegalArgumentException: unchecked"},
       {"error", "java.lang.String", "java.lang.AssertionError: error"},
       {"nullMessage", "java.lang.Object", "java.lang.IllegalStateException"},
@@ -109,18 +73,18 @@ TEST_F(InvocationTest, EveryKindOfThrowableBecomesAText) {
       {"stackOverflow", "int", "java.lang.StackOverflowError"},
       {"outOfMemory", "long[]", "java.lang.OutOfMemoryError"},
   };
-  for (const Case& c : cases) {
-    const CallOutcome outcome = Call(throwing, c.method, c.returnType, {});
-    EXPECT_THAT(outcome.Text(), StartsWith(std::string("failed: Java Exception: ") + c.text));
-    if (*c.text == '\0') {
-      EXPECT_EQ(outcome.Text(), "failed: Java Exception: ");
-    }
-    EXPECT_EQ(Utf8(outcome.record.description), std::string("Method: ") + c.method);
+  for (const auto& [method, returnType, text] : cases) {
+    const CallOutcome outcome = Call(throwing, method, returnType);
+    const std::string answer = std::string("failed: Java Exception: ") + text;
+    EXPECT_THAT(outcome.Text(),
+                *text == '\0' ? testing::Matcher<std::string>(answer) : StartsWith(answer));
+    EXPECT_EQ(Utf8(outcome.record.description), std::string("Method: ") + method);
   }
-  EXPECT_EQ(Call(throwing, "checked", "int", One("java.lang.String", L"gr\u00F6\u00DFer  ")).Text(),
-            "failed: Java Exception: beans.ThrowingMethods$CheckedException: gr\xC3\xB6\xC3\x9F"
-            "er");
-  EXPECT_EQ(Call(throwing, "fine", "int", {}).Text(), "Int 1");
+  EXPECT_EQ(
+      Answer(throwing, "checked", "int", ValuesOf({{"java.lang.String", L"gr\u00F6\u00DFer  "}})),
+      "failed: Java Exception: beans.ThrowingMethods$CheckedException: gr\xC3\xB6\xC3\x9F"
+      "er");
+  EXPECT_EQ(Answer(throwing, "fine", "int"), "Int 1");
 }
 
 TEST_F(InvocationTest, ParametersAccumulateAndTheLastResultTypeWins) {
@@ -152,7 +116,6 @@ TEST_F(InvocationTest, ParametersAccumulateAndTheLastResultTypeWins) {
 }
 
 TEST_F(InvocationTest, ReturnedObjectsHaveMethodsInTheirTurn) {
-  const JniReferenceTracker tracker(Env());
   std::vector<CallOutcome> chain;
   chain.push_back(Call(Make("beans.ObjectReturner"), "next", "beans.ObjectReturner", {}));
   for (int i = 0; i < 4; ++i) {
@@ -160,7 +123,7 @@ TEST_F(InvocationTest, ReturnedObjectsHaveMethodsInTheirTurn) {
     chain.push_back(Call(*chain.back().Object(), "next", "beans.ObjectReturner", {}));
   }
   EXPECT_EQ(chain.back().Text(), "Object beans.ObjectReturner");
-  EXPECT_EQ(Call(*chain.back().Object(), "depth", "int", {}).Text(), "Int 5");
+  EXPECT_EQ(Answer(*chain.back().Object(), "depth", "int"), "Int 5");
   EXPECT_EQ(chain.back().Object()->GetReferenceCount(), 1U);
 }
 
@@ -178,90 +141,76 @@ TEST_F(InvocationTest, AResultIsWhatItsStaticTypeSays) {
       {{"nullInteger", "java.lang.Integer"}, "null"},
   };
   for (const auto& [call, expected] : cases) {
-    EXPECT_EQ(Call(returner, call.first, call.second, {}).Text(), expected) << call.first;
+    EXPECT_EQ(Answer(returner, call.first, call.second), expected) << call.first;
   }
-  const CallOutcome text = Call(returner, "textAsObject", "java.lang.Object", {});
-  EXPECT_EQ(Call(*text.Object(), "length", "int", {}).Text(), "Int 4");
-  const CallOutcome unprintable =
-      Call(Make("java.util.ArrayList"), "clone", "java.lang.Object", {});
-  EXPECT_EQ(Call(*unprintable.Object(), "size", "int", {}).Text(), "Int 0");
+  const CallOutcome text = Call(returner, "textAsObject", "java.lang.Object");
+  EXPECT_EQ(Answer(*text.Object(), "length", "int"), "Int 4");
+  const CallOutcome unprintable = Call(Make("java.util.ArrayList"), "clone", "java.lang.Object");
+  EXPECT_EQ(Answer(*unprintable.Object(), "size", "int"), "Int 0");
+}
+
+// An array of the named class with the object in its only place.
+std::unique_ptr<type::Object> HoldAlone(Handler& handler, const char* javaType) {
+  auto array = MakeValue("beans.Point[]", L"-");
+  static_cast<type::Array&>(*array).SetDesc(WideString(javaType));
+  static_cast<type::Array&>(*array).SetItemAt(HoldObject(handler, javaType).release(), 0);
+  return array;
 }
 
 TEST_F(InvocationTest, TheVeryObjectArrivesThatIsPassed) {
   Handler& returner = Make("beans.ObjectReturner");
   Handler& taker = Make("beans.ObjectTaker");
-  Values coordinates;
-  coordinates.push_back(MakeValue("int", L"3"));
-  coordinates.push_back(MakeValue("int", L"4"));
-  const CallOutcome point = Call(returner, "point", "beans.Point", coordinates);
-  Values move;
-  move.push_back(HoldObject(*point.Object(), "beans.Point"));
-  move.push_back(MakeValue("int", L"7"));
-  move.push_back(MakeValue("int", L"8"));
-  EXPECT_EQ(Call(taker, "move", "void", move).Text(), "Void ");
-  EXPECT_EQ(Call(*point.Object(), "getX", "int", {}).Text(), "Int 7");
-  EXPECT_EQ(
-      Call(taker, "takesPoint", "int", One(HoldObject(*point.Object(), "beans.Point"))).Text(),
-      "Int 708");
-  const CallOutcome list = Call(returner, "list", "java.util.List", {});
-  EXPECT_EQ(
-      Call(taker, "takesList", "int", One(HoldObject(*list.Object(), "java.util.List"))).Text(),
-      "Int 3");
-  EXPECT_EQ(Call(taker, "takesObject", "java.lang.String",
-                 One(HoldObject(*point.Object(), "java.lang.Object")))
-                .Text(),
+  const CallOutcome made =
+      Call(returner, "point", "beans.Point", ValuesOf({{"int", L"3"}, {"int", L"4"}}));
+  Handler& point = *made.Object();
+  const auto pass = [](Handler& object, const char* javaType) {
+    return ValuesOf(HoldObject(object, javaType));
+  };
+  const Values move =
+      ValuesOf(HoldObject(point, "beans.Point"), MakeValue("int", L"7"), MakeValue("int", L"8"));
+  EXPECT_EQ(Answer(taker, "move", "void", move), "Void ");
+  EXPECT_EQ(Answer(point, "getX", "int"), "Int 7");
+  EXPECT_EQ(Answer(taker, "takesPoint", "int", pass(point, "beans.Point")), "Int 708");
+  EXPECT_EQ(Answer(taker, "takesObject", "java.lang.String", pass(point, "java.lang.Object")),
             "String beans.Point (7, 8)");
-  Values both;
-  both.push_back(HoldObject(*point.Object(), "java.lang.Object"));
-  both.push_back(HoldObject(*point.Object(), "java.lang.Object"));
-  EXPECT_EQ(Call(taker, "same", "boolean", both).Text(), "Bool true");
+  const CallOutcome list = Call(returner, "list", "java.util.List");
+  EXPECT_EQ(Answer(taker, "takesList", "int", pass(*list.Object(), "java.util.List")), "Int 3");
 }
 
 // A wrong object in the VM's hands is memory corruption: each of these ends before the call.
 TEST_F(InvocationTest, AWrongObjectIsRefusedBeforeTheCall) {
   Handler& taker = Make("beans.ObjectTaker");
-  const std::string failed = "failed: JavaBean method call failed";
-  const CallOutcome list = Call(Make("beans.ObjectReturner"), "list", "java.util.List", {});
-  const CallOutcome foreign =
-      Call(Make("beans.LoaderTrick"), "foreignPoint", "java.lang.Object", {});
+  const CallOutcome list = Call(Make("beans.ObjectReturner"), "list", "java.util.List");
+  const CallOutcome foreign = Call(Make("beans.LoaderTrick"), "foreignPoint", "java.lang.Object");
   ASSERT_NE(foreign.Object(), nullptr);
   for (Handler* wrong : {list.Object(), foreign.Object(), &taker}) {
-    EXPECT_EQ(Call(taker, "takesPoint", "int", One(HoldObject(*wrong, "beans.Point"))).Text(),
-              failed);
-    EXPECT_EQ(Call(taker, "takesPoint", "int", One(HoldObject(*wrong, "beans/Point"))).Text(),
-              failed);
-    auto array = MakeValue("beans.Point[]", L"x,x");
-    auto& items = static_cast<type::Array&>(*array);
-    delete items.GetItemAt(0);
-    items.SetItemAt(HoldObject(*wrong, "beans.Point").release(), 0);
-    EXPECT_EQ(Call(taker, "takesPoints", "int", One(std::move(array))).Text(), failed);
+    for (const char* javaType : {"beans.Point", "beans/Point"}) {
+      EXPECT_EQ(Answer(taker, "takesPoint", "int", ValuesOf(HoldObject(*wrong, javaType))),
+                kFailed);
+    }
+    EXPECT_EQ(Answer(taker, "takesPoints", "int", ValuesOf(HoldAlone(*wrong, "beans.Point"))),
+              kFailed);
   }
   EXPECT_EQ(
-      Call(taker, "takesList", "int", One(HoldObject(*foreign.Object(), "java.util.List"))).Text(),
-      failed);
+      Answer(taker, "takesList", "int", ValuesOf(HoldObject(*foreign.Object(), "java.util.List"))),
+      kFailed);
 
   Handler& point = Make("beans.Point");
-  const auto reference = std::to_wstring(reinterpret_cast<std::uintptr_t>(point.GetObjectRef()));
-  EXPECT_EQ(Call(taker, "takesPoint", "int", One("beans.Point", reference.c_str())).Text(),
-            "Int 0");
-  const std::wstring forged[] = {
-      L"0",
-      L"1",
-      L"-1",
-      L"no number",
-      L"18446744073709551615",
-      std::to_wstring(reinterpret_cast<std::uintptr_t>(&point)),
-      std::to_wstring(reinterpret_cast<std::uintptr_t>(point.GetObjectRef()) + 8)};
-  for (const std::wstring& text : forged) {
-    EXPECT_EQ(Call(taker, "takesPoint", "int", One("beans.Point", text.c_str())).Text(), "refused")
-        << Utf8(text.c_str());
+  const auto takesPoint = [&taker](const std::wstring& text) {
+    return Answer(taker, "takesPoint", "int", ValuesOf({{"beans.Point", text}}));
+  };
+  const auto address = reinterpret_cast<std::uintptr_t>(point.GetObjectRef());
+  EXPECT_EQ(takesPoint(std::to_wstring(address)), "Int 0");
+  for (const std::wstring& forged :
+       {std::wstring(L"0"), std::wstring(L"1"), std::wstring(L"-1"), std::wstring(L"no number"),
+        std::wstring(L"18446744073709551615"), std::to_wstring(address + 8),
+        std::to_wstring(reinterpret_cast<std::uintptr_t>(&point))}) {
+    EXPECT_EQ(takesPoint(forged), "refused") << Utf8(forged.c_str());
   }
-  EXPECT_EQ(Call(taker, "takesPoint", "int", One(HoldObject(NewHandler(), "beans.Point"))).Text(),
-            "refused");
   point.Release();
-  EXPECT_EQ(Call(taker, "takesPoint", "int", One("beans.Point", reference.c_str())).Text(),
-            "refused")
-      << "no longer live";
+  EXPECT_EQ(takesPoint(std::to_wstring(address)), "refused") << "no longer live";
+  EXPECT_EQ(Answer(taker, "takesPoint", "int", ValuesOf(HoldObject(NewHandler(), "beans.Point"))),
+            "refused");
 }
 
 // Type names whose signature would stand for other parameters than there are values.
@@ -277,66 +226,10 @@ TEST_F(InvocationTest, ATypeNameCannotSmuggleParametersIntoTheSignature) {
   for (const char* name : names) {
     auto value = HoldObject(taker, "java.lang.Object");
     value->GetMetaItemType().typeName.assign(name);
-    Values values = One(std::move(value));
-    EXPECT_THAT(Call(overloads, "which", "java.lang.String", values).Text(),
-                StartsWith("failed: JavaBean"))
-        << name;
-    EXPECT_THAT(Call(taker, "same", "boolean", values).Text(), StartsWith("failed: JavaBean"))
-        << name;
-    auto array = MakeValue("beans.Point[]", L"-");
-    auto& items = static_cast<type::Array&>(*array);
-    items.SetDesc(WideString(name));
-    items.SetItemAt(HoldObject(taker, name).release(), 0);
-    EXPECT_THAT(Call(taker, "same", "boolean", One(std::move(array))).Text(),
-                StartsWith("failed: JavaBean"))
-        << name;
-  }
-}
-
-TEST_F(InvocationTest, TheExceptionCheckDescribesAndClears) {
-  JNIEnv* const env = Env();
-  WideString text(L"former");
-  EXPECT_FALSE(bean::IsJavaExceptionHappened(nullptr, &text));
-  EXPECT_FALSE(bean::IsJavaExceptionHappened(env, &text));
-  EXPECT_EQ(Utf8(text), "former");
-  const JniReferenceTracker tracker(env);
-  const auto raise = [env](const char* cls) {
-    const auto found = bean::FindJavaClass(env, cls);
-    env->ThrowNew(found.Get(), "why");
-  };
-  raise("java/lang/IllegalStateException");
-  EXPECT_TRUE(bean::IsJavaExceptionHappened(env, nullptr));
-  raise("java/lang/IllegalStateException");
-  EXPECT_TRUE(bean::IsJavaExceptionHappened(env, &text));
-  EXPECT_EQ(Utf8(text), "Java Exception: java.lang.IllegalStateException: why");
-  EXPECT_FALSE(bean::IsJavaExceptionHappened(env, &text));
-  EXPECT_EQ(tracker.LiveLocals(), 0);
-}
-
-TEST_F(InvocationTest, AClassNameGetsSlashes) {
-  std::string names[] = {"a.b.Bean", "Bean", ".", ""};
-  const char* const expected[] = {"a/b/Bean", "Bean", "/", ""};
-  for (std::size_t i = 0; i < std::size(names); ++i) {
-    EXPECT_EQ(bean::dotsToSlashes(names[i].data()), names[i].data());
-    EXPECT_EQ(names[i], expected[i]);
-  }
-}
-
-TEST_F(InvocationTest, LendsItsParametersByPosition) {
-  bean::CBeanMethodInvoke call(L"Invoke:x:0", nullptr, nullptr, true);
-  EXPECT_EQ(call.GetParamItem(0), nullptr);
-  type::Int value(1);
-  std::list<type::Object*> params{nullptr, &value};
-  EXPECT_EQ(call.PrepareMethodCall(params), 0U);
-  EXPECT_EQ(call.GetParamItem(1), &value);
-  EXPECT_EQ(call.GetParamItem(2), nullptr);
-  EXPECT_EQ(call.GetParamItem(-1), nullptr);
-  meta_object::MethodInvokeStatus record;
-  type::Object* result = nullptr;
-  EXPECT_EQ(call.InvokeMethod(record, &result), status::kCallFailed) << "no environment, no name";
-  EXPECT_EQ(record.statusCode, 0U);
-  for (const int number : {-1, 10}) {
-    EXPECT_EQ(bean::callJavaMethod(number, Env(), nullptr, nullptr, nullptr).j, 0) << "no call";
+    const Values values = ValuesOf(std::move(value));
+    EXPECT_EQ(Answer(overloads, "which", "java.lang.String", values), kFailed) << name;
+    EXPECT_EQ(Answer(taker, "same", "boolean", values), kFailed) << name;
+    EXPECT_EQ(Answer(taker, "same", "boolean", ValuesOf(HoldAlone(taker, name))), kFailed) << name;
   }
 }
 

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <memory>
-#include <tuple>
 #include <utility>
 
 namespace {
@@ -31,14 +30,11 @@ TEST_F(JarPathSetTest, KeepsTheFirstJarOfABean) {
 }
 
 TEST_F(JarPathSetTest, GivesThePathsOfMarkedEntriesOnly) {
-  for (auto [jar, bean, marked] : {std::tuple{"b.jar", "B", true},
-                                   {"b.jar", "C", true},
-                                   {"a.jar", "A", true},
-                                   {"plain.jar", "P", false}}) {
+  for (int number = 0; const char* const jar : {"b.jar", "a.jar", "b.jar"}) {
     JarPathBean entry;
     entry.jarPath = jar;
-    entry.beanName = bean;
-    entry.marked = marked;
+    entry.beanName = std::to_string(++number);
+    entry.marked = true;
     _JarPathBeanSet.Add(std::move(entry));
   }
   Record("recorded.jar", "R");
@@ -51,10 +47,10 @@ TEST_F(JarPathSetTest, KnowsABeanByTheClassOfItsIdentity) {
   Record("shop.jar", "shop.Cart");
   EXPECT_TRUE(IsValidBeanName("JAVABEAN://shop.Cart"));
   EXPECT_TRUE(IsValidBeanName("JAVABEAN://shop.Cart?Scope=user"));
-  for (const char* const unknown :
-       {"JAVABEAN://shop.Other", "shop.Cart", "", (const char*)nullptr}) {
-    EXPECT_FALSE(IsValidBeanName(unknown)) << (unknown ? unknown : "(null)");
+  for (const char* const unknown : {"JAVABEAN://shop.Other", "shop.Cart", ""}) {
+    EXPECT_FALSE(IsValidBeanName(unknown)) << unknown;
   }
+  EXPECT_FALSE(IsValidBeanName(nullptr));
 }
 
 }  // namespace

@@ -13,78 +13,66 @@ using meta_object::TypeDesc;
 
 class MarshallingTest : public PluginTest {
  protected:
-  static std::string CallOne(Handler& bean, const std::string& method,
-                             const std::string& returnType, std::unique_ptr<type::Object> value) {
-    Values values;
-    values.push_back(std::move(value));
-    return Call(bean, method, returnType, values).Text();
+  // What beans.ArrayText says about the array that arrives.
+  std::string Arrived(std::unique_ptr<type::Object> value) {
+    if (text == nullptr) text = &Make("beans.ArrayText");
+    return Answer(*text, "text", "java.lang.String", ValuesOf(std::move(value)));
   }
-  static std::string CallOne(Handler& bean, const std::string& method,
-                             const std::string& returnType, const std::string& javaType,
-                             const std::wstring& text) {
-    return CallOne(bean, method, returnType, MakeValue(javaType, text));
-  }
+
+  Handler* text = nullptr;
 };
 
-struct ScalarCase {
-  const char* method;
-  const char* javaType;
-  const wchar_t* text;
-  const char* answer;
-};
-
-constexpr ScalarCase kScalars[] = {
-    {"echoBoolean", "boolean", L"true", "Bool true"},
-    {"echoBoolean", "boolean", L"True", "Bool true"},
-    {"echoBoolean", "boolean", L"TRUE", "Bool true"},
-    {"echoBoolean", "boolean", L"tRUE", "Bool false"},
-    {"echoBoolean", "boolean", L"1", "Bool false"},
-    {"echoBoolean", "boolean", L"yes", "Bool false"},
-    {"echoBoolean", "boolean", L"true ", "Bool false"},
-    {"echoByte", "byte", L"-1", "Int 255"},
-    {"echoByte", "byte", L"127", "Int 127"},
-    {"echoByte", "byte", L"300", "Int 44"},
-    {"echoChar", "char", L"AB", "Char A"},
-    {"echoShort", "short", L"-1", "Int -1"},
-    {"echoShort", "short", L"65537", "Int 1"},
-    {"echoInt", "int", L"-2147483648", "Int -2147483648"},
-    {"echoInt", "int", L"5000000000", "Int 705032704"},
-    {"echoInt", "int", L" +42abc", "Int 42"},
-    {"echoInt", "int", L"text", "Int 0"},
-    {"echoLong", "long", L"5000000000", "Int 5000000000"},
-    {"echoLong", "long", L"-9223372036854775808", "Int -9223372036854775808"},
-    {"echoFloat", "float", L"1.5", "Real 1.500000"},
-    {"echoFloat", "float", L"1e-3", "Real 0.001000"},
-    {"echoDouble", "double", L"-2.25e3", "Real -2250.000000"},
-    {"echoDouble", "double", L"1e300x", nullptr},
-    {"echoDouble", "double", L"1,5", "Real 1.000000"},
-    {"echoString", "java.lang.String", L"", "String "},
-    {"echoString", "java.lang.String", L"4DCDFAD3_25A9_11D3_8062_00C04F5219CB", "String "},
-    {"echoString", "java.lang.String", L"a b\tc", "String a b\tc"},
-    {"echo", "java.lang.Boolean", L"TRUE", "Bool true"},
-    {"echo", "java.lang.Byte", L"-5", "Int -5"},
-    {"echo", "java.lang.Character", L"zyx", "Char z"},
-    {"echo", "java.lang.Short", L"-32768", "Int -32768"},
-    {"echo", "java.lang.Integer", L"42", "Int 42"},
-    {"echo", "java.lang.Long", L"9223372036854775807", "Int 9223372036854775807"},
-    {"echo", "java.lang.Float", L"0.5", "Real 0.500000"},
-    {"echo", "java.lang.Double", L"1e3", "Real 1000.000000"},
-    {"echo", "java.lang.Byte", L"300", "refused"},
-    {"echo", "java.lang.Double", L"1,5", "refused"},
-};
+// Texts and what the bean's echo of each is, by type.
+const std::pair<std::string, std::vector<std::pair<const wchar_t*, const char*>>> kScalars[] = {
+    {"boolean",
+     {{L"true", "Bool true"},
+      {L"True", "Bool true"},
+      {L"TRUE", "Bool true"},
+      {L"tRUE", "Bool false"},
+      {L"1", "Bool false"},
+      {L"yes", "Bool false"},
+      {L"true ", "Bool false"}}},
+    {"byte", {{L"-1", "Int 255"}, {L"127", "Int 127"}, {L"300", "Int 44"}}},
+    {"char", {{L"AB", "Char A"}}},
+    {"short", {{L"-1", "Int -1"}, {L"65537", "Int 1"}}},
+    {"int",
+     {{L"-2147483648", "Int -2147483648"},
+      {L"5000000000", "Int 705032704"},
+      {L" +42abc", "Int 42"},
+      {L"text", "Int 0"}}},
+    {"long",
+     {{L"5000000000", "Int 5000000000"}, {L"-9223372036854775808", "Int -9223372036854775808"}}},
+    {"float", {{L"1.5", "Real 1.500000"}, {L"1e-3", "Real 0.001000"}}},
+    {"double", {{L"-2.25e3", "Real -2250.000000"}, {L"1,5", "Real 1.000000"}}},
+    {"java.lang.String",
+     {{L"", "String "},
+      {L"4DCDFAD3_25A9_11D3_8062_00C04F5219CB", "String "},
+      {L"a b\tc", "String a b\tc"}}},
+    {"java.lang.Boolean", {{L"TRUE", "Bool true"}}},
+    {"java.lang.Byte", {{L"-5", "Int -5"}, {L"300", "refused"}}},
+    {"java.lang.Character", {{L"zyx", "Char z"}}},
+    {"java.lang.Short", {{L"-32768", "Int -32768"}}},
+    {"java.lang.Integer", {{L"42", "Int 42"}}},
+    {"java.lang.Long", {{L"9223372036854775807", "Int 9223372036854775807"}}},
+    {"java.lang.Float", {{L"0.5", "Real 0.500000"}}},
+    {"java.lang.Double", {{L"1e3", "Real 1000.000000"}, {L"1,5", "refused"}}}};
 
 TEST_F(MarshallingTest, EveryScalarGoesOutAndComesBackWhateverTheDecimalPoint) {
   Handler& echo = Make("beans.ScalarEcho");
   for (const char* locale : {utf8Locale, utf8CommaLocale, singleByteCommaLocale}) {
     const LocaleScope scope(locale);
-    for (const ScalarCase& c : kScalars) {
-      const std::string answer = CallOne(echo, c.method, c.javaType, c.javaType, c.text);
-      if (c.answer != nullptr) {
-        EXPECT_EQ(answer, c.answer) << c.method << " " << Utf8(c.text) << " " << locale;
-      } else {
-        EXPECT_EQ(answer.size(), std::string("Real ").size() + 301 + 7) << "whole, however large";
+    for (const auto& [type, texts] : kScalars) {
+      std::string method = "echo" + (type.starts_with("java") ? "" : type);
+      if (type == "java.lang.String") method += "String";
+      if (method.size() > 4) method[4] = static_cast<char>(std::toupper(method[4]));
+      for (const auto& [text, answer] : texts) {
+        EXPECT_EQ(Answer(echo, method, type, ValuesOf({{type, text}})), answer)
+            << type << " " << Utf8(text) << " " << locale;
       }
     }
+    const std::string huge =
+        Answer(echo, "echoDouble", "double", ValuesOf({{"double", L"1e300x"}}));
+    EXPECT_EQ(huge.size(), std::string("Real ").size() + 301 + 7) << "whole, however large";
   }
 }
 
@@ -99,73 +87,59 @@ TEST_F(MarshallingTest, ValuesOfTheirOwnClassesGoOutAlike) {
   high->GetMetaItemType() = DescribeType("char");
   high->SetValue(L'\u00E9');
   const LocaleScope scope(singleByteCommaLocale);
-  EXPECT_EQ(CallOne(echo, "echoDouble", "double", std::move(real)), "Real 2.500000");
-  EXPECT_EQ(CallOne(echo, "echoBoolean", "boolean", std::move(flag)), "Bool true");
-  Values values;
-  values.push_back(std::move(high));
-  const CallOutcome outcome = Call(echo, "echoChar", "char", values);
+  EXPECT_EQ(Answer(echo, "echoDouble", "double", ValuesOf(std::move(real))), "Real 2.500000");
+  EXPECT_EQ(Answer(echo, "echoBoolean", "boolean", ValuesOf(std::move(flag))), "Bool true");
+  const CallOutcome outcome = Call(echo, "echoChar", "char", ValuesOf(std::move(high)));
   EXPECT_EQ(static_cast<const type::Char*>(outcome.result)->GetValue(), 0)
       << "U+FFE9, a byte's sign in all bits, is no character of Latin-1";
 }
 
 TEST_F(MarshallingTest, EachArgumentArrivesInItsOwnPlace) {
-  const std::pair<const char*, const wchar_t*> params[] = {
-      {"boolean", L"true"}, {"byte", L"-2"},     {"char", L"c"},
-      {"short", L"-4"},     {"int", L"5"},       {"long", L"-6"},
-      {"float", L"7.5"},    {"double", L"-8.5"}, {"java.lang.String", L"nine"}};
-  Values values;
-  for (const auto& [javaType, text] : params) {
-    values.push_back(MakeValue(javaType, text));
-  }
-  EXPECT_EQ(Call(Make("beans.ScalarEcho"), "combine", "java.lang.String", values).Text(),
+  const Values values = ValuesOf({{"boolean", L"true"},
+                                  {"byte", L"-2"},
+                                  {"char", L"c"},
+                                  {"short", L"-4"},
+                                  {"int", L"5"},
+                                  {"long", L"-6"},
+                                  {"float", L"7.5"},
+                                  {"double", L"-8.5"},
+                                  {"java.lang.String", L"nine"}});
+  EXPECT_EQ(Answer(Make("beans.ScalarEcho"), "combine", "java.lang.String", values),
             "String true|-2|99|-4|5|-6|7.5|-8.5|nine");
 }
 
 TEST_F(MarshallingTest, TextGoesOutNarrowAndComesBackWhole) {
-  struct Case {
-    const char* locale;
-    const wchar_t* text;
-    const char* codes;
-  };
-  const Case cases[] = {
-      {utf8Locale, L"plain", "70 6c 61 69 6e"},
-      {utf8Locale, L"gr\u00FC\u00DFe", "67 72 fc"},
-      {utf8Locale, L"gr\u00FC\u00DFe  ", "67 72 fc df 65"},
-      {utf8Locale, L"\U0001F600abc", "d83d de00"},
-      {utf8Locale, L"\u20AC\u20AC\u20AC", "20ac"},
-      {singleByteCommaLocale, L"gr\u00FC\u00DFe", "67 72 fc df 65"},
+  const std::tuple<const char*, const wchar_t*, const char*> outgoing[] = {
+      {utf8Locale, L"plain", "String 70 6c 61 69 6e"},
+      {utf8Locale, L"gr\u00FC\u00DFe", "String 67 72 fc"},
+      {utf8Locale, L"gr\u00FC\u00DFe  ", "String 67 72 fc df 65"},
+      {utf8Locale, L"\U0001F600abc", "String d83d de00"},
+      {utf8Locale, L"\u20AC\u20AC\u20AC", "String 20ac"},
+      {singleByteCommaLocale, L"gr\u00FC\u00DFe", "String 67 72 fc df 65"},
+      {singleByteCommaLocale, L"\u20AC", "refused"},  // Latin-1 has no euro sign
   };
   Handler& texts = Make("beans.Texts");
-  for (const Case& c : cases) {
-    const LocaleScope scope(c.locale);
-    EXPECT_EQ(CallOne(texts, "codes", "java.lang.String", "java.lang.String", c.text),
-              std::string("String ") + c.codes);
+  for (const auto& [locale, text, codes] : outgoing) {
+    const LocaleScope scope(locale);
+    const Values values = ValuesOf({{"java.lang.String", text}});
+    EXPECT_EQ(Answer(texts, "codes", "java.lang.String", values), codes);
   }
+  const std::pair<const char*, const wchar_t*> coming[] = {
+      {"latin", L"String gr\u00FC\u00DFe"},
+      {"supplementary", L"String \U0001F600\U0010FFFF"},
+      {"withNul", L"String a"},
+      {"loneSurrogate", L"String a\uFFFDb"},
+      {"empty", L"String "},
+  };
   for (const char* locale : {utf8Locale, singleByteCommaLocale}) {
     const LocaleScope scope(locale);
-    EXPECT_EQ(Call(texts, "latin", "java.lang.String", {}).Text(),
-              "String gr\xC3\xBC\xC3\x9F"
-              "e");
-    EXPECT_EQ(Call(texts, "supplementary", "java.lang.String", {}).Text(),
-              "String \xF0\x9F\x98\x80\xF4\x8F\xBF\xBF");
-    EXPECT_EQ(Call(texts, "withNul", "java.lang.String", {}).Text(), "String a");
-    EXPECT_EQ(Call(texts, "loneSurrogate", "java.lang.String", {}).Text(),
-              "String a\xED\xA0\x80"
-              "b");
-    EXPECT_EQ(Call(texts, "empty", "java.lang.String", {}).Text(), "String ");
-    EXPECT_EQ(CallOne(texts, "length", "int", "java.lang.String", L""), "Int 0");
+    for (const auto& [method, text] : coming) {
+      EXPECT_EQ(Answer(texts, method, "java.lang.String"), Utf8(text)) << locale;
+    }
   }
-  const LocaleScope scope(singleByteCommaLocale);
-  EXPECT_EQ(CallOne(texts, "codes", "java.lang.String", "java.lang.String", L"\u20AC"), "refused")
-      << "Latin-1 has no euro sign";
-}
-
-TEST_F(MarshallingTest, ALongTextIsNotCut) {
-  Handler& texts = Make("beans.Texts");
-  Values values;
-  values.push_back(MakeValue("java.lang.String", std::wstring(1000, L'x')));
-  values.push_back(MakeValue("int", L"1000"));
-  EXPECT_EQ(Call(texts, "repeated", "java.lang.String", values).Text(),
+  const Values million =
+      ValuesOf({{"java.lang.String", std::wstring(1000, L'x')}, {"int", L"1000"}});
+  EXPECT_EQ(Answer(texts, "repeated", "java.lang.String", million),
             "String " + std::string(1000000, 'x'));
 }
 
@@ -219,25 +193,23 @@ constexpr ArrayCase kArrays[] = {
 };
 
 TEST_F(MarshallingTest, EveryArrayGoesOutComesBackAndIsFilledAgain) {
-  Handler& text = Make("beans.ArrayText");
   Handler& echo = Make("beans.ArrayEcho");
   Handler& changer = Make("beans.ArrayChanger");
   const LocaleScope scope(utf8CommaLocale);
   for (const ArrayCase& c : kArrays) {
     const std::string name = c.javaType + Utf8(c.elements);
-    EXPECT_EQ(CallOne(text, "text", "java.lang.String", c.javaType, c.elements),
+    EXPECT_EQ(Arrived(MakeValue(c.javaType, c.elements)),
               c.arrived == nullptr ? "refused" : std::string("String ") + c.arrived)
         << name;
-    Values values;
-    values.push_back(MakeValue(c.javaType, c.elements));
+    const Values values = ValuesOf({{c.javaType, c.elements}});
     const std::string before = Show(values[0].get());
-    const std::string echoed = Call(echo, "echo", c.javaType, values).Text();
+    const std::string echoed = Answer(echo, "echo", c.javaType, values);
     EXPECT_EQ(echoed, c.back == nullptr ? "refused" : c.back) << name;
     const bool isFilledAgain = c.back != nullptr && echoed != "null";
     EXPECT_EQ(Show(values[0].get()), isFilledAgain ? c.back : before) << name;
     if (c.reversed != nullptr) {
       for (const char* expected : {c.reversed, c.back}) {
-        EXPECT_EQ(Call(changer, "reverse", "void", values).Text(), "Void ") << name;
+        EXPECT_EQ(Answer(changer, "reverse", "void", values), "Void ") << name;
         EXPECT_EQ(Show(values[0].get()), expected) << name << ", again and again";
         EXPECT_TRUE(values[0]->CanInvoke());
       }
@@ -247,12 +219,7 @@ TEST_F(MarshallingTest, EveryArrayGoesOutComesBackAndIsFilledAgain) {
 
 TEST_F(MarshallingTest, ResultsOfEveryShapeComeBack) {
   Handler& maker = Make("beans.ArrayMaker");
-  struct Case {
-    const char* method;
-    const char* returnType;
-    const char* answer;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
       {"emptyInts", "int[]", "null"},
       {"nullInts", "int[]", "null"},
       {"emptyRows", "int[][]", "null"},
@@ -269,8 +236,8 @@ TEST_F(MarshallingTest, ResultsOfEveryShapeComeBack) {
       {"mixed", "java.lang.Object[]",
        "Object [java.lang.Object,java.lang.Object,java.lang.Object]"},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(Call(maker, c.method, c.returnType, {}).Text(), c.answer) << c.method;
+  for (const auto& [method, returnType, answer] : cases) {
+    EXPECT_EQ(Answer(maker, method, returnType), answer) << method;
   }
 }
 
@@ -294,69 +261,53 @@ TEST_F(MarshallingTest, ArgumentsThatChangeShapeAreFilledAgain) {
        "failed: Java Exception: java.lang.IllegalStateException: changed 2", "Int [1,2]"},
   };
   for (const Case& c : cases) {
-    Values values;
-    values.push_back(MakeValue(c.javaType, c.elements));
-    EXPECT_EQ(Call(changer, c.method, c.returnType, values).Text(), c.answer) << c.method;
+    const Values values = ValuesOf({{c.javaType, c.elements}});
+    EXPECT_EQ(Answer(changer, c.method, c.returnType, values), c.answer) << c.method;
     EXPECT_EQ(Show(values[0].get()), c.after) << c.method;
   }
 }
 
 TEST_F(MarshallingTest, ShapesAndElementsThatDoNotFitAreNotPassed) {
-  Handler& text = Make("beans.ArrayText");
-  const auto shift = [](std::unique_ptr<type::Object> value) {
-    value->GetMetaItemType().arrayInfo->dimensions[0].lowerBound = 1;
-    return value;
+  using Dimensions = std::vector<TypeDesc::ArrayInfo::DimensionInfo>;
+  // What the descriptor says in spite of the elements.
+  const std::tuple<const char*, const wchar_t*, Dimensions, const char*> shapes[] = {
+      {"int[]", L"1,2", {{1, 2}}, "String null"},
+      {"java.lang.String[]", L"a", {{1, 1}}, "refused"},
+      {"int[][]", L"1,2;3,4", {{1, 2}, {0, 2}}, "refused"},
+      {"int[]", L"1", {{0, 1}, {0, 1}, {0, 1}}, "refused"},
+      {"int[]", L"1", {}, "refused"},
+      {"int[]", L"7,8", {{0, -1}}, "String [7]"},  // an unknown count stands for one element
+      {"int[]", L"7,8", {{0, 3}}, "String null"},
   };
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", shift(MakeValue("int[]", L"1,2"))),
-            "String null");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", shift(MakeValue("java.lang.String[]", L"a"))),
-            "refused");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", shift(MakeValue("int[][]", L"1,2;3,4"))),
-            "refused");
+  for (const auto& [javaType, elements, dimensions, answer] : shapes) {
+    auto value = MakeValue(javaType, elements);
+    value->GetMetaItemType().arrayInfo->dimensions = dimensions;
+    EXPECT_EQ(Arrived(std::move(value)), answer) << javaType << dimensions.size();
+  }
+  auto scalar = MakeValue("int", L"1");
+  scalar->GetMetaItemType() = DescribeType("int[]");
+  EXPECT_EQ(Arrived(std::move(scalar)), "refused");
 
-  const auto mix = [](const char* javaType, const wchar_t* elements, type::Object* intruder) {
+  const std::tuple<const char*, const wchar_t*, type::Object*, const char*> intruders[] = {
+      {"int[]", L"1,2", new type::Real(2.0), "String null"},
+      {"double[]", L"1,2", new type::Int(2), "String null"},
+      {"char[]", L"a,b", new type::Bool(), "String null"},
+      {"int[][]", L"1,2;3,4", new type::Void(), "refused"},
+      {"java.lang.String[]", L"a,b", new type::Int(2), "String [a, 2]"},
+  };
+  for (const auto& [javaType, elements, intruder, answer] : intruders) {
     auto value = MakeValue(javaType, elements);
     auto& array = static_cast<type::Array&>(*value);
     delete array.GetItemAt(1);
     array.SetItemAt(intruder, 1);
-    return value;
-  };
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", mix("int[]", L"1,2", new type::Real(2.0))),
-            "String null");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", mix("double[]", L"1,2", new type::Int(2))),
-            "String null");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", mix("char[]", L"a,b", new type::Bool())),
-            "String null");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", mix("int[][]", L"1,2;3,4", new type::Void())),
-            "refused");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String",
-                    mix("java.lang.String[]", L"a,b", new type::Int(2))),
-            "String [a, 2]");
-
-  auto cube = MakeValue("int[]", L"1");
-  cube->GetMetaItemType().arrayInfo->dimensions.assign(3, {0, 1});
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", std::move(cube)), "refused");
-  auto none = MakeValue("int[]", L"1");
-  none->GetMetaItemType().arrayInfo->dimensions.clear();
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", std::move(none)), "refused");
-  auto unknown = MakeValue("int[]", L"7,8");
-  unknown->GetMetaItemType().arrayInfo->dimensions[0].elementCount = -1;
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", std::move(unknown)), "String [7]")
-      << "an unknown count stands for one element";
-  auto longer = MakeValue("int[]", L"7,8");
-  longer->GetMetaItemType().arrayInfo->dimensions[0].elementCount = 3;
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", std::move(longer)), "String null");
-  auto scalar = MakeValue("int", L"1");
-  scalar->GetMetaItemType() = DescribeType("int[]");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", std::move(scalar)), "refused");
+    EXPECT_EQ(Arrived(std::move(value)), answer) << javaType;
+  }
 }
 
 TEST_F(MarshallingTest, AnArrayTakesTheClassOfItsFirstElement) {
-  Handler& text = Make("beans.ArrayText");
   Handler& point = Make("beans.Point");
-  const auto objects = [](const char* elementType, std::vector<Handler*> handlers) {
-    auto value =
-        MakeValue(std::string(elementType) + "[]", std::wstring(handlers.size() - 1, L','));
+  const auto objects = [](std::string elementType, std::vector<Handler*> handlers) {
+    auto value = MakeValue(elementType + "[]", std::wstring(handlers.size() - 1, L','));
     auto& array = static_cast<type::Array&>(*value);
     for (unsigned int i = 0; i < handlers.size(); ++i) {
       delete array.GetItemAt(i);
@@ -364,19 +315,17 @@ TEST_F(MarshallingTest, AnArrayTakesTheClassOfItsFirstElement) {
     }
     return value;
   };
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", objects("beans.Point", {&point, &point})),
-            "String [(0, 0), (0, 0)]");
-  EXPECT_EQ(CallOne(text, "classOf", "java.lang.String", objects("java.lang.Object", {&point})),
-            "String [Lbeans.Point;");
-  EXPECT_EQ(CallOne(text, "text", "java.lang.String", objects("java.lang.Object", {&point, &text})),
-            "refused")
+  EXPECT_EQ(Arrived(objects("beans.Point", {&point, &point})), "String [(0, 0), (0, 0)]");
+  EXPECT_EQ(
+      Answer(*text, "classOf", "java.lang.String", ValuesOf(objects("java.lang.Object", {&point}))),
+      "String [Lbeans.Point;");
+  EXPECT_EQ(Arrived(objects("java.lang.Object", {&point, text})), "refused")
       << "what doesn't fit the first element's class";
   const JniReferenceTracker tracker(Env());
   {
-    Values values;
-    values.push_back(objects("beans.Point", {&point, &point}));
+    const Values values = ValuesOf(objects("beans.Point", {&point, &point}));
     Handler& changer = Make("beans.ArrayChanger");
-    EXPECT_EQ(Call(changer, "reverse", "void", values).Text(), "Void ");
+    EXPECT_EQ(Answer(changer, "reverse", "void", values), "Void ");
     EXPECT_EQ(Show(values[0].get()), "Object [beans.Point,beans.Point]");
     EXPECT_EQ(tracker.LiveGlobals(), 6) << "the changer's two and two for each new element";
     EXPECT_EQ(point.GetReferenceCount(), 2U) << "only the refused array still holds it";

@@ -10,30 +10,12 @@ using info::cache::CachedParamInfo;
 using test::Utf8;
 using Key = TypeDesc::Key;
 
-TEST(MethodId, IsKindNameAndIndex) {
-  struct Case {
-    MethodType type;
-    const wchar_t* name;
-    int index;
-    const char* id;
-  };
-  const Case cases[] = {
-      {MethodType::Get, L"getColor", 0, "Get:getColor:0"},
-      {MethodType::Set, L"setColor", 1, "Set:setColor:1"},
-      {MethodType::Invoke, L"repaint", 2147483647, "Invoke:repaint:2147483647"},
-      {static_cast<MethodType>(9), L"gr\u00F6\u00DFe", 3,
-       "Invoke:gr\xC3\xB6\xC3\x9F"
-       "e:3"},
-      {MethodType::Invoke, L"", 0, "Invoke::0"},
-  };
-  for (const Case& c : cases) {
-    WideString id(L"former");
-    EXPECT_TRUE(CreateMethodID(id, WideString(c.name), c.type, c.index));
-    EXPECT_EQ(Utf8(id), c.id);
-  }
-}
-
-TEST(MethodId, IsTakenApartAtItsFirstAndLastSeparator) {
+TEST(MethodId, IsMadeOfKindNameAndIndexAndTakenApartAtItsFirstAndLastSeparator) {
+  WideString id(L"former");
+  EXPECT_TRUE(CreateMethodID(id, L"gr\u00F6\u00DFe", static_cast<MethodType>(9), 2147483647));
+  EXPECT_EQ(Utf8(id),
+            "Invoke:gr\xC3\xB6\xC3\x9F"
+            "e:2147483647");
   struct Case {
     const char* id;
     MethodType type;
@@ -42,169 +24,123 @@ TEST(MethodId, IsTakenApartAtItsFirstAndLastSeparator) {
   };
   const Case cases[] = {
       {"Get:getColor:0", MethodType::Get, "getColor:0", "getColor"},
-      {"set:setX:4", MethodType::Set, "setX:4", "setX"},
       {"SET:setX:4", MethodType::Set, "setX:4", "setX"},
-      {"gEtter:setX:4", MethodType::Get, "setX:4", "setX"},
-      {"Invoke:getX:4", MethodType::Invoke, "getX:4", "getX"},
       {"getX", MethodType::Invoke, "getX", "getX"},
       {":x:1", MethodType::Invoke, "x:1", "x"},
       {"Get:a:b:1", MethodType::Get, "a:b:1", "a:b"},
-      {"Get:a", MethodType::Get, "a", "a"},
       {"Get::0", MethodType::Get, ":0", ""},
       {"Get:", MethodType::Get, "", ""},
       {"", MethodType::Invoke, "", ""},
   };
   for (const Case& c : cases) {
-    const WideString id(c.id);
     WideString name(L"former");
     auto type = static_cast<MethodType>(7);
-    EXPECT_TRUE(ParseMethodID(id, name, type, false)) << c.id;
+    EXPECT_TRUE(ParseMethodID(c.id, name, type, false)) << c.id;
     EXPECT_EQ(type, c.type) << c.id;
     EXPECT_EQ(Utf8(name), c.nameWithIndex) << c.id;
     EXPECT_EQ(MethodId2MethodName(WideString(name), name), *c.bareName != '\0') << c.id;
     EXPECT_EQ(Utf8(name), c.bareName) << c.id;
-    EXPECT_TRUE(ParseMethodID(id, name, type, true)) << c.id;
+    EXPECT_TRUE(ParseMethodID(c.id, name, type, true)) << c.id;
     EXPECT_EQ(Utf8(name), c.bareName) << c.id;
   }
 }
 
 TEST(MethodId, ItsIndexIsReadOnlyFromThreeFields) {
-  struct Case {
-    const wchar_t* id;
-    long index;  // -1: none
-  };
-  const Case cases[] = {
-      {L"Get:getColor:0", 0},
-      {L"any thing:at all:12", 12},
-      {L"a:b: +7rest", 7},
-      {L"a:b:", -1},
-      {L"a:b:x", -1},
-      {L"a:b", -1},
-      {L"a::1", -1},
-      {L":b:1", -1},
-      {L"", -1},
-      {L"Invoke:repaint:3:4", 3},
-      {L"a:b:0x10", 0},
-      {L"Get:gr\u00F6\u00DFe:12", -1},
-  };
-  for (const Case& c : cases) {
-    unsigned long index = 99;
-    EXPECT_EQ(ReadMethodIndex(WideString(c.id), index), c.index >= 0) << Utf8(c.id);
-    if (c.index >= 0) {
-      EXPECT_EQ(index, static_cast<unsigned long>(c.index)) << Utf8(c.id);
+  const std::pair<int, std::vector<const wchar_t*>> cases[] = {
+      {12, {L"any thing:at all:12"}},
+      {7, {L"a:b: +7rest"}},
+      {3, {L"Invoke:repaint:3:4"}},
+      {0, {L"a:b:0x10"}},
+      {-1, {L"a:b:", L"a:b:x", L"a::1", L"a:b", L":b:1", L"", L"Get:gr\u00F6\u00DFe:12"}}};
+  for (const auto& [expected, ids] : cases) {
+    for (const wchar_t* id : ids) {
+      unsigned long index = 99;
+      const bool isRead = ReadMethodIndex(id, index);
+      EXPECT_EQ(isRead ? static_cast<int>(index) : -1, expected) << Utf8(id);
     }
   }
 }
 
 TEST(MethodId, MangledNamesGetTheirPrefixOnceAndNoCapitalLetter) {
-  struct Case {
-    MethodType type;
-    const char* name;
-    const char* mangled;
-  };
-  const Case cases[] = {
-      {MethodType::Get, "color", "getcolor"},
-      {MethodType::Get, "Color", "getColor"},
-      {MethodType::Get, "GETCOLOR", "GETCOLOR"},
-      {MethodType::Get, "ge", "getge"},
-      {MethodType::Get, "setColor", "getsetColor"},
-      {MethodType::Set, "Color", "setColor"},
+  const std::tuple<MethodType, const char*, const char*> cases[] = {
+      {MethodType::Get, "color", "getcolor"},    {MethodType::Get, "Color", "getColor"},
+      {MethodType::Get, "GETCOLOR", "GETCOLOR"}, {MethodType::Get, "ge", "getge"},
       {MethodType::Set, "settle", "settle"},
-      {MethodType::Invoke, "color", "color"},
-      {MethodType::Get, "", "get"},
   };
-  for (const Case& c : cases) {
-    WideString name(c.name);
-    MethodType type = c.type;
+  for (auto [type, plain, mangled] : cases) {
+    WideString name(plain);
     mangleMethodName(name, type);
-    EXPECT_EQ(Utf8(name), c.mangled);
+    EXPECT_EQ(Utf8(name), mangled);
   }
 }
 
 TEST(JavaTypeName, GivesKeyNamesAndDimensions) {
-  struct Case {
+  struct Name {
     const wchar_t* name;
-    Key key;
     const char* typeName;
-    const char* displayName;
-    std::size_t dimensions;
+    std::size_t dimensions = 0;
   };
-  const Case cases[] = {
-      {L"void", Key::Void, "void", "void", 0},
-      {L"int", Key::Int, "int", "int", 0},
-      {L"I", Key::Int, "int", "int", 0},
-      {L"Z", Key::Bool, "boolean", "boolean", 0},
-      {L"S", Key::Int, "short", "short", 0},
-      {L"J", Key::Int, "long", "long", 0},
-      {L"F", Key::Real, "float", "float", 0},
-      {L"D", Key::Real, "double", "double", 0},
-      {L"C", Key::Char, "char", "char", 0},
-      {L"B", Key::Int, "byte", "byte", 0},
-      {L"V", Key::Object, "V", "V", 0},
-      {L"java.lang.Boolean", Key::Bool, "java.lang.Boolean", "java.lang.Boolean", 0},
-      {L"java.lang.Integer", Key::Int, "java.lang.Integer", "java.lang.Integer", 0},
-      {L"java.lang.Character", Key::Char, "java.lang.Character", "java.lang.Character", 0},
-      {L"java.lang.Byte", Key::Int, "java.lang.Byte", "java.lang.Byte", 0},
-      {L"java.lang.Double", Key::Real, "java.lang.Double", "java.lang.Double", 0},
-      {L"java.lang.String", Key::String, "java.lang.String", "java.lang.String", 0},
-      {L"Ljava.lang.String;", Key::String, "java.lang.String", "java.lang.String", 0},
-      {L"java.util.Vector", Key::Object, "java.util.Vector", "java.util.Vector", 0},
-      {L"[[I", Key::Int, "int", "array of array of int", 2},
-      {L"[Ljava.lang.String;", Key::String, "java.lang.String", "array of java.lang.String", 1},
-      {L"[Ljava.awt.Point;", Key::Object, "java.awt.Point", "array of java.awt.Point", 1},
-      {L"[[[D", Key::Real, "double", "array of array of array of double", 3},
-      {L"[", Key::Object, "", "array of ", 1},
-      {L"L", Key::Object, "L", "L", 0},
-      {L"L;", Key::Object, ";", ";", 0},
-      {L"Linked", Key::Object, "Linked", "Linked", 0},
-      {L"int;", Key::Int, "int", "int", 0},
-      {L"a;;", Key::Object, "a;", "a;", 0},
-      {L"Inner$_", Key::Object, "Inner$_", "Inner$_", 0},
-      {L"caf\u00E9", Key::Object, "caf\xC3\xA9", "caf\xC3\xA9", 0},
-      {L"Int", Key::Object, "Int", "Int", 0},
-      {L"", Key::Object, "", "", 0},
-      {nullptr, Key::Object, "", "", 0},
-  };
-  for (const Case& c : cases) {
-    const TypeDesc desc = GetTypeDesc(c.name);
-    const std::string name = Utf8(WideString(c.name));
-    EXPECT_EQ(desc.key, c.key) << name;
-    EXPECT_EQ(desc.refType, TypeDesc::RefType::ByValue) << name;
-    EXPECT_EQ(Utf8(desc.typeName), c.typeName) << name;
-    EXPECT_EQ(Utf8(desc.displayName), c.displayName) << name;
-    ASSERT_EQ(desc.arrayInfo != nullptr, c.dimensions > 0) << name;
-    if (desc.arrayInfo != nullptr) {
+  const std::pair<Key, std::vector<Name>> cases[] = {
+      {Key::Void, {{L"void", "void"}}},
+      {Key::Bool, {{L"Z", "boolean"}}},
+      {Key::Char, {{L"C", "char"}}},
+      {Key::Real, {{L"F", "float"}, {L"D", "double"}, {L"[[[D", "double", 3}}},
+      {Key::Int,
+       {{L"I", "int"},
+        {L"S", "short"},
+        {L"J", "long"},
+        {L"B", "byte"},
+        {L"[[I", "int", 2},
+        {L"int;", "int"}}},
+      {Key::String, {{L"[Ljava.lang.String;", "java.lang.String", 1}}},
+      {Key::Object,
+       {{L"V", "V"},
+        {L"[", "", 1},
+        {L"L", "L"},
+        {L"L;", ";"},
+        {L"Linked", "Linked"},
+        {L"a;;", "a;"},
+        {L"caf\u00E9", "caf\xC3\xA9"},
+        {L"", ""},
+        {nullptr, ""}}}};
+  for (const auto& [key, names] : cases) {
+    for (const auto& [name, typeName, dimensions] : names) {
+      const TypeDesc desc = GetTypeDesc(name);
+      std::string displayName = typeName;
+      for (std::size_t i = 0; i < dimensions; ++i) displayName.insert(0, "array of ");
+      EXPECT_EQ(desc.key, key) << displayName;
+      EXPECT_EQ(Utf8(desc.typeName), typeName);
+      EXPECT_EQ(Utf8(desc.displayName), displayName);
+      ASSERT_EQ(desc.arrayInfo != nullptr, dimensions > 0) << displayName;
+      if (desc.arrayInfo == nullptr) continue;
       EXPECT_EQ(desc.arrayInfo->dimensions,
-                std::vector<TypeDesc::ArrayInfo::DimensionInfo>(c.dimensions, {0, -1}))
-          << name;
+                std::vector<TypeDesc::ArrayInfo::DimensionInfo>(dimensions, {0, -1}));
     }
   }
 }
 
 TEST(JavaTypeName, IsTrimmedAtItsLengthOrOfOneStrayCharacter) {
-  struct Case {
-    std::wstring text;
-    int length;
-    const wchar_t* trimmed;
-  };
-  Case cases[] = {
+  std::tuple<std::wstring, int, const wchar_t*> cases[] = {
       {L"name;;", 4, L"name"}, {L"name;", 0, L"name"}, {L"name;;", 0, L"name;"},
       {L"name_", 0, L"name_"}, {L";", 0, L";"},        {L"", 0, L""},
       {L"name;", -1, L"name"}, {L"name", 1, L"n"},
   };
-  for (Case& c : cases) {
-    TrimJavaString(c.text.data(), c.length);
-    EXPECT_STREQ(c.text.c_str(), c.trimmed);
+  for (auto& [text, length, trimmed] : cases) {
+    TrimJavaString(text.data(), length);
+    EXPECT_STREQ(text.c_str(), trimmed);
   }
 }
 
 TEST(JavaTypeName, ReturnCodesHaveNumbers) {
-  const std::pair<const char*, int> cases[] = {{"I", 5}, {"Z", 1}, {"B", 2},    {"C", 3},
-                                               {"S", 4}, {"J", 6}, {"F", 7},    {"D", 8},
-                                               {"V", 0}, {"", 0},  {"void", 9}, {"[I", 0}};
-  for (const auto& [code, expected] : cases) {
+  const std::string codes = "VZBCSIJFD";
+  for (int expected = 0; expected < 9; ++expected) {
     int number = 77;
-    EXPECT_TRUE(Type2Num(ZuText(code), number));
+    EXPECT_TRUE(Type2Num(codes.substr(static_cast<std::size_t>(expected), 1).c_str(), number));
+    EXPECT_EQ(number, expected);
+  }
+  for (const auto& [code, expected] : {std::pair{"", 0}, {"void", 9}, {"[I", 0}}) {
+    int number = 77;
+    EXPECT_TRUE(Type2Num(code, number));
     EXPECT_EQ(number, expected) << code;
   }
 }
@@ -218,14 +154,12 @@ class BuildMethodIdTest : public test::PluginTest {
     method->name.assign(L"shown");
     method->altName.assign(name);
     method->methodType = type;
-    if (!params.empty()) {
-      method->params = new CachedMethodInfo::ParamList;
-    }
+    if (!params.empty()) method->params = new CachedMethodInfo::ParamList;
     for (const std::string& param : params) {
-      const std::string typeName = param.substr(0, param.find('?'));
-      method->params->push_back(new CachedParamInfo(
-          L"p", GetTypeDesc(WideString(typeName.c_str()).getWCharPtr()), ParamDirection::In));
-      method->params->back()->option1 = typeName != param;
+      const WideString typeName(param.substr(0, param.find('?')).c_str());
+      method->params->push_back(
+          new CachedParamInfo(L"p", GetTypeDesc(typeName.getWCharPtr()), ParamDirection::In));
+      method->params->back()->option1 = param.ends_with('?');
     }
     entry.info.methods.push_back(method.get());
     entry.owned.push_back(std::move(method));
@@ -251,34 +185,29 @@ TEST_F(BuildMethodIdTest, FindsTheOverloadOfTheGivenTypes) {
   struct Case {
     const wchar_t* name;
     MethodType type;
-    std::vector<std::string> types;
+    std::vector<const wchar_t*> types;
     const char* id;
   };
   const Case cases[] = {
-      {L"add", MethodType::Invoke, {"java.lang.String"}, "Invoke:add:3"},
-      {L"add", MethodType::Invoke, {"int"}, "Invoke:add:2"},
-      {L"add", MethodType::Invoke, {"long"}, "former"},
-      {L"add", MethodType::Invoke, {"int", "int"}, "former"},
+      {L"add", MethodType::Invoke, {L"java.lang.String"}, "Invoke:add:3"},
+      {L"add", MethodType::Invoke, {L"int"}, "Invoke:add:2"},
+      {L"add", MethodType::Invoke, {L"long"}, "former"},
+      {L"add", MethodType::Invoke, {L"int", L"int"}, "former"},
       {L"add", MethodType::Invoke, {}, "Invoke:add:3"},
       {L"paint", MethodType::Invoke, {}, "Invoke:paint:5"},
       {L"Paint", MethodType::Invoke, {}, "former"},
       {L"color", MethodType::Get, {}, "Get:getcolor:0"},
       {L"color", MethodType::Invoke, {}, "former"},
       {L"shown", MethodType::Invoke, {}, "former"},
-      {L"scale", MethodType::Invoke, {"int"}, "Invoke:scale:7"},
-      {L"scale", MethodType::Invoke, {"int", "double"}, "Invoke:scale:7"},
-      {L"turn", MethodType::Invoke, {"[I"}, "Set:turn:8"},
-      {L"turn", MethodType::Invoke, {"int"}, "former"},
+      {L"scale", MethodType::Invoke, {L"int"}, "Invoke:scale:7"},
+      {L"scale", MethodType::Invoke, {L"int", L"double"}, "Invoke:scale:7"},
+      {L"turn", MethodType::Invoke, {L"[I"}, "Set:turn:8"},
+      {L"turn", MethodType::Invoke, {L"int"}, "former"},
   };
   for (const Case& c : cases) {
-    std::vector<TypeDesc> descs;
-    for (const std::string& type : c.types) {
-      descs.push_back(GetTypeDesc(WideString(type.c_str()).getWCharPtr()));
-    }
+    std::list<TypeDesc> descs;
     std::list<TypeDesc*> types;
-    for (TypeDesc& desc : descs) {
-      types.push_back(&desc);
-    }
+    for (const wchar_t* type : c.types) types.push_back(&descs.emplace_back(GetTypeDesc(type)));
     id.assign(L"former");
     MethodType type = c.type;
     EXPECT_EQ(bean.BuildMethodID(id, c.name, type, &types, true), 0U);
@@ -289,11 +218,8 @@ TEST_F(BuildMethodIdTest, FindsTheOverloadOfTheGivenTypes) {
 TEST_F(BuildMethodIdTest, KnowsBareNamesAndTheNativeTypeOfEachKeyword) {
   Handler& bean = NewHandler();
   const std::pair<const wchar_t*, const char*> cases[] = {
-      {L"Int", "Int"},       {L"FLOAT", "FLOAT"},         {L"text", "java.lang.String"},
-      {L"bool", "bool"},     {L"Structure", "Structure"}, {L"currency", "currency"},
-      {L"char", "char"},     {L"date", "date"},           {L"Enumeration", "Enumeration"},
-      {L"obJect", "obJect"}, {L"blob", nullptr},          {L"INTEGER", nullptr},
-      {L"", nullptr},
+      {L"FLOAT", "FLOAT"}, {L"text", "java.lang.String"}, {L"obJect", "obJect"},
+      {L"blob", nullptr},  {L"INTEGER", nullptr},         {L"", nullptr},
   };
   WideString name;
   MethodType type = MethodType::Invoke;

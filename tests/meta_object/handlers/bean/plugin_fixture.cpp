@@ -30,6 +30,10 @@ using Key = TypeDesc::Key;
 
 TestHost& HostOf(void* context) { return *static_cast<TestHost*>(context); }
 
+TestHost::Entry& EntryOf(void* context, const Identity& identity) {
+  return HostOf(context).cache[identity.handlerData];
+}
+
 // The security callback has no context.
 TestHost* currentHost = nullptr;
 
@@ -46,20 +50,12 @@ std::vector<std::wstring> Split(const std::wstring& text, wchar_t separator) {
 }
 
 std::unique_ptr<type::Object> MakeScalar(Key key) {
-  switch (key) {
-    case Key::Int:
-      return std::make_unique<type::Int>(0);
-    case Key::Real:
-      return std::make_unique<type::Real>(0.0);
-    case Key::Bool:
-      return std::make_unique<type::Bool>();
-    case Key::Char:
-      return std::make_unique<type::Char>();
-    case Key::Object:
-      return std::make_unique<type::Blob>();
-    default:
-      return std::make_unique<type::String>();
-  }
+  if (key == Key::Int) return std::make_unique<type::Int>(0);
+  if (key == Key::Real) return std::make_unique<type::Real>(0.0);
+  if (key == Key::Bool) return std::make_unique<type::Bool>();
+  if (key == Key::Char) return std::make_unique<type::Char>();
+  if (key == Key::Object) return std::make_unique<type::Blob>();
+  return std::make_unique<type::String>();
 }
 
 std::unique_ptr<type::Object> MakeArray(TypeDesc desc, const std::wstring& text) {
@@ -111,9 +107,14 @@ std::string ShowArray(const type::Array& array) {
 
 }  // namespace
 
-PluginImage::PluginImage() : handle(dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL)) {
-  EXPECT_NE(handle, nullptr) << dlerror();
-}
+PluginImage::PluginImage()
+    : handle(dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL)),
+      SetEnvironment(Get<void(Environment*)>("SetEnvironment")),
+      SetJavaVM(Get<void(JavaVM*)>("SetJavaVM")),
+      InitHandler(Get<bool(void*)>("InitHandler")),
+      GetHandlerInfo(Get<meta_object::info::HandlerInfo*()>("GetHandlerInfo")),
+      GetHandlerObject(Get<Handler*()>("GetHandlerObject")),
+      FreeHandlerObject(Get<void(Handler*)>("FreeHandlerObject")) {}
 
 PluginImage::~PluginImage() { EXPECT_EQ(dlclose(handle), 0); }
 
@@ -128,12 +129,12 @@ TestHost::TestHost() {
   environment.hostContext = this;
   environment.cacheOpenIntrospect = [](void* context, const Identity& identity, bool& must) {
     HostOf(context).log.push_back("open " + identity.handlerData);
-    must = !HostOf(context).cache[identity.handlerData].isDone;
+    must = !EntryOf(context, identity).isDone;
     return HostOf(context).isOpened;
   };
   environment.cacheIntrospectDone = [](void* context, const Identity& identity, bool succeeded) {
     HostOf(context).log.emplace_back(succeeded ? "done" : "failed");
-    HostOf(context).cache[identity.handlerData].isDone = succeeded;
+    EntryOf(context, identity).isDone = succeeded;
     return HostOf(context).isDoneAccepted;
   };
   environment.cacheCloseIntrospect = [](void* context, const Identity& identity) {
@@ -142,7 +143,7 @@ TestHost::TestHost() {
   };
   environment.cacheAddMethodInfo = [](void* context, const Identity& identity,
                                       const CachedMethodInfo& method) {
-    TestHost::Entry& entry = HostOf(context).cache[identity.handlerData];
+    TestHost::Entry& entry = EntryOf(context, identity);
     entry.owned.push_back(std::make_unique<CachedMethodInfo>(method));
     entry.info.methods.push_back(entry.owned.back().get());
     return true;
@@ -162,24 +163,6 @@ TestHost::TestHost() {
     currentHost->log.push_back("may " + security->firstValue + " " + security->secondValue);
     return currentHost->isAllowed;
   };
-}
-
-std::string Utf8(const WideString& text) {
-  std::string out;
-  const wchar_t* wide = text.getWCharPtr();
-  for (; wide != nullptr && *wide != L'\0'; ++wide) {
-    const auto c = static_cast<std::uint32_t>(*wide);
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-      continue;
-    }
-    const int rest = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-    out += static_cast<char>((0xFF00U >> (rest + 1)) | (c >> (6 * rest)));
-    for (int i = rest - 1; i >= 0; --i) {
-      out += static_cast<char>(0x80 | ((c >> (6 * i)) & 0x3F));
-    }
-  }
-  return out;
 }
 
 TypeDesc DescribeType(const std::string& javaType) {
@@ -209,9 +192,7 @@ std::unique_ptr<type::Object> MakeValue(const std::string& javaType, const std::
 }
 
 std::string Show(const type::Object* value) {
-  if (value == nullptr) {
-    return "null";
-  }
+  if (value == nullptr) return "null";
   static const std::map<Key, std::string> kKeys = {
       {Key::Void, "Void"}, {Key::Int, "Int"},   {Key::Real, "Real"},    {Key::String, "String"},
       {Key::Char, "Char"}, {Key::Bool, "Bool"}, {Key::Object, "Object"}};
@@ -227,17 +208,15 @@ CallOutcome::CallOutcome(CallOutcome&& other) noexcept
       handler(other.handler) {}
 
 CallOutcome::~CallOutcome() {
-  if (result != nullptr) {
-    if (auto* const array = dynamic_cast<type::Array*>(result)) {
-      for (int i = 0; i < array->GetItemCount(); ++i) {
-        if (type::Object* const item = array->GetItemAt(static_cast<unsigned int>(i))) {
-          item->ReleaseItem();
-        }
-      }
+  if (result == nullptr) return;
+  if (auto* const array = dynamic_cast<type::Array*>(result)) {
+    for (int i = 0; i < array->GetItemCount(); ++i) {
+      type::Object* const item = array->GetItemAt(static_cast<unsigned int>(i));
+      if (item != nullptr) item->ReleaseItem();
     }
-    result->ReleaseItem();
-    handler->Release(result);
   }
+  result->ReleaseItem();
+  handler->Release(result);
 }
 
 std::string CallOutcome::Text() const {
@@ -261,33 +240,50 @@ Handler* CallOutcome::Object() const {
   return blob == nullptr ? nullptr : blob->GetValue();
 }
 
-CallOutcome Call(Handler& handler, const std::string& method, const std::string& returnType,
-                 const Values& values) {
-  CallOutcome outcome;
-  outcome.handler = &handler;
+Values ValuesOf(const std::vector<std::pair<std::string, std::wstring>>& params) {
+  Values values;
+  for (const auto& [javaType, text] : params) {
+    values.push_back(MakeValue(javaType, text));
+  }
+  return values;
+}
+
+OpenCall::OpenCall(Handler& handler, const std::string& method, const std::string& returnType,
+                   const Values& values)
+    : handler(handler) {
   std::list<type::Object*> params;
   for (const auto& value : values) {
     params.push_back(value.get());
   }
+  EXPECT_EQ(handler.OpenMethodCall(context, WideString(("Invoke:" + method + ":0").c_str())), 0U);
+  EXPECT_EQ(handler.PrepareMethodCall(context, params), 0U);
+  EXPECT_EQ(handler.SetReturnDataType(context, DescribeType(returnType)), 0U);
+}
+
+OpenCall::~OpenCall() { EXPECT_EQ(handler.CloseMethodCall(context), 0U); }
+
+CallOutcome OpenCall::Invoke() {
+  CallOutcome outcome;
+  outcome.handler = &handler;
+  outcome.status = handler.InvokeMethod(context, outcome.record, &outcome.result);
+  return outcome;
+}
+
+CallOutcome Call(Handler& handler, const std::string& method, const std::string& returnType,
+                 const Values& values) {
   JNIEnv* const env = TestVm::Env();
   // A test that patches the table itself counts itself.
   std::optional<JniReferenceTracker> tracker;
-  if (env->functions == originalTable) {
-    tracker.emplace(env);
-  }
-  meta_object::context::MethodCallContext context;
-  const std::string id = "Invoke:" + method + ":0";
-  EXPECT_EQ(handler.OpenMethodCall(context, WideString(id.c_str())), 0U);
-  EXPECT_EQ(handler.PrepareMethodCall(context, params), 0U);
-  EXPECT_EQ(handler.SetReturnDataType(context, DescribeType(returnType)), 0U);
-  outcome.status = handler.InvokeMethod(context, outcome.record, &outcome.result);
-  EXPECT_EQ(handler.CloseMethodCall(context), 0U);
+  if (env->functions == originalTable) tracker.emplace(env);
+  CallOutcome outcome = OpenCall(handler, method, returnType, values).Invoke();
   EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE) << method;
-  if (tracker) {
-    EXPECT_EQ(tracker->LiveLocals(), 0) << method;
-    EXPECT_EQ(tracker->OpenFrames(), 0) << method;
-  }
+  EXPECT_EQ(tracker ? tracker->LiveLocals() + tracker->OpenFrames() : 0, 0) << method;
   return outcome;
+}
+
+std::string Answer(Handler& handler, const std::string& method, const std::string& returnType,
+                   const Values& values) {
+  return Call(handler, method, returnType, values).Text();
 }
 
 std::unique_ptr<type::Object> HoldObject(Handler& handler, const std::string& javaType) {
@@ -298,27 +294,24 @@ std::unique_ptr<type::Object> HoldObject(Handler& handler, const std::string& ja
 
 void PluginTest::SetUp() {
   plugin = std::make_unique<PluginImage>();
-  plugin->Get<void(Environment*)>("SetEnvironment")(&host.environment);
-  ASSERT_TRUE(plugin->Get<bool(void*)>("InitHandler")(plugin->Handle()));
-  plugin->Get<void(JavaVM*)>("SetJavaVM")(TestVm::Get());
+  plugin->SetEnvironment(&host.environment);
+  ASSERT_TRUE(plugin->InitHandler(plugin->handle));
+  plugin->SetJavaVM(TestVm::Get());
   originalTable = Env()->functions;
   NewHandler().OpenMethodCall(outerAttach, WideString("Invoke:none:0"));
 }
 
 void PluginTest::TearDown() {
   EXPECT_EQ(Env()->ExceptionCheck(), JNI_FALSE);
-  auto* const free = plugin->Get<void(Handler*)>("FreeHandlerObject");
-  if (Handler* const outer = host.registered.empty() ? nullptr : host.registered.front()) {
-    outer->CloseMethodCall(outerAttach);
-  }
+  if (!host.registered.empty()) host.registered.front()->CloseMethodCall(outerAttach);
   for (Handler* handler : host.registered) {
     while (handler->Release() == meta_object::handler_status::kSuccess) {
     }
-    free(handler);
+    plugin->FreeHandlerObject(handler);
   }
 }
 
-Handler& PluginTest::NewHandler() { return *plugin->Get<Handler*()>("GetHandlerObject")(); }
+Handler& PluginTest::NewHandler() { return *plugin->GetHandlerObject(); }
 
 Handler& PluginTest::Make(const std::string& className) {
   Handler& handler = NewHandler();

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/utf8.h"
 #include "meta_object/context.h"
 #include "meta_object/environment.h"
 #include "meta_object/handler.h"
@@ -28,17 +29,22 @@ class PluginImage {
   PluginImage(const PluginImage&) = delete;
   PluginImage& operator=(const PluginImage&) = delete;
 
-  void* Handle() const { return handle; }
   // An entry point (a function type) or a datum by its exported name.
   template <class Symbol>
   Symbol* Get(const char* name) const {
     return reinterpret_cast<Symbol*>(Find(name));
   }
 
+  void* const handle;
+  void (*const SetEnvironment)(meta_object::Environment*);
+  void (*const SetJavaVM)(JavaVM*);
+  bool (*const InitHandler)(void*);
+  meta_object::info::HandlerInfo* (*const GetHandlerInfo)();
+  meta_object::Handler* (*const GetHandlerObject)();
+  void (*const FreeHandlerObject)(meta_object::Handler*);
+
  private:
   void* Find(const char* name) const;
-
-  void* handle;
 };
 
 // The host's side of the environment: a cache that a map holds, and a record of what was asked.
@@ -63,7 +69,7 @@ struct TestHost {
 };
 
 // A string in UTF-8, whatever the process's encoding is.
-std::string Utf8(const WideString& text);
+inline std::string Utf8(const WideString& text) { return host::ToUtf8(text); }
 
 // An object parameter's class, a primitive type's name, or one of these with "[]" once or twice.
 meta_object::TypeDesc DescribeType(const std::string& javaType);
@@ -98,10 +104,39 @@ struct CallOutcome {
 
 using Values = std::vector<std::unique_ptr<meta_object::type::Object>>;
 
-// Calls one method: the five steps that a host takes. Fails the test when the call leaves a local
-// reference, a local frame or an exception behind.
+// From types and texts, or from values made apart.
+Values ValuesOf(const std::vector<std::pair<std::string, std::wstring>>& params);
+template <class... Value>
+Values ValuesOf(std::unique_ptr<Value>... made) {
+  Values values;
+  (values.push_back(std::move(made)), ...);
+  return values;
+}
+
+// A call that is prepared once and can be invoked again and again. The values stay the caller's.
+class OpenCall {
+ public:
+  OpenCall(meta_object::Handler& handler, const std::string& method, const std::string& returnType,
+           const Values& values);
+  ~OpenCall();
+  OpenCall(const OpenCall&) = delete;
+  OpenCall& operator=(const OpenCall&) = delete;
+
+  CallOutcome Invoke();
+
+ private:
+  meta_object::Handler& handler;
+  meta_object::context::MethodCallContext context;
+};
+
+// Calls one method once. Fails the test when the call leaves a local reference, a local frame or an
+// exception behind.
 CallOutcome Call(meta_object::Handler& handler, const std::string& method,
-                 const std::string& returnType, const Values& values);
+                 const std::string& returnType, const Values& values = {});
+
+// The text of a call's outcome.
+std::string Answer(meta_object::Handler& handler, const std::string& method,
+                   const std::string& returnType, const Values& values = {});
 
 // An object value that holds the handler, described as `javaType`.
 std::unique_ptr<meta_object::type::Object> HoldObject(meta_object::Handler& handler,

@@ -1,12 +1,9 @@
 #include <dlfcn.h>
-#include <elf.h>
-#include <link.h>
 
-#include <cwchar>
-#include <fstream>
-#include <iterator>
-#include <set>
+#include <cstdio>
+#include <cstring>
 #include <thread>
+#include <utility>
 
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
 #include "tests/support/patched_jni.h"
@@ -22,26 +19,14 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-// The names that a shared library defines for others.
-std::set<std::string> ExportedNames(const char* path) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string image{std::istreambuf_iterator<char>(file), {}};
-  const auto* const header = reinterpret_cast<const ElfW(Ehdr)*>(image.data());
-  const auto* const sections = reinterpret_cast<const ElfW(Shdr)*>(image.data() + header->e_shoff);
-  std::set<std::string> names;
-  for (unsigned int i = 0; i < header->e_shnum; ++i) {
-    if (sections[i].sh_type != SHT_DYNSYM) {
-      continue;
-    }
-    const char* const texts = image.data() + sections[sections[i].sh_link].sh_offset;
-    const auto* const symbols =
-        reinterpret_cast<const ElfW(Sym)*>(image.data() + sections[i].sh_offset);
-    for (std::size_t s = 0; s < sections[i].sh_size / sizeof(ElfW(Sym)); ++s) {
-      if (symbols[s].st_shndx != SHN_UNDEF) {
-        names.insert(texts + symbols[s].st_name);
-      }
-    }
+// The names that the plug-in defines for others.
+std::vector<std::string> ExportedNames() {
+  FILE* const nm = popen("nm --dynamic --defined-only --format=just-symbols " PLUGIN_FILE, "r");
+  std::vector<std::string> names;
+  for (char line[200]; std::fgets(line, sizeof line, nm) != nullptr;) {
+    names.emplace_back(line, std::strcspn(line, "\n"));
   }
+  EXPECT_EQ(pclose(nm), 0);
   return names;
 }
 
@@ -53,30 +38,13 @@ bool IsLoaded() {
   return handle != nullptr;
 }
 
-struct Entries {
-  explicit Entries(const PluginImage& image)
-      : SetEnvironment(image.Get<void(Environment*)>("SetEnvironment")),
-        SetJavaVM(image.Get<void(JavaVM*)>("SetJavaVM")),
-        InitHandler(image.Get<bool(void*)>("InitHandler")),
-        GetHandlerInfo(image.Get<HandlerInfo*()>("GetHandlerInfo")),
-        GetHandlerObject(image.Get<Handler*()>("GetHandlerObject")),
-        FreeHandlerObject(image.Get<void(Handler*)>("FreeHandlerObject")) {}
-
-  void (*SetEnvironment)(Environment*);
-  void (*SetJavaVM)(JavaVM*);
-  bool (*InitHandler)(void*);
-  HandlerInfo* (*GetHandlerInfo)();
-  Handler* (*GetHandlerObject)();
-  void (*FreeHandlerObject)(Handler*);
-};
-
 std::string NameOf(HandlerInfo* info) {
   const char* const name = info->GetHandlerName();
   return name == nullptr ? "" : name;
 }
 
 TEST(PluginFrame, ExportsItsTwelveNamesAndNothingElse) {
-  EXPECT_THAT(ExportedNames(PLUGIN_FILE),
+  EXPECT_THAT(ExportedNames(),
               UnorderedElementsAre("SetEnvironment", "SetJavaVM", "InitHandler", "GetHandlerInfo",
                                    "GetHandlerVersion", "GetHandlerObject", "FreeHandlerObject",
                                    "CleanUpHandler", "ProcessIdle", "_HandlerInfo", "_pEnvironment",
@@ -99,22 +67,21 @@ TEST(PluginFrame, InitialisesOnceTheEnvironmentIsThereAndBeforeTheMachineIs) {
   TestHost first;
   TestHost second;
   const PluginImage image;
-  const Entries entry(image);
-  EXPECT_FALSE(entry.InitHandler(image.Handle())) << "no environment yet";
-  Handler* const unregistered = entry.GetHandlerObject();
+  EXPECT_FALSE(image.InitHandler(image.handle)) << "no environment yet";
+  Handler* const unregistered = image.GetHandlerObject();
   ASSERT_NE(unregistered, nullptr);
-  entry.FreeHandlerObject(unregistered);
-  entry.FreeHandlerObject(nullptr);
+  image.FreeHandlerObject(unregistered);
+  image.FreeHandlerObject(nullptr);
 
-  entry.SetEnvironment(nullptr);
-  entry.SetEnvironment(&first.environment);
-  entry.SetEnvironment(&second.environment);
+  image.SetEnvironment(nullptr);
+  image.SetEnvironment(&first.environment);
+  image.SetEnvironment(&second.environment);
   EXPECT_EQ(*image.Get<Environment*>("_pEnvironment"), &first.environment);
-  EXPECT_FALSE(entry.InitHandler(nullptr));
-  EXPECT_EQ(NameOf(entry.GetHandlerInfo()), "");
+  EXPECT_FALSE(image.InitHandler(nullptr));
+  EXPECT_EQ(NameOf(image.GetHandlerInfo()), "");
 
-  ASSERT_TRUE(entry.InitHandler(image.Handle()));
-  HandlerInfo* const info = entry.GetHandlerInfo();
+  ASSERT_TRUE(image.InitHandler(image.handle));
+  HandlerInfo* const info = image.GetHandlerInfo();
   EXPECT_EQ(info, image.Get<HandlerInfo>("_HandlerInfo"));
   EXPECT_STREQ(info->GetHandlerName(), "Java Bean Object Handler");
   EXPECT_STREQ(info->GetHandlerType(), "JAVABEAN");
@@ -126,16 +93,16 @@ TEST(PluginFrame, InitialisesOnceTheEnvironmentIsThereAndBeforeTheMachineIs) {
   EXPECT_TRUE(image.Get<bool()>("CleanUpHandler")());
   EXPECT_EQ(image.Get<int()>("ProcessIdle")(), 1);
 
-  entry.SetJavaVM(TestVm::Get());
-  EXPECT_FALSE(entry.InitHandler(image.Handle())) << "too late";
+  image.SetJavaVM(TestVm::Get());
+  EXPECT_FALSE(image.InitHandler(image.handle)) << "too late";
   EXPECT_EQ(NameOf(info), "Java Bean Object Handler");
-  Handler* const handler = entry.GetHandlerObject();
+  Handler* const handler = image.GetHandlerObject();
   EXPECT_THAT(first.registered, ElementsAre(handler));
-  EXPECT_THAT(first.owners, ElementsAre(image.Handle()));
+  EXPECT_THAT(first.owners, ElementsAre(image.handle));
   EXPECT_THAT(second.registered, IsEmpty());
   EXPECT_EQ(handler->GetReferenceCount(), 1U);
   EXPECT_EQ(handler->GetHandlerInfo(), info);
-  entry.FreeHandlerObject(handler);
+  image.FreeHandlerObject(handler);
 }
 
 TEST(PluginFrame, UnloadsWholeAndStartsAnewAtTheNextLoad) {
@@ -143,17 +110,16 @@ TEST(PluginFrame, UnloadsWholeAndStartsAnewAtTheNextLoad) {
     TestHost host;
     {
       const PluginImage image;
-      const Entries entry(image);
       EXPECT_EQ(*image.Get<Environment*>("_pEnvironment"), nullptr);
-      EXPECT_EQ(NameOf(entry.GetHandlerInfo()), "");
-      entry.SetEnvironment(&host.environment);
-      EXPECT_TRUE(entry.InitHandler(image.Handle()));
-      entry.SetJavaVM(TestVm::Get());
-      std::thread([&entry] {
-        Handler* const bean = entry.GetHandlerObject();
+      EXPECT_EQ(NameOf(image.GetHandlerInfo()), "");
+      image.SetEnvironment(&host.environment);
+      EXPECT_TRUE(image.InitHandler(image.handle));
+      image.SetJavaVM(TestVm::Get());
+      std::thread([&image] {
+        Handler* const bean = image.GetHandlerObject();
         EXPECT_EQ(bean->CreateObject("JAVABEAN://beans.Point", nullptr), 0U);
         EXPECT_EQ(bean->Release(), status::kLastReferenceReleased);
-        entry.FreeHandlerObject(bean);
+        image.FreeHandlerObject(bean);
       }).join();
       EXPECT_TRUE(IsLoaded());
     }
@@ -202,34 +168,26 @@ TEST_F(PluginFrameTest, OnlyTheOutermostDetachDetaches) {
 }
 
 TEST_F(PluginFrameTest, AsksACacheThatIsNotWholeForNothing) {
-  void (*const takeAway[])(Environment&) = {
-      [](Environment& e) { e.hostContext = nullptr; },
-      [](Environment& e) { e.cacheOpenIntrospect = nullptr; },
-      [](Environment& e) { e.cacheIntrospectDone = nullptr; },
-      [](Environment& e) { e.cacheCloseIntrospect = nullptr; },
-      [](Environment& e) { e.cacheAddMethodInfo = nullptr; },
-      [](Environment& e) { e.cacheGetMethodInfo = nullptr; },
-      [](Environment& e) { e.cacheGetObjectInfo = nullptr; },
-  };
   Handler& bean = Make("beans.Point");
   host.log.clear();
-  TestHost fresh;
-  for (auto* const take : takeAway) {
-    take(host.environment);
+  const auto expectNothingWithout = [&bean](auto& member) {
+    const auto kept = std::exchange(member, nullptr);
     EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kIntrospectionFailed);
     EXPECT_EQ(bean.CloseIntrospect(), 0U);
     std::list<WideString>* ids = nullptr;
     EXPECT_EQ(bean.GetMethodIDs(ids), status::kIntrospectionFailed);
     EXPECT_EQ(ids, nullptr);
     EXPECT_EQ(bean.GetMethodCount(), 0U);
-    host.environment.hostContext = &host;
-    host.environment.cacheOpenIntrospect = fresh.environment.cacheOpenIntrospect;
-    host.environment.cacheIntrospectDone = fresh.environment.cacheIntrospectDone;
-    host.environment.cacheCloseIntrospect = fresh.environment.cacheCloseIntrospect;
-    host.environment.cacheAddMethodInfo = fresh.environment.cacheAddMethodInfo;
-    host.environment.cacheGetMethodInfo = fresh.environment.cacheGetMethodInfo;
-    host.environment.cacheGetObjectInfo = fresh.environment.cacheGetObjectInfo;
-  }
+    member = kept;
+  };
+  Environment& environment = host.environment;
+  expectNothingWithout(environment.hostContext);
+  expectNothingWithout(environment.cacheOpenIntrospect);
+  expectNothingWithout(environment.cacheIntrospectDone);
+  expectNothingWithout(environment.cacheCloseIntrospect);
+  expectNothingWithout(environment.cacheAddMethodInfo);
+  expectNothingWithout(environment.cacheGetMethodInfo);
+  expectNothingWithout(environment.cacheGetObjectInfo);
   EXPECT_THAT(host.log, IsEmpty());
 }
 
