@@ -37,19 +37,17 @@ TEST(SecurityPolicy, DenyWinsOverAllowAndAnyAllowMakesAListOfWhatIsAllowed) {
 }
 
 TEST(SecurityPolicy, GlobsMatchTheWholeText) {
-  const std::tuple<const char*, const char*, bool> cases[] = {
-      {"", "", true},          {"*", "", true},
-      {"**", "abc", true},     {"a*c", "abbbc", true},
-      {"a?c", "abc", true},    {"*b*d", "abcd", true},
-      {"*ab", "aaabab", true}, {"a*b*c", "a.b.b.c", true},
-      {"abc*", "abc", true},   {"*?", "a", true},
-      {"", "a", false},        {"?", "", false},
-      {"abc", "ab", false},    {"ab", "abc", false},
-      {"a*c", "abd", false},   {"*?", "", false},
-      {"a.c", "abc", false},   {"*ab", "aba", false},
-  };
-  for (const auto& [pattern, text, matches] : cases) {
-    EXPECT_EQ(MatchesGlob(pattern, text), matches) << pattern << " " << text;
+  const std::pair<const char*, const char*> matching[] = {
+      {"", ""},         {"*", ""},         {"**", "abc"},        {"a*c", "abbbc"}, {"a?c", "abc"},
+      {"*b*d", "abcd"}, {"*ab", "aaabab"}, {"a*b*c", "a.b.b.c"}, {"abc*", "abc"},  {"*?", "a"}};
+  for (const auto& [pattern, text] : matching) {
+    EXPECT_TRUE(MatchesGlob(pattern, text)) << pattern << " " << text;
+  }
+  const std::pair<const char*, const char*> other[] = {
+      {"", "a"},      {"?", ""},  {"abc", "ab"},  {"ab", "abc"},
+      {"a*c", "abd"}, {"*?", ""}, {"a.c", "abc"}, {"*ab", "aba"}};
+  for (const auto& [pattern, text] : other) {
+    EXPECT_FALSE(MatchesGlob(pattern, text)) << pattern << " " << text;
   }
   std::string stars;
   for (int i = 0; i < 200; ++i) stars += "*a";

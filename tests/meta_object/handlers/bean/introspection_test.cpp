@@ -31,9 +31,7 @@ class IntrospectionTest : public PluginTest {
     std::list<WideString>* ids = nullptr;
     EXPECT_EQ(bean.GetMethodIDs(ids), 0U);
     std::vector<std::string> texts;
-    for (const WideString& id : *ids) {
-      texts.push_back(Utf8(id));
-    }
+    for (const WideString& id : *ids) texts.push_back(Utf8(id));
     bean.Release(ids);
     return texts;
   }
@@ -66,38 +64,34 @@ class IntrospectionTest : public PluginTest {
     Handler& bean = Make(className);
     Introspect(bean);
     std::vector<std::string> all;
-    for (const std::string& id : MethodIds(bean)) {
-      all.push_back(Signature(bean, id));
-    }
+    for (const std::string& id : MethodIds(bean)) all.push_back(Signature(bean, id));
     EXPECT_EQ(bean.GetMethodCount(), all.size());
     return all;
   }
 };
 
 TEST_F(IntrospectionTest, ListsAccessorsByBitsAndThenMethods) {
-  EXPECT_THAT(
-      Catalogue("beans.PlainProperty"),
-      ElementsAre("Get:getColor:0() int", "Set:setColor:1(int color) ",
-                  "Get:getName:2() java.lang.String", "Set:setName:3(java.lang.String name) ",
-                  "Invoke:paint:4(java.lang.String param1, int param2) int"));
-  EXPECT_THAT(
-      Catalogue("beans.IndexedProperty"),
-      ElementsAre("Get:getFlag:0( index) boolean", "Set:setFlag:1( index, boolean flag) ",
-                  "Get:isFlag:2( index) boolean", "Get:getItems:3() array of java.lang.String",
-                  "Set:setItems:4(array of java.lang.String items) ",
-                  "Get:getItems:5( index) java.lang.String",
-                  "Set:setItems:6( index, java.lang.String items) ", "Get:getSize:7() int",
-                  "Invoke:getSize:8(int param1) int",
-                  "Invoke:setItems:9(int param1, java.lang.Object param2*) void",
-                  "Invoke:setSize:10(int param1, int param2) void"));
-  EXPECT_THAT(
-      Catalogue("beans.BooleanProperty"),
-      ElementsAre("Get:isLevel:0() boolean", "Get:getLevel:1() int", "Set:setOpen:2(boolean open) ",
-                  "Get:isOpen:3() boolean", "Get:getShut:4() boolean", "Get:isShut:5() boolean",
-                  "Invoke:isKnown:6() java.lang.Boolean"));
-  EXPECT_THAT(
-      Catalogue("beans.NamedParameters"),
-      ElementsAre("Set:setColor:0(int color) ", "Invoke:area:1(int width, int height) int"));
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"beans.PlainProperty",
+       {"Get:getColor:0() int", "Set:setColor:1(int color) ", "Get:getName:2() java.lang.String",
+        "Set:setName:3(java.lang.String name) ",
+        "Invoke:paint:4(java.lang.String param1, int param2) int"}},
+      {"beans.IndexedProperty",
+       {"Get:getFlag:0( index) boolean", "Set:setFlag:1( index, boolean flag) ",
+        "Get:isFlag:2( index) boolean", "Get:getItems:3() array of java.lang.String",
+        "Set:setItems:4(array of java.lang.String items) ",
+        "Get:getItems:5( index) java.lang.String",
+        "Set:setItems:6( index, java.lang.String items) ", "Get:getSize:7() int",
+        "Invoke:getSize:8(int param1) int",
+        "Invoke:setItems:9(int param1, java.lang.Object param2*) void",
+        "Invoke:setSize:10(int param1, int param2) void"}},
+      {"beans.BooleanProperty",
+       {"Get:isLevel:0() boolean", "Get:getLevel:1() int", "Set:setOpen:2(boolean open) ",
+        "Get:isOpen:3() boolean", "Get:getShut:4() boolean", "Get:isShut:5() boolean",
+        "Invoke:isKnown:6() java.lang.Boolean"}},
+      {"beans.NamedParameters",
+       {"Set:setColor:0(int color) ", "Invoke:area:1(int width, int height) int"}}};
+  for (const auto& [name, catalogue] : cases) EXPECT_EQ(Catalogue(name), catalogue);
   EXPECT_THAT(Catalogue("beans.ArrayEcho"), testing::Each(testing::HasSubstr("*"))) << "arrays";
 }
 
@@ -223,9 +217,7 @@ TEST_F(IntrospectionTest, EveryIdentifierOfLargeClassesIsFoundAgain) {
     const std::vector<std::string> ids = MethodIds(bean);
     EXPECT_GT(ids.size(), 10U) << name;
     std::set<std::string> signatures;
-    for (const std::string& id : ids) {
-      signatures.insert(Signature(bean, id));
-    }
+    for (const std::string& id : ids) signatures.insert(Signature(bean, id));
     EXPECT_EQ(signatures.size(), ids.size()) << name;
   }
 }

@@ -61,19 +61,6 @@ TEST(MethodId, ItsIndexIsReadOnlyFromThreeFields) {
   }
 }
 
-TEST(MethodId, MangledNamesGetTheirPrefixOnceAndNoCapitalLetter) {
-  const std::tuple<MethodType, const char*, const char*> cases[] = {
-      {MethodType::Get, "color", "getcolor"},    {MethodType::Get, "Color", "getColor"},
-      {MethodType::Get, "GETCOLOR", "GETCOLOR"}, {MethodType::Get, "ge", "getge"},
-      {MethodType::Set, "settle", "settle"},
-  };
-  for (auto [type, plain, mangled] : cases) {
-    WideString name(plain);
-    mangleMethodName(name, type);
-    EXPECT_EQ(Utf8(name), mangled);
-  }
-}
-
 TEST(JavaTypeName, GivesKeyNamesAndDimensions) {
   struct Name {
     const wchar_t* name;
@@ -133,16 +120,15 @@ TEST(JavaTypeName, IsTrimmedAtItsLengthOrOfOneStrayCharacter) {
 
 TEST(JavaTypeName, ReturnCodesHaveNumbers) {
   const std::string codes = "VZBCSIJFD";
-  for (int expected = 0; expected < 9; ++expected) {
-    int number = 77;
-    EXPECT_TRUE(Type2Num(codes.substr(static_cast<std::size_t>(expected), 1).c_str(), number));
-    EXPECT_EQ(number, expected);
+  int number = 77;
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    EXPECT_TRUE(Type2Num(codes.substr(i, 1).c_str(), number));
+    EXPECT_EQ(number, static_cast<int>(i));
   }
-  for (const auto& [code, expected] : {std::pair{"", 0}, {"void", 9}, {"[I", 0}}) {
-    int number = 77;
-    EXPECT_TRUE(Type2Num(code, number));
-    EXPECT_EQ(number, expected) << code;
-  }
+  EXPECT_TRUE(Type2Num("void", number));
+  EXPECT_EQ(number, 9);
+  EXPECT_TRUE(Type2Num("[I", number));
+  EXPECT_EQ(number, 0);
 }
 
 class BuildMethodIdTest : public test::PluginTest {
@@ -197,6 +183,8 @@ TEST_F(BuildMethodIdTest, FindsTheOverloadOfTheGivenTypes) {
       {L"paint", MethodType::Invoke, {}, "Invoke:paint:5"},
       {L"Paint", MethodType::Invoke, {}, "former"},
       {L"color", MethodType::Get, {}, "Get:getcolor:0"},
+      {L"getcolor", MethodType::Get, {}, "Get:getcolor:0"},
+      {L"Color", MethodType::Get, {}, "former"},
       {L"color", MethodType::Invoke, {}, "former"},
       {L"shown", MethodType::Invoke, {}, "former"},
       {L"scale", MethodType::Invoke, {L"int"}, "Invoke:scale:7"},
