@@ -34,8 +34,8 @@ class TableReporter : public benchmark::BenchmarkReporter {
       if (run.error_occurred) {
         errors_[work] = run.error_message;
       }
-      bool const counts = run.repetitions > 1 ? run.aggregate_name == "median"
-                                              : run.run_type == Run::RT_Iteration;
+      bool const counts =
+          run.repetitions > 1 ? run.aggregate_name == "median" : run.run_type == Run::RT_Iteration;
       if (!counts) {
         continue;
       }

@@ -104,7 +104,7 @@ class Handler {
   virtual HandlerStatus BuildMethodID(WideString& methodId, const WideString& methodName,
                                       MethodType& methodType, std::list<TypeDesc*>* paramTypes,
                                       bool flag) = 0;
-  virtual HandlerStatus BuildNativeType(WideString& nativeType, WideString& keyword,
+  virtual HandlerStatus BuildNativeType(WideString& metaType, WideString& nativeType,
                                         bool flag) const = 0;
 
   // A method call: open, prepare, name the result's type, invoke, close. The parameters stay the

@@ -30,16 +30,9 @@ constexpr std::array<KeywordRow, 10> kKeywords{{
     {L"ENUMERATION", TypeDesc::Key::Enum},
     {L"OBJECT", TypeDesc::Key::Object},
 }};
-
-wchar_t ToUpperAscii(wchar_t c) {
-  return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
-}
-
-// Not wcsicmp: that looks at the low byte of a character alone.
 TypeDesc::Key KeyOfKeyword(std::wstring_view keyword) {
   for (const KeywordRow& row : kKeywords) {
-    if (std::equal(keyword.begin(), keyword.end(), row.word.begin(), row.word.end(),
-                   [](wchar_t given, wchar_t known) { return ToUpperAscii(given) == known; })) {
+    if (IsWord(keyword, row.word)) {
       return row.key;
     }
   }

@@ -10,8 +10,8 @@
 //
 // Failed conversions show in the results; a failed allocation throws std::bad_alloc.
 //
-// Threads: getCharPtr() and find() change the narrow copy of a const string, so a string that several
-// threads read is left alone by both; getWCharPtr(), compare and copying may be shared.
+// Threads: getCharPtr() and find() change the narrow copy of a const string, so a string that
+// several threads read is left alone by both; getWCharPtr(), compare and copying may be shared.
 class WideString {
  public:
   // The process-wide empty string.

@@ -28,7 +28,8 @@ public class CollectionMaker {
       case "arrays": return Arrays.asList(new int[] {1, 2}, new String[] {"a", null}, new int[0],
           new int[][] {{1, 2}, {3, 4}}, new int[1][1][1], "end");
       case "nested": return Arrays.asList(list(1, 2), list(), list("a", list(true)));
-      case "code": return list(Class.forName("I").getConstructor().newInstance());
+      case "code": return list(Class.forName("I").getConstructor().newInstance(),
+          java.lang.reflect.Array.newInstance(Class.forName("I"), 2), new int[2]);
       case "foreign": return list(new LoaderTrick().foreignPoint());
       case "a null": return Arrays.asList("a", null, "b");
       case "no size": return (Iterable<Object>) Collections::emptyIterator;

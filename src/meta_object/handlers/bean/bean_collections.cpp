@@ -11,6 +11,7 @@
 #include "meta_object/handlers/bean/java_types.h"
 #include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/no_throw.h"
+#include "meta_object/wide_view.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -30,28 +31,40 @@ HandlerStatus StatusOf(bool isDone) {
   return isDone ? handler_status::kSuccess : handler_status::kNoCollection;
 }
 
+// The type of an element by its class's name. In the default package a class may be called "I" or
+// "int": its name is no primitive type's, which only an array's element is, written as a letter.
 TypeDesc DescribeClass(ZuText const& name) {
   WideString wide;
   AppendModifiedUtf8(name.GetTextEx(), wide);
-  return GetTypeDesc(wide.getWCharPtr());
+  TypeDesc desc = GetTypeDesc(wide.getWCharPtr());
+  std::wstring element(ViewOf(wide));
+  element.erase(0, element.find_first_not_of(L'['));
+  bool const isLetterOfArray = desc.arrayInfo != nullptr && element.size() == 1;
+  if (!isLetterOfArray && FindPrimitive(desc.typeName.getWCharPtr()) != nullptr) {
+    bool const isSignature = desc.arrayInfo != nullptr;
+    desc.key = TypeDesc::Key::Object;
+    desc.typeName.assign(isSignature ? element.substr(1, element.size() - 2).c_str()
+                                     : element.c_str());
+  }
+  return desc;
 }
 
 // The elements of a walk that aren't converted yet; their references go with it.
 class Elements {
  public:
-  explicit Elements(JNIEnv* env) : env_(env) {}
+  explicit Elements(JNIEnv* env) : env(env) {}
   Elements(Elements const&) = delete;
   Elements& operator=(Elements const&) = delete;
   ~Elements() {
     for (jobject const object : objects) {
-      GlobalRef<jobject>::Adopt(env_, object).Reset();
+      GlobalRef<jobject>::Adopt(env, object).Reset();
     }
   }
 
   bool IsEmpty() const { return objects.empty(); }
   GlobalRef<jobject> TakeFirst(ZuText& type) {
     type = types.front();
-    auto first = GlobalRef<jobject>::Adopt(env_, objects.front());
+    auto first = GlobalRef<jobject>::Adopt(env, objects.front());
     types.pop_front();
     objects.pop_front();
     return first;
@@ -61,7 +74,7 @@ class Elements {
   std::list<ZuText> types;
 
  private:
-  JNIEnv* env_;
+  JNIEnv* env;
 };
 
 }  // namespace
@@ -108,14 +121,16 @@ HandlerStatus BeanHandler::GetNextItems(context::CollectionContext& context, int
       }
       jvalue value;
       value.l = element.Get();
-      type::Object* item = nullptr;
-      if (!conversion.TranslateJavaResult(value, &item, kReferenceNumber)) {
+      type::Object* made = nullptr;
+      if (!conversion.TranslateJavaResult(value, &made, kReferenceNumber)) {
         return handler_status::kNoCollection;
       }
+      ItemPtr item(made);
       if (item != nullptr) {
         item->SetInvoke(true);
       }
-      items.push_back(item);
+      items.push_back(item.get());
+      static_cast<void>(item.release());
       if (delivered != nullptr) {
         ++*delivered;
       }

@@ -7,6 +7,7 @@
 #include "meta_object/info/object_info.h"
 #include "meta_object/info/param_info.h"
 #include "meta_object/no_throw.h"
+#include "meta_object/wide_view.h"
 #include "os/module.h"
 #include "text/c_numbers.h"
 
@@ -284,7 +285,7 @@ HandlerStatus BeanHandler::BuildNativeType(WideString& metaType, WideString& nat
   };
   return NoThrow(handler_status::kUnknownTypeKeyword, [&] {
     for (Keyword const& keyword : kKeywords) {
-      if (metaType.compareNoCase(keyword.name, 0) == 0) {
+      if (IsWord(ViewOf(metaType), keyword.name)) {
         if (keyword.nativeType == nullptr) {
           nativeType = metaType;
         } else {

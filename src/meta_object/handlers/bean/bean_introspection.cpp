@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <cwchar>
 #include <memory>
@@ -15,6 +14,7 @@
 #include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/handlers/bean/plugin_state.h"
 #include "meta_object/no_throw.h"
+#include "meta_object/wide_view.h"
 #include "os/module.h"
 #include "text/c_numbers.h"
 
@@ -62,8 +62,7 @@ std::string AccessorName(char const* prefixId, WideString const& propertyName) {
     property = "";
   }
   char name[kAccessorNameSize] = "";
-  std::snprintf(name, sizeof name, "%s%c%s", prefix,
-                std::toupper(static_cast<unsigned char>(*property)),
+  std::snprintf(name, sizeof name, "%s%c%s", prefix, ToUpperAscii(*property),
                 *property == '\0' ? "" : property + 1);
   return name;
 }
@@ -245,7 +244,7 @@ bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
     return true;
   }
   IntElements const bits(env, accessors.Get());
-  if (bits.Get() == nullptr) {
+  if (IsJavaExceptionHappened(env) || bits.Get() == nullptr) {
     return true;
   }
   WideString name;

@@ -17,6 +17,8 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 namespace {
 
+// So many local references a native method may always have.
+constexpr std::size_t kSureLocalReferences = 16;
 constexpr char kRootClass[] = "java.lang.Object";
 // Only the VM's own class loaders define such classes, so every class loader sees the same ones.
 constexpr char kPlatformPackages[] = "java.";
@@ -55,26 +57,36 @@ jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method,
 class CBeanMethodInvoke::Arguments {
  public:
   Arguments(JNIEnv* env, std::list<type::Object*> const& params)
-      : env_(env), params_(params), values_(std::make_unique<jvalue[]>(params.size())) {}
+      : env(env), params(params), values(std::make_unique<jvalue[]>(params.size())) {}
   Arguments(Arguments const&) = delete;
   Arguments& operator=(Arguments const&) = delete;
   ~Arguments() {
-    jvalue const* value = values_.get();
-    for (type::Object const* param : params_) {
+    jvalue const* value = values.get();
+    for (type::Object const* param : params) {
       if (param != nullptr && HoldsLocalReference(*param)) {
-        LocalRef<jobject>::Adopt(env_, value->l).Reset();
+        LocalRef<jobject>::Adopt(env, value->l).Reset();
       }
       ++value;
     }
   }
 
+  // Makes room for a local reference of each; false when the VM has none.
+  bool Reserve() {
+    if (params.size() <= kSureLocalReferences) {
+      return true;
+    }
+    bool const isReserved =
+        env->EnsureLocalCapacity(static_cast<jint>(params.size() + kSureLocalReferences)) == JNI_OK;
+    return !bean::IsJavaExceptionHappened(env, nullptr) && isReserved;
+  }
+
   // Null when there are none.
-  jvalue* Get() { return params_.empty() ? nullptr : values_.get(); }
+  jvalue* Get() { return params.empty() ? nullptr : values.get(); }
 
  private:
-  JNIEnv* env_;
-  std::list<type::Object*> const& params_;
-  std::unique_ptr<jvalue[]> values_;
+  JNIEnv* env;
+  std::list<type::Object*> const& params;
+  std::unique_ptr<jvalue[]> values;
 };
 
 CBeanMethodInvoke::CBeanMethodInvoke(WideString const& id, JNIEnv* env, jobject object, bool parse)
@@ -104,9 +116,9 @@ type::Object* CBeanMethodInvoke::GetParamItem(int index) const {
 }
 
 HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::Object** result) {
-  type::Object* unwanted = nullptr;
-  type::Object** const target = result == nullptr ? &unwanted : result;
-  *target = nullptr;
+  if (result != nullptr) {
+    *result = nullptr;
+  }
   WideString bareName;
   if (!MethodId2MethodName(methodName, bareName)) {
     return handler_status::kCallFailed;
@@ -114,19 +126,21 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
   WideString signature;
   int returnNumber = 0;
   Arguments arguments(env, params);
-  if (!SetUpParamArray(params, arguments.Get(), target, signature, returnNumber) ||
+  if (!arguments.Reserve() ||
+      !SetUpParamArray(params, arguments.Get(), result, signature, returnNumber) ||
       signature.getWCharPtr() == nullptr) {
     return handler_status::kCallFailed;
   }
   WideString exceptionText;
-  bool const isDone = Call(bareName, signature, returnNumber, arguments, target, exceptionText);
-  if (unwanted != nullptr) {
-    unwanted->ReleaseItem();
-    delete unwanted;
-  }
+  type::Object* made = nullptr;
+  bool const isDone = Call(bareName, signature, returnNumber, arguments, &made, exceptionText);
+  ItemPtr item(made);
   if (isDone) {
-    status.statusCode = MethodInvokeStatus::kSucceeded;
     status.description.assign(L"JavaBean method call successful");
+    status.statusCode = MethodInvokeStatus::kSucceeded;
+    if (result != nullptr) {
+      *result = item.release();
+    }
     return handler_status::kSuccess;
   }
   status.statusCode = MethodInvokeStatus::kFailed;
@@ -143,7 +157,8 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
 bool CBeanMethodInvoke::Call(WideString const& bareName, WideString const& signature,
                              int returnNumber, Arguments& arguments, type::Object** result,
                              WideString& exceptionText) {
-  if (object == nullptr) {
+  // The host may have released the instance since the call was opened.
+  if (!liveReferences.Contains(object)) {
     return false;
   }
   auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
@@ -152,7 +167,8 @@ bool CBeanMethodInvoke::Call(WideString const& bareName, WideString const& signa
   }
   JavaUtf8 const name(bareName.getCharPtr());
   JavaUtf8 const code(signature.getCharPtr());
-  if (!IsMethodName(name.Get()) || !HasWholeNarrowForm(methodName) || code.Get() == nullptr) {
+  if (!IsMethodName(name.Get()) || !HasWholeNarrowForm(methodName) || code.Get() == nullptr ||
+      !HasWholeNarrowForm(signature)) {
     return false;
   }
   jmethodID const method = FindJavaMethod(env, cls.Get(), name.Get(), code.Get());

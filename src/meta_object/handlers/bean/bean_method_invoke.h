@@ -3,7 +3,7 @@
 #include <jni.h>
 
 #include <list>
-#include <vector>
+#include <memory>
 
 #include "meta_object/context.h"
 #include "meta_object/handler_status.h"
@@ -15,6 +15,15 @@
 #include "text/wide_string.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
+
+// A value that nobody has been given yet: it lets go of what it refers to before it is deleted.
+struct ReleaseAndDelete {
+  void operator()(type::Object* item) const {
+    item->ReleaseItem();
+    delete item;
+  }
+};
+using ItemPtr = std::unique_ptr<type::Object, ReleaseAndDelete>;
 
 // One open method call: the parameters and the result's type as the host gave them, and the way
 // from them to a JNI call and back. Belongs to the thread whose environment it keeps. No operation

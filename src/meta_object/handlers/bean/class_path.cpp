@@ -60,16 +60,16 @@ std::string MakeClassPathFileName() {
 // The Java side for the length of a scope.
 class JavaSide {
  public:
-  explicit JavaSide(JNIEnv* env) : isThere(introspector.CreateIntrospector(env)), env_(env) {}
+  explicit JavaSide(JNIEnv* env) : isThere(introspector.CreateIntrospector(env)), env(env) {}
   JavaSide(JavaSide const&) = delete;
   JavaSide& operator=(JavaSide const&) = delete;
-  ~JavaSide() { introspector.DestroyIntrospector(env_); }
+  ~JavaSide() { introspector.DestroyIntrospector(env); }
 
   BeanIntrospector introspector;
   bool const isThere;
 
  private:
-  JNIEnv* env_;
+  JNIEnv* env;
 };
 
 // The bytes of the name at that position, terminated; null when they can't be had.

@@ -5,6 +5,7 @@
 #include "meta_object/handlers/bean/java_exception.h"
 #include "meta_object/handlers/bean/java_lookup.h"
 #include "meta_object/handlers/bean/java_refs.h"
+#include "meta_object/handlers/bean/plugin_state.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -20,7 +21,8 @@ bool JCollection::SetCollection(jobject collection, JNIEnv* env) {
 }
 
 bool JCollection::getIterator() {
-  if (collection == nullptr || env == nullptr) {
+  // The host may have released the instance since the walk was opened.
+  if (env == nullptr || !liveReferences.Contains(collection)) {
     return false;
   }
   cleanIterator();
@@ -158,7 +160,7 @@ bool JCollection::Skip(int count) {
 }
 
 int JCollection::GetSize() {
-  if (env == nullptr || collection == nullptr || sizeMethod == nullptr) {
+  if (env == nullptr || sizeMethod == nullptr || !liveReferences.Contains(collection)) {
     return 0;
   }
   int const size = env->CallIntMethod(collection, sizeMethod);

@@ -24,17 +24,17 @@ class ElementCast {
       return nullptr;
     }
     std::type_info const& type = typeid(*element);
-    if (&type != known_) {
+    if (&type != known) {
       if (dynamic_cast<Value const*>(element) == nullptr) {
         return nullptr;
       }
-      known_ = &type;
+      known = &type;
     }
     return static_cast<Value const*>(element);
   }
 
  private:
-  std::type_info const* known_ = nullptr;
+  std::type_info const* known = nullptr;
 };
 
 // What a Java array of T takes from an element. Integers go in with their low 32 bits at most, a

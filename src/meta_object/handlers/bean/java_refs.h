@@ -15,12 +15,12 @@ template <class T>
 class LocalRef {
  public:
   LocalRef() = default;
-  LocalRef(LocalRef&& other) noexcept : env_(other.env_), ref_(other.Release()) {}
+  LocalRef(LocalRef&& other) noexcept : env(other.env), ref(other.Release()) {}
   LocalRef& operator=(LocalRef&& other) noexcept {
     if (this != &other) {
       Reset();
-      env_ = other.env_;
-      ref_ = other.Release();
+      env = other.env;
+      ref = other.Release();
     }
     return *this;
   }
@@ -35,23 +35,23 @@ class LocalRef {
   }
 
   // Lends the reference.
-  T Get() const { return ref_; }
-  explicit operator bool() const { return ref_ != nullptr; }
+  T Get() const { return ref; }
+  explicit operator bool() const { return ref != nullptr; }
 
   // Hands the reference to the caller, who deletes it.
-  T Release() { return std::exchange(ref_, nullptr); }
+  T Release() { return std::exchange(ref, nullptr); }
 
   void Reset() {
     if (T const ref = Release()) {
-      env_->DeleteLocalRef(ref);
+      env->DeleteLocalRef(ref);
     }
   }
 
  private:
-  LocalRef(JNIEnv* env, T ref) : env_(env), ref_(ref) {}
+  LocalRef(JNIEnv* env, T ref) : env(env), ref(ref) {}
 
-  JNIEnv* env_ = nullptr;
-  T ref_ = nullptr;
+  JNIEnv* env = nullptr;
+  T ref = nullptr;
 };
 
 // A global reference, deleted at the end of the scope unless it is handed out.
@@ -59,12 +59,12 @@ template <class T>
 class GlobalRef {
  public:
   GlobalRef() = default;
-  GlobalRef(GlobalRef&& other) noexcept : env_(other.env_), ref_(other.Release()) {}
+  GlobalRef(GlobalRef&& other) noexcept : env(other.env), ref(other.Release()) {}
   GlobalRef& operator=(GlobalRef&& other) noexcept {
     if (this != &other) {
       Reset();
-      env_ = other.env_;
-      ref_ = other.Release();
+      env = other.env;
+      ref = other.Release();
     }
     return *this;
   }
@@ -81,23 +81,23 @@ class GlobalRef {
   static GlobalRef Adopt(JNIEnv* env, T ref) { return GlobalRef(env, ref); }
 
   // Lends the reference.
-  T Get() const { return ref_; }
-  explicit operator bool() const { return ref_ != nullptr; }
+  T Get() const { return ref; }
+  explicit operator bool() const { return ref != nullptr; }
 
   // Hands the reference to the caller, who deletes it.
-  T Release() { return std::exchange(ref_, nullptr); }
+  T Release() { return std::exchange(ref, nullptr); }
 
   void Reset() {
     if (T const ref = Release()) {
-      env_->DeleteGlobalRef(ref);
+      env->DeleteGlobalRef(ref);
     }
   }
 
  private:
-  GlobalRef(JNIEnv* env, T ref) : env_(env), ref_(ref) {}
+  GlobalRef(JNIEnv* env, T ref) : env(env), ref(ref) {}
 
-  JNIEnv* env_ = nullptr;
-  T ref_ = nullptr;
+  JNIEnv* env = nullptr;
+  T ref = nullptr;
 };
 
 // A frame for `capacity` local references: what is made inside it goes at the end of the scope, or
@@ -105,73 +105,73 @@ class GlobalRef {
 class LocalFrame {
  public:
   LocalFrame(JNIEnv* env, jint capacity)
-      : env_(env), pushed_(env->PushLocalFrame(capacity) == JNI_OK) {}
+      : env(env), pushed(env->PushLocalFrame(capacity) == JNI_OK) {}
   LocalFrame(LocalFrame const&) = delete;
   LocalFrame& operator=(LocalFrame const&) = delete;
   ~LocalFrame() {
-    if (pushed_) {
-      env_->PopLocalFrame(nullptr);
+    if (pushed) {
+      env->PopLocalFrame(nullptr);
     }
   }
 
-  explicit operator bool() const { return pushed_; }
+  explicit operator bool() const { return pushed; }
 
   // Ends the frame and takes `result`, made inside it, out of it: a new local reference.
   jobject Pop(jobject result) {
-    return std::exchange(pushed_, false) ? env_->PopLocalFrame(result) : nullptr;
+    return std::exchange(pushed, false) ? env->PopLocalFrame(result) : nullptr;
   }
 
  private:
-  JNIEnv* env_;
-  bool pushed_;
+  JNIEnv* env;
+  bool pushed;
 };
 
 // The modified UTF-8 form of a Java string.
 class UtfChars {
  public:
-  UtfChars(JNIEnv* env, jstring text) : env_(env), text_(text) {
-    if (text_ != nullptr) {
+  UtfChars(JNIEnv* env, jstring text) : env(env), text(text) {
+    if (text != nullptr) {
       jboolean isCopy = JNI_FALSE;
-      chars_ = env_->GetStringUTFChars(text_, &isCopy);
+      chars = env->GetStringUTFChars(text, &isCopy);
     }
   }
   UtfChars(UtfChars const&) = delete;
   UtfChars& operator=(UtfChars const&) = delete;
   ~UtfChars() {
-    if (chars_ != nullptr) {
-      env_->ReleaseStringUTFChars(text_, chars_);
+    if (chars != nullptr) {
+      env->ReleaseStringUTFChars(text, chars);
     }
   }
 
   // Null for a null string, or when the VM had no memory for the copy.
-  char const* Get() const { return chars_; }
+  char const* Get() const { return chars; }
 
  private:
-  JNIEnv* env_;
-  jstring text_;
-  char const* chars_ = nullptr;
+  JNIEnv* env;
+  jstring text;
+  char const* chars = nullptr;
 };
 
 // The elements of an int array, read only: nothing is copied back.
 class IntElements {
  public:
   IntElements(JNIEnv* env, jintArray array)
-      : env_(env), array_(array), elements_(env->GetIntArrayElements(array, nullptr)) {}
+      : env(env), array(array), elements(env->GetIntArrayElements(array, nullptr)) {}
   IntElements(IntElements const&) = delete;
   IntElements& operator=(IntElements const&) = delete;
   ~IntElements() {
-    if (elements_ != nullptr) {
-      env_->ReleaseIntArrayElements(array_, elements_, JNI_ABORT);
+    if (elements != nullptr) {
+      env->ReleaseIntArrayElements(array, elements, JNI_ABORT);
     }
   }
 
   // Null when the VM gave none.
-  jint const* Get() const { return elements_; }
+  jint const* Get() const { return elements; }
 
  private:
-  JNIEnv* env_;
-  jintArray array_;
-  jint* elements_;
+  JNIEnv* env;
+  jintArray array;
+  jint* elements;
 };
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -80,11 +80,11 @@ char32_t TakeCharacter(char const*& text) {
 
 }  // namespace
 
-JavaUtf8::JavaUtf8(char const* narrow) : text_(narrow) {
+JavaUtf8::JavaUtf8(char const* narrow) : text(narrow) {
   if (narrow == nullptr || IsAscii(narrow)) {
     return;
   }
-  text_ = nullptr;
+  text = nullptr;
   std::wstring wide(std::strlen(narrow), L'\0');
   std::size_t const length = std::mbstowcs(wide.data(), narrow, wide.size());
   if (length == static_cast<std::size_t>(-1)) {
@@ -95,9 +95,9 @@ JavaUtf8::JavaUtf8(char const* narrow) : text_(narrow) {
     if (c > kLastCharacter) {
       return;
     }
-    AppendEncoded(c, encoded_);
+    AppendEncoded(c, encoded);
   }
-  text_ = encoded_.c_str();
+  text = encoded.c_str();
 }
 
 LocalRef<jstring> NewJavaText(JNIEnv* env, char const* narrow) {

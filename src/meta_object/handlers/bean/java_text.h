@@ -27,11 +27,11 @@ class JavaUtf8 {
   JavaUtf8& operator=(JavaUtf8 const&) = delete;
 
   // Null when the narrow text is null or can't be decoded.
-  char const* Get() const { return text_; }
+  char const* Get() const { return text; }
 
  private:
-  std::string encoded_;
-  char const* text_;
+  std::string encoded;
+  char const* text;
 };
 
 // A new Java string of a narrow text. Null, with nothing pending, when the text is null, can't be

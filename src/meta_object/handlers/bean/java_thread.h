@@ -21,25 +21,25 @@ HandlerStatus DetachNativeThread();
 // One attach for the length of a scope.
 class JavaThread {
  public:
-  JavaThread() : env_(AttachNativeThread()) {}
+  JavaThread() : env(AttachNativeThread()) {}
   JavaThread(JavaThread const&) = delete;
   JavaThread& operator=(JavaThread const&) = delete;
   ~JavaThread() {
-    if (!stays_) {
+    if (!stays) {
       DetachNativeThread();
     }
   }
 
   // Lends the thread's environment; null when there is none.
-  JNIEnv* Get() const { return env_; }
-  explicit operator bool() const { return env_ != nullptr; }
+  JNIEnv* Get() const { return env; }
+  explicit operator bool() const { return env != nullptr; }
 
   // Leaves the thread attached at the end of the scope: the matching close operation detaches it.
-  void StayAttached() { stays_ = true; }
+  void StayAttached() { stays = true; }
 
  private:
-  JNIEnv* env_;
-  bool stays_ = false;
+  JNIEnv* env;
+  bool stays = false;
 };
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -25,6 +25,7 @@ JarPathBeanSet _JarPathBeanSet;
 namespace quenlatrix::meta_object::handlers::bean {
 
 TlsValue<unsigned long> TlsJniAttachCount;
+// Needs "/dev/zero": without it the library can't be loaded.
 UGuard _mutexClassPathFile(Mutex::Shared);
 StaticMutex classPathTurn;
 LiveReferences liveReferences;

@@ -7,12 +7,12 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-// A counted guard over a mutex, with two kinds of holds that are counted apart. Holds of type 1 join
-// the one that took the mutex without waiting.
+// A counted guard over a mutex, with two kinds of holds that are counted apart. Holds of type 1
+// join the one that took the mutex without waiting.
 //
-// Threads: the last release of a kind gives the mutex back, and that has to happen on the thread that
-// took it. So type-1 holds of several threads must not overlap; where they could, they take turns
-// under a lock of their own.
+// Threads: the last release of a kind gives the mutex back, and that has to happen on the thread
+// that took it. So type-1 holds of several threads must not overlap; where they could, they take
+// turns under a lock of their own.
 class UGuard {
  public:
   enum eLockType : int { LockType1 = 1, LockType2 = 2 };

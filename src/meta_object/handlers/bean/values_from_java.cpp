@@ -62,8 +62,11 @@ std::unique_ptr<type::Object> MakeObjectItem(TypeDesc const& desc, jobject objec
   return isBound ? std::move(blob) : nullptr;
 }
 
+// A name that the mapping reads as a code ("I") is a class's here: element types go by their names.
 TypeDesc ArrayDesc(WideString const& typeName, std::initializer_list<int> counts) {
-  TypeDesc desc(GetTypeDesc(typeName.getWCharPtr()).key, TypeDesc::RefType::ByValue, true);
+  TypeDesc const element = GetTypeDesc(typeName.getWCharPtr());
+  bool const isItself = element.typeName.compare(typeName.getWCharPtr(), 0) == 0;
+  TypeDesc desc(isItself ? element.key : Key::Object, TypeDesc::RefType::ByValue, true);
   for (int const count : counts) {
     desc.arrayInfo->AddDimensionInfo(0, count);
   }
@@ -75,27 +78,27 @@ TypeDesc ArrayDesc(WideString const& typeName, std::initializer_list<int> counts
 class Target {
  public:
   explicit Target(type::Object* existing)
-      : made_(existing == nullptr ? std::make_unique<type::Array>() : nullptr),
-        array_(existing == nullptr ? made_.get() : dynamic_cast<type::Array*>(existing)) {}
+      : made(existing == nullptr ? std::make_unique<type::Array>() : nullptr),
+        array(existing == nullptr ? made.get() : dynamic_cast<type::Array*>(existing)) {}
   Target(Target const&) = delete;
   Target& operator=(Target const&) = delete;
   ~Target() {
-    if (made_ != nullptr) {
-      ReleaseItems(*made_);
+    if (made != nullptr) {
+      ReleaseItems(*made);
     }
   }
 
-  explicit operator bool() const { return array_ != nullptr; }
-  type::Array& operator*() const { return *array_; }
+  explicit operator bool() const { return array != nullptr; }
+  type::Array& operator*() const { return *array; }
 
   type::Object* Release() {
-    static_cast<void>(made_.release());
-    return array_;
+    static_cast<void>(made.release());
+    return array;
   }
 
  private:
-  std::unique_ptr<type::Array> made_;
-  type::Array* array_;
+  std::unique_ptr<type::Array> made;
+  type::Array* array;
 };
 
 }  // namespace
@@ -129,12 +132,13 @@ bool CBeanMethodInvoke::TranslateJavaResult(jvalue value, type::Object** result,
   if (primitive == nullptr) {
     return true;
   }
-  *result = CreateItem(TypeDesc(primitive->key, TypeDesc::RefType::ByValue, false), nullptr);
-  if (*result != nullptr && primitive->toText != nullptr) {
+  ItemPtr item(CreateItem(TypeDesc(primitive->key, TypeDesc::RefType::ByValue, false), nullptr));
+  if (item != nullptr && primitive->toText != nullptr) {
     WideString text;
     primitive->toText(value, text);
-    (*result)->SetValueAsString(text);
+    item->SetValueAsString(text);
   }
+  *result = item.release();
   return true;
 }
 
@@ -183,12 +187,12 @@ type::Object* CBeanMethodInvoke::CreateReferenceItem(jobject reference, WideStri
   if (desc == nullptr) {
     return nullptr;
   }
-  type::Object* const item = CreateItem(*desc, held.Get());
+  ItemPtr item(CreateItem(*desc, held.Get()));
   if (item != nullptr) {
     static_cast<void>(held.Release());
     item->SetValueAsString(text);
   }
-  return item;
+  return item.release();
 }
 
 type::Object* CBeanMethodInvoke::CreateItem(TypeDesc const& desc, jobject object) const {

@@ -48,10 +48,16 @@ std::string SlashForm(WideString const& typeName) {
   return name;
 }
 
-void AppendClassCode(char const* slashName, WideString& signature) {
+// Appends a class's code. False for what is no class's name: a character with a meaning of its own
+// in signatures would turn one parameter into several.
+bool AppendClassCode(std::string const& slashName, WideString& signature) {
+  if (slashName.find_first_of(";[()") != std::string::npos) {
+    return false;
+  }
   signature.append(L"L");
-  signature.append(slashName);
+  signature.append(slashName.c_str());
   signature.append(L";");
+  return true;
 }
 
 // An object's text form is its reference's number.
@@ -64,21 +70,21 @@ jobject ReferenceNamedBy(WideString const& text) {
 // could be deleted with it.
 class LentRow {
  public:
-  explicit LentRow(type::Array const& table) : table_(table) {}
+  explicit LentRow(type::Array const& table) : table(table) {}
   LentRow(LentRow const&) = delete;
   LentRow& operator=(LentRow const&) = delete;
   ~LentRow() { GiveBack(); }
 
   bool Create(TypeDesc const& desc, WideString const& typeName) {
-    row_.SetDesc(typeName);
-    return row_.Create(desc);
+    row.SetDesc(typeName);
+    return row.Create(desc);
   }
 
   // False when a place of the row is empty.
   bool Fill(unsigned int first) {
     for (unsigned int i = 0; i < Count(); ++i) {
-      type::Object* const item = table_.GetItemAt(first + i);
-      row_.SetItemAt(item, i);
+      type::Object* const item = table.GetItemAt(first + i);
+      row.SetItemAt(item, i);
       if (item == nullptr) {
         return false;
       }
@@ -86,18 +92,18 @@ class LentRow {
     return true;
   }
 
-  type::Array& Get() { return row_; }
+  type::Array& Get() { return row; }
 
  private:
-  unsigned int Count() const { return static_cast<unsigned int>(row_.GetItemCount()); }
+  unsigned int Count() const { return static_cast<unsigned int>(row.GetItemCount()); }
   void GiveBack() {
-    for (unsigned int i = 0; row_.GetItemCount() > 0 && i < Count(); ++i) {
-      row_.SetItemAt(nullptr, i);
+    for (unsigned int i = 0; row.GetItemCount() > 0 && i < Count(); ++i) {
+      row.SetItemAt(nullptr, i);
     }
   }
 
-  type::Array const& table_;
-  type::Array row_;
+  type::Array const& table;
+  type::Array row;
 };
 
 }  // namespace
@@ -172,14 +178,12 @@ bool CBeanMethodInvoke::NativeType2ClassType(WideString& typeName, WideString& v
     }
     value->l = reference;
   }
+  std::string const slashName = SlashForm(typeName);
   if (!IsEmpty(typeName)) {
-    typeName.assign(SlashForm(typeName).c_str());
+    typeName.assign(slashName.c_str());
   }
-  signature.append(L"L");
-  signature.append(typeName.getWCharPtr());
-  signature.append(L";");
   number = kReferenceNumber;
-  return true;
+  return AppendClassCode(slashName, signature);
 }
 
 jobject CBeanMethodInvoke::CreateObject(WideString& typeName, WideString& valueText) {
@@ -241,10 +245,9 @@ bool CBeanMethodInvoke::ProcessArray(type::Object* array, WideString& typeName,
   signature.append(dimensions == 2 ? L"[[" : L"[");
   if (JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr())) {
     signature.append(primitive->code);
-  } else {
-    AppendClassCode(SlashForm(typeName).c_str(), signature);
+    return true;
   }
-  return true;
+  return AppendClassCode(SlashForm(typeName), signature);
 }
 
 bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, TypeDesc const& desc,
@@ -266,18 +269,17 @@ bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, TypeDesc const& de
     if (primitive->toArray == nullptr) {
       return false;
     }
-    value->l = StartsAtZero(array) ? primitive->toArray(env, count, &array) : nullptr;
     signature.append(L"[");
     signature.append(primitive->code);
+    value->l = StartsAtZero(array) ? primitive->toArray(env, count, &array) : nullptr;
     return true;
   }
-  value->l = StartsAtZero(array) ? CreateObjectArray(array, count, typeName) : nullptr;
-  if (value->l == nullptr) {
+  signature.append(L"[");
+  if (!AppendClassCode(SlashForm(typeName), signature) || !StartsAtZero(array)) {
     return false;
   }
-  signature.append(L"[");
-  AppendClassCode(SlashForm(typeName).c_str(), signature);
-  return true;
+  value->l = CreateObjectArray(array, count, typeName);
+  return value->l != nullptr;
 }
 
 LocalRef<jobject> CBeanMethodInvoke::CreateElement(type::Object const& item, WideString& typeName) {

@@ -220,6 +220,7 @@ TEST_F(InvocationTest, ATypeNameCannotSmuggleParametersIntoTheSignature) {
   const char* const names[] = {"java.lang.String;I",
                                "java.lang.String;Ijava",
                                "java.lang.Object;Ljava.lang.Object",
+                               "java.util.List;Ljava.lang.String",
                                "java.lang.Object;)Ljava.lang",
                                "[I",
                                "Ljava.lang.String;"};
@@ -227,10 +228,31 @@ TEST_F(InvocationTest, ATypeNameCannotSmuggleParametersIntoTheSignature) {
     auto value = HoldObject(taker, "java.lang.Object");
     value->GetMetaItemType().typeName.assign(name);
     const Values values = ValuesOf(std::move(value));
-    EXPECT_EQ(Answer(overloads, "which", "java.lang.String", values), kFailed) << name;
-    EXPECT_EQ(Answer(taker, "same", "boolean", values), kFailed) << name;
-    EXPECT_EQ(Answer(taker, "same", "boolean", ValuesOf(HoldAlone(taker, name))), kFailed) << name;
+    EXPECT_EQ(Answer(overloads, "which", "java.lang.String", values), "refused") << name;
+    EXPECT_EQ(Answer(taker, "same", "boolean", values), "refused") << name;
+    EXPECT_EQ(Answer(taker, "same", "boolean", ValuesOf(HoldAlone(taker, name))), "refused")
+        << name;
   }
+}
+
+TEST_F(InvocationTest, MoreTextsThanAFrameHoldsArriveWithoutAWarning) {
+  const Values values =
+      ValuesOf(std::vector<std::pair<std::string, std::wstring>>(40, {"java.lang.String", L"x"}));
+  EXPECT_EQ(Answer(Make("beans.ObjectTaker"), "takesForty", "int", values), "Int 40");
+}
+
+TEST_F(InvocationTest, AnInstanceThatWasReleasedIsNotCalled) {
+  Handler& list = Make("java.util.ArrayList");
+  meta_object::context::CollectionContext walk;
+  ASSERT_EQ(list.OpenCollection(walk), status::kSuccess);
+  OpenCall call(list, "size", "int", {});
+  EXPECT_EQ(list.Release(), status::kLastReferenceReleased);
+  EXPECT_EQ(call.Invoke().Text(), kFailed);
+  EXPECT_EQ(list.ResetCollection(walk), status::kNoCollection);
+  int size = -1;
+  EXPECT_EQ(list.GetCollectionSize(walk, size), status::kSuccess);
+  EXPECT_EQ(size, 0);
+  EXPECT_EQ(list.CloseCollection(walk), status::kSuccess);
 }
 
 }  // namespace
