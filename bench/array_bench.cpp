@@ -22,7 +22,7 @@ using meta_object::type::Object;
 using meta_object::type::String;
 using Key = TypeDesc::Key;
 
-TypeDesc ArrayType(Key key, wchar_t const* elementName, int count) {
+TypeDesc ArrayType(Key key, const wchar_t* elementName, int count) {
   TypeDesc desc(key, TypeDesc::RefType::ByValue, true);
   desc.typeName.assign(elementName);
   desc.arrayInfo->AddDimensionInfo(0, count);
@@ -36,7 +36,7 @@ struct Session {
   JNIEnv* env = BenchHost::Get().Env();
 
   jobject Instance() const { return bean.Instance(); }
-  jmethodID Method(char const* name, char const* signature) const {
+  jmethodID Method(const char* name, const char* signature) const {
     return env->GetMethodID(env->GetObjectClass(Instance()), name, signature);
   }
 };
@@ -53,11 +53,11 @@ std::unique_ptr<Array> MakeInts(int count) {
 
 // The array comes back after the call too, as for every array parameter: that is the larger part.
 void IntsInOurs(benchmark::State& state) {
-  Session const session;
-  auto const array = MakeInts(static_cast<int>(state.range(0)));
+  const Session session;
+  const auto array = MakeInts(static_cast<int>(state.range(0)));
   std::list<Object*> params{array.get()};
-  WideString const id(L"Invoke:takeInts:0");
-  TypeDesc const intType = IntType();
+  const WideString id(L"Invoke:takeInts:0");
+  const TypeDesc intType = IntType();
   for (auto _ : state) {
     Object* const last = Call(session.bean.Get(), id, params, intType);
     if (static_cast<Int*>(last)->GetValue() != state.range(0) - 1) {
@@ -69,12 +69,12 @@ void IntsInOurs(benchmark::State& state) {
 
 // In and back, into memory of the caller's.
 void IntsInFloor(benchmark::State& state) {
-  Session const session;
-  auto const count = static_cast<jsize>(state.range(0));
+  const Session session;
+  const auto count = static_cast<jsize>(state.range(0));
   std::vector<jint> values(static_cast<std::size_t>(count), 3);
-  jmethodID const take = session.Method("takeInts", "([I)I");
+  const jmethodID take = session.Method("takeInts", "([I)I");
   for (auto _ : state) {
-    jintArray const array = session.env->NewIntArray(count);
+    const jintArray array = session.env->NewIntArray(count);
     session.env->SetIntArrayRegion(array, 0, count, values.data());
     benchmark::DoNotOptimize(session.env->CallIntMethod(session.Instance(), take, array));
     session.env->GetIntArrayRegion(array, 0, count, values.data());
@@ -82,17 +82,17 @@ void IntsInFloor(benchmark::State& state) {
   }
 }
 
-char const* IntsMethod(benchmark::State const& state) {
+const char* IntsMethod(const benchmark::State& state) {
   return state.range(0) == 1000 ? "giveThousand" : "giveMillion";
 }
 
 void IntsOutOurs(benchmark::State& state) {
-  Session const session;
+  const Session session;
   std::list<Object*> params;
   WideString id(L"Invoke:");
   id.append(IntsMethod(state));
   id.append(L":0");
-  TypeDesc const type = ArrayType(Key::Int, L"int", -1);
+  const TypeDesc type = ArrayType(Key::Int, L"int", -1);
   for (auto _ : state) {
     auto* const result = static_cast<Array*>(Call(session.bean.Get(), id, params, type));
     if (result->GetItemCount() != state.range(0)) {
@@ -103,9 +103,9 @@ void IntsOutOurs(benchmark::State& state) {
 }
 
 void IntsOutFloor(benchmark::State& state) {
-  Session const session;
-  jmethodID const give = session.Method(IntsMethod(state), "()[I");
-  auto const count = static_cast<jsize>(state.range(0));
+  const Session session;
+  const jmethodID give = session.Method(IntsMethod(state), "()[I");
+  const auto count = static_cast<jsize>(state.range(0));
   std::vector<jint> values(static_cast<std::size_t>(count));
   for (auto _ : state) {
     auto* const array =
@@ -120,8 +120,8 @@ constexpr int kTexts = 10000;
 
 // The array comes back after the call too, here as for ints.
 void TextsInOurs(benchmark::State& state) {
-  Session const session;
-  auto const array = std::make_unique<Array>();
+  const Session session;
+  const auto array = std::make_unique<Array>();
   array->Create(ArrayType(Key::String, L"java.lang.String", kTexts));
   array->SetDesc(WideString(L"java.lang.String"));
   for (int i = 0; i < kTexts; ++i) {
@@ -130,8 +130,8 @@ void TextsInOurs(benchmark::State& state) {
     array->SetItemAt(text, static_cast<unsigned int>(i));
   }
   std::list<Object*> params{array.get()};
-  WideString const id(L"Invoke:takeTexts:0");
-  TypeDesc const intType = IntType();
+  const WideString id(L"Invoke:takeTexts:0");
+  const TypeDesc intType = IntType();
   for (auto _ : state) {
     Free(Call(session.bean.Get(), id, params, intType));
   }
@@ -140,7 +140,7 @@ void TextsInOurs(benchmark::State& state) {
 void ReadTexts(JNIEnv* env, jobjectArray array, std::vector<std::string>& texts) {
   for (jsize i = 0; i < kTexts; ++i) {
     auto* const text = static_cast<jstring>(env->GetObjectArrayElement(array, i));
-    char const* const chars = env->GetStringUTFChars(text, nullptr);
+    const char* const chars = env->GetStringUTFChars(text, nullptr);
     texts[static_cast<std::size_t>(i)] = chars;
     env->ReleaseStringUTFChars(text, chars);
     env->DeleteLocalRef(text);
@@ -148,18 +148,18 @@ void ReadTexts(JNIEnv* env, jobjectArray array, std::vector<std::string>& texts)
 }
 
 void TextsInFloor(benchmark::State& state) {
-  Session const session;
+  const Session session;
   JNIEnv* const env = session.env;
-  jmethodID const take = session.Method("takeTexts", "([Ljava/lang/String;)I");
-  jclass const stringClass = env->FindClass("java/lang/String");
+  const jmethodID take = session.Method("takeTexts", "([Ljava/lang/String;)I");
+  const jclass stringClass = env->FindClass("java/lang/String");
   std::vector<std::string> texts;
   for (int i = 0; i < kTexts; ++i) {
     texts.push_back("text " + std::to_string(i));
   }
   for (auto _ : state) {
-    jobjectArray const array = env->NewObjectArray(kTexts, stringClass, nullptr);
+    const jobjectArray array = env->NewObjectArray(kTexts, stringClass, nullptr);
     for (jsize i = 0; i < kTexts; ++i) {
-      jstring const text = env->NewStringUTF(texts[static_cast<std::size_t>(i)].c_str());
+      const jstring text = env->NewStringUTF(texts[static_cast<std::size_t>(i)].c_str());
       env->SetObjectArrayElement(array, i, text);
       env->DeleteLocalRef(text);
     }
@@ -170,18 +170,18 @@ void TextsInFloor(benchmark::State& state) {
 }
 
 void TextsOutOurs(benchmark::State& state) {
-  Session const session;
+  const Session session;
   std::list<Object*> params;
-  WideString const id(L"Invoke:giveTexts:0");
-  TypeDesc const type = ArrayType(Key::String, L"java.lang.String", -1);
+  const WideString id(L"Invoke:giveTexts:0");
+  const TypeDesc type = ArrayType(Key::String, L"java.lang.String", -1);
   for (auto _ : state) {
     Free(Call(session.bean.Get(), id, params, type));
   }
 }
 
 void TextsOutFloor(benchmark::State& state) {
-  Session const session;
-  jmethodID const give = session.Method("giveTexts", "()[Ljava/lang/String;");
+  const Session session;
+  const jmethodID give = session.Method("giveTexts", "()[Ljava/lang/String;");
   std::vector<std::string> texts(kTexts);
   for (auto _ : state) {
     auto* const array =

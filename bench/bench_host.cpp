@@ -16,7 +16,7 @@ using meta_object::Identity;
 using meta_object::info::cache::CachedMethodInfo;
 using meta_object::info::cache::CachedObjectInfo;
 
-[[noreturn]] void Fail(std::string const& why) {
+[[noreturn]] void Fail(const std::string& why) {
   std::fprintf(stderr, "bean_bench: %s\n", why.c_str());
   std::exit(3);
 }
@@ -31,25 +31,25 @@ BenchHost& BenchHost::Get() {
 
 BenchHost::BenchHost() {
   environment.hostContext = this;
-  environment.cacheOpenIntrospect = [](void*, Identity const&, bool& mustIntrospect) {
+  environment.cacheOpenIntrospect = [](void*, const Identity&, bool& mustIntrospect) {
     mustIntrospect = true;
     return true;
   };
-  environment.cacheIntrospectDone = [](void*, Identity const&, bool succeeded) {
+  environment.cacheIntrospectDone = [](void*, const Identity&, bool succeeded) {
     return succeeded;
   };
-  environment.cacheCloseIntrospect = [](void*, Identity const&) { return true; };
-  environment.cacheAddMethodInfo = [](void* host, Identity const&, CachedMethodInfo const&) {
+  environment.cacheCloseIntrospect = [](void*, const Identity&) { return true; };
+  environment.cacheAddMethodInfo = [](void* host, const Identity&, const CachedMethodInfo&) {
     ++static_cast<BenchHost*>(host)->methodsAdded;
     return true;
   };
-  environment.cacheGetMethodInfo = [](void*, Identity const&, char const*) {
+  environment.cacheGetMethodInfo = [](void*, const Identity&, const char*) {
     return static_cast<CachedMethodInfo const*>(nullptr);
   };
-  environment.cacheGetObjectInfo = [](void*, Identity const&) {
+  environment.cacheGetObjectInfo = [](void*, const Identity&) {
     return static_cast<CachedObjectInfo const*>(nullptr);
   };
-  environment.gcRegHandlerObject = [](void* host, Handler* handler, void const*) {
+  environment.gcRegHandlerObject = [](void* host, Handler* handler, const void*) {
     static_cast<BenchHost*>(host)->registered.push_back(handler);
   };
 
@@ -67,7 +67,7 @@ BenchHost::BenchHost() {
   plugin->SetVm(machine->Get());
 }
 
-Handler* BenchHost::Create(char const* className) {
+Handler* BenchHost::Create(const char* className) {
   Handler* const handler = plugin->MakeHandler();
   std::string const identity = std::string("JAVABEAN://") + className;
   if (handler == nullptr || handler->CreateObject(identity.c_str(), nullptr) != 0) {
@@ -104,9 +104,9 @@ KeptAttached::KeptAttached(Handler* handler) : handler(handler) {
   }
 }
 
-meta_object::type::Object* Call(Handler* handler, WideString const& methodId,
+meta_object::type::Object* Call(Handler* handler, const WideString& methodId,
                                 std::list<meta_object::type::Object*>& params,
-                                meta_object::TypeDesc const& returnType, HandlerStatus expected) {
+                                const meta_object::TypeDesc& returnType, HandlerStatus expected) {
   meta_object::context::MethodCallContext context;
   meta_object::MethodInvokeStatus status;
   meta_object::type::Object* result = nullptr;
@@ -114,7 +114,7 @@ meta_object::type::Object* Call(Handler* handler, WideString const& methodId,
   handler->PrepareMethodCall(context, params);
   handler->SetReturnDataType(context, returnType);
   if (handler->InvokeMethod(context, status, &result) != expected) {
-    char const* const text = status.failureText.getCharPtr();
+    const char* const text = status.failureText.getCharPtr();
     Fail(std::string("a call failed: ") + (text == nullptr ? "no text" : text));
   }
   handler->CloseMethodCall(context);

@@ -23,7 +23,7 @@ class BenchHost {
   static BenchHost& Get();
 
   // A handler bound to a new instance of the class; ends the process when it can't be made.
-  meta_object::Handler* Create(char const* className);
+  meta_object::Handler* Create(const char* className);
   // The last release of a handler, and its end.
   void Free(meta_object::Handler* handler);
   // Frees every handler that was registered since it was last asked for and has no references left.
@@ -50,8 +50,8 @@ class KeptAttached {
  public:
   explicit KeptAttached(meta_object::Handler* handler);
   ~KeptAttached() { handler->CloseMethodCall(context); }
-  KeptAttached(KeptAttached const&) = delete;
-  KeptAttached& operator=(KeptAttached const&) = delete;
+  KeptAttached(const KeptAttached&) = delete;
+  KeptAttached& operator=(const KeptAttached&) = delete;
 
  private:
   meta_object::Handler* handler;
@@ -61,7 +61,7 @@ class KeptAttached {
 // A bean on a thread that is kept attached while it lives.
 class HeldBean {
  public:
-  explicit HeldBean(char const* className)
+  explicit HeldBean(const char* className)
       : bean_(BenchHost::Get().Create(className), ReleaseBean), attached_(bean_.get()) {}
 
   meta_object::Handler* Get() const { return bean_.get(); }
@@ -76,9 +76,9 @@ class HeldBean {
 
 // One whole call as a host makes it: open, prepare, name the result's type, invoke, close. The
 // result is the caller's; ends the process when the status isn't the expected one.
-meta_object::type::Object* Call(meta_object::Handler* handler, WideString const& methodId,
+meta_object::type::Object* Call(meta_object::Handler* handler, const WideString& methodId,
                                 std::list<meta_object::type::Object*>& params,
-                                meta_object::TypeDesc const& returnType,
+                                const meta_object::TypeDesc& returnType,
                                 meta_object::HandlerStatus expected = 0);
 
 // Gives a result back.

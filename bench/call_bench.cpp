@@ -21,7 +21,7 @@ using Key = TypeDesc::Key;
 
 constexpr char kText[] = "hello there";
 
-TypeDesc NamedType(Key key, wchar_t const* name) {
+TypeDesc NamedType(Key key, const wchar_t* name) {
   return TypeDesc(key, WideString(name), WideString(name));
 }
 
@@ -41,13 +41,13 @@ struct Floor {
         instance(env->NewGlobalRef(env->NewObject(work, env->GetMethodID(work, "<init>", "()V")))) {
   }
 
-  jmethodID Method(char const* name, char const* signature) const {
+  jmethodID Method(const char* name, const char* signature) const {
     return env->GetMethodID(work, name, signature);
   }
 };
 
 void CreateOurs(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
+  const HeldBean bean("bench.Work");
   BenchHost& host = BenchHost::Get();
   for (auto _ : state) {
     host.Free(host.Create("bench.Plain"));
@@ -55,28 +55,28 @@ void CreateOurs(benchmark::State& state) {
 }
 
 void CreateFloor(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  Floor const floor(BenchHost::Get().Env());
+  const HeldBean bean("bench.Work");
+  const Floor floor(BenchHost::Get().Env());
   for (auto _ : state) {
-    jobject const local = floor.env->NewObject(floor.plain, floor.newPlain);
-    jobject const global = floor.env->NewGlobalRef(local);
+    const jobject local = floor.env->NewObject(floor.plain, floor.newPlain);
+    const jobject global = floor.env->NewGlobalRef(local);
     floor.env->DeleteLocalRef(local);
     floor.env->DeleteGlobalRef(global);
   }
 }
 
 // The call that the loops below make: add(i, 7), whose answer changes with each turn.
-int AddOurs(Handler* bean, Int& a, std::list<Object*>& params, TypeDesc const& intType, int i) {
+int AddOurs(Handler* bean, Int& a, std::list<Object*>& params, const TypeDesc& intType, int i) {
   a.SetValue(i);
   Object* const result = Call(bean, WideString(L"Invoke:add:0"), params, intType);
-  int const sum = static_cast<int>(static_cast<Int*>(result)->GetValue());
+  const int sum = static_cast<int>(static_cast<Int*>(result)->GetValue());
   Free(result);
   return sum;
 }
 
 void IntCallOurs(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  TypeDesc const intType = NamedType(Key::Int, L"int");
+  const HeldBean bean("bench.Work");
+  const TypeDesc intType = NamedType(Key::Int, L"int");
   Int a(0);
   Int b(7);
   a.GetMetaItemType() = intType;
@@ -92,9 +92,9 @@ void IntCallOurs(benchmark::State& state) {
 }
 
 void IntCallFloor(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  Floor const floor(BenchHost::Get().Env());
-  jmethodID const add = floor.Method("add", "(II)I");
+  const HeldBean bean("bench.Work");
+  const Floor floor(BenchHost::Get().Env());
+  const jmethodID add = floor.Method("add", "(II)I");
   int i = 0;
   for (auto _ : state) {
     ++i;
@@ -109,7 +109,7 @@ void IntCallFloor(benchmark::State& state) {
 void UnattachedCallOurs(benchmark::State& state) {
   BenchHost& host = BenchHost::Get();
   Handler* const bean = host.Create("bench.Work");
-  TypeDesc const intType = NamedType(Key::Int, L"int");
+  const TypeDesc intType = NamedType(Key::Int, L"int");
   Int a(0);
   Int b(7);
   a.GetMetaItemType() = intType;
@@ -128,8 +128,8 @@ void UnattachedCallFloor(benchmark::State& state) {
   JavaVM* const vm = BenchHost::Get().Vm();
   void* env = nullptr;
   vm->AttachCurrentThread(&env, nullptr);
-  Floor const floor(static_cast<JNIEnv*>(env));
-  jmethodID const add = floor.Method("add", "(II)I");
+  const Floor floor(static_cast<JNIEnv*>(env));
+  const jmethodID add = floor.Method("add", "(II)I");
   vm->DetachCurrentThread();
   int i = 0;
   for (auto _ : state) {
@@ -142,12 +142,12 @@ void UnattachedCallFloor(benchmark::State& state) {
 }
 
 void StringCallOurs(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  TypeDesc const stringType = NamedType(Key::String, L"java.lang.String");
+  const HeldBean bean("bench.Work");
+  const TypeDesc stringType = NamedType(Key::String, L"java.lang.String");
   String text(stringType);
   text.SetValue(WideString(kText));
   std::list<Object*> params{&text};
-  WideString const id(L"Invoke:echo:0");
+  const WideString id(L"Invoke:echo:0");
   for (auto _ : state) {
     Object* const result = Call(bean.Get(), id, params, stringType);
     benchmark::DoNotOptimize(static_cast<String*>(result)->GetValue().getWCharPtr());
@@ -156,14 +156,14 @@ void StringCallOurs(benchmark::State& state) {
 }
 
 void StringCallFloor(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  Floor const floor(BenchHost::Get().Env());
-  jmethodID const echo = floor.Method("echo", "(Ljava/lang/String;)Ljava/lang/String;");
+  const HeldBean bean("bench.Work");
+  const Floor floor(BenchHost::Get().Env());
+  const jmethodID echo = floor.Method("echo", "(Ljava/lang/String;)Ljava/lang/String;");
   for (auto _ : state) {
-    jstring const text = floor.env->NewStringUTF(kText);
+    const jstring text = floor.env->NewStringUTF(kText);
     auto* const answer =
         static_cast<jstring>(floor.env->CallObjectMethod(floor.instance, echo, text));
-    char const* const chars = floor.env->GetStringUTFChars(answer, nullptr);
+    const char* const chars = floor.env->GetStringUTFChars(answer, nullptr);
     std::string const copy(chars);
     benchmark::DoNotOptimize(copy.data());
     floor.env->ReleaseStringUTFChars(answer, chars);
@@ -173,10 +173,10 @@ void StringCallFloor(benchmark::State& state) {
 }
 
 void ObjectCallOurs(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  TypeDesc const objectType = NamedType(Key::Object, L"java.lang.Object");
+  const HeldBean bean("bench.Work");
+  const TypeDesc objectType = NamedType(Key::Object, L"java.lang.Object");
   std::list<Object*> params;
-  WideString const id(L"Invoke:object:0");
+  const WideString id(L"Invoke:object:0");
   for (auto _ : state) {
     Free(Call(bean.Get(), id, params, objectType));
     BenchHost::Get().Collect();
@@ -184,39 +184,39 @@ void ObjectCallOurs(benchmark::State& state) {
 }
 
 void ObjectCallFloor(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  Floor const floor(BenchHost::Get().Env());
-  jmethodID const object = floor.Method("object", "()Ljava/lang/Object;");
+  const HeldBean bean("bench.Work");
+  const Floor floor(BenchHost::Get().Env());
+  const jmethodID object = floor.Method("object", "()Ljava/lang/Object;");
   for (auto _ : state) {
-    jobject const local = floor.env->CallObjectMethod(floor.instance, object);
-    jobject const global = floor.env->NewGlobalRef(local);
+    const jobject local = floor.env->CallObjectMethod(floor.instance, object);
+    const jobject global = floor.env->NewGlobalRef(local);
     floor.env->DeleteLocalRef(local);
     floor.env->DeleteGlobalRef(global);
   }
 }
 
 void ThrowingCallOurs(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  TypeDesc const voidType = NamedType(Key::Void, L"void");
+  const HeldBean bean("bench.Work");
+  const TypeDesc voidType = NamedType(Key::Void, L"void");
   std::list<Object*> params;
-  WideString const id(L"Invoke:fail:0");
+  const WideString id(L"Invoke:fail:0");
   for (auto _ : state) {
     Call(bean.Get(), id, params, voidType, meta_object::handler_status::kCallFailed);
   }
 }
 
 void ThrowingCallFloor(benchmark::State& state) {
-  HeldBean const bean("bench.Work");
-  Floor const floor(BenchHost::Get().Env());
-  jmethodID const fail = floor.Method("fail", "()V");
-  jmethodID const toString = floor.env->GetMethodID(floor.env->FindClass("java/lang/Throwable"),
+  const HeldBean bean("bench.Work");
+  const Floor floor(BenchHost::Get().Env());
+  const jmethodID fail = floor.Method("fail", "()V");
+  const jmethodID toString = floor.env->GetMethodID(floor.env->FindClass("java/lang/Throwable"),
                                                     "toString", "()Ljava/lang/String;");
   for (auto _ : state) {
     floor.env->CallVoidMethod(floor.instance, fail);
-    jthrowable const thrown = floor.env->ExceptionOccurred();
+    const jthrowable thrown = floor.env->ExceptionOccurred();
     floor.env->ExceptionClear();
     auto* const text = static_cast<jstring>(floor.env->CallObjectMethod(thrown, toString));
-    char const* const chars = floor.env->GetStringUTFChars(text, nullptr);
+    const char* const chars = floor.env->GetStringUTFChars(text, nullptr);
     std::string const copy(chars);
     benchmark::DoNotOptimize(copy.data());
     floor.env->ReleaseStringUTFChars(text, chars);

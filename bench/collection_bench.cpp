@@ -24,17 +24,17 @@ constexpr int kElements = 100000;
 // A collection that a method of the bean gives out.
 class HeldCollection {
  public:
-  explicit HeldCollection(char const* method) {
+  explicit HeldCollection(const char* method) {
     WideString id(L"Invoke:");
     id.append(method);
     id.append(L":0");
     std::list<Object*> params;
-    TypeDesc const type(TypeDesc::Key::Object, WideString(L"java.util.List"),
+    const TypeDesc type(TypeDesc::Key::Object, WideString(L"java.util.List"),
                         WideString(L"java.util.List"));
     value_.reset(Call(bean_.Get(), id, params, type));
   }
-  HeldCollection(HeldCollection const&) = delete;
-  HeldCollection& operator=(HeldCollection const&) = delete;
+  HeldCollection(const HeldCollection&) = delete;
+  HeldCollection& operator=(const HeldCollection&) = delete;
   ~HeldCollection() {
     value_->ReleaseItem();
     value_.reset();
@@ -49,8 +49,8 @@ class HeldCollection {
   std::unique_ptr<Object> value_;
 };
 
-void WalkOurs(benchmark::State& state, char const* method) {
-  HeldCollection const collection(method);
+void WalkOurs(benchmark::State& state, const char* method) {
+  const HeldCollection collection(method);
   for (auto _ : state) {
     meta_object::context::CollectionContext walk;
     std::list<Object*> items;
@@ -68,23 +68,23 @@ void WalkOurs(benchmark::State& state, char const* method) {
 }
 
 // Both classes' toString() is looked up in Object's, which calls the element's own.
-void WalkFloor(benchmark::State& state, char const* method) {
-  HeldCollection const collection(method);
+void WalkFloor(benchmark::State& state, const char* method) {
+  const HeldCollection collection(method);
   JNIEnv* const env = BenchHost::Get().Env();
-  auto const find = [env](char const* cls, char const* name, char const* signature) {
+  const auto find = [env](const char* cls, const char* name, const char* signature) {
     return env->GetMethodID(env->FindClass(cls), name, signature);
   };
-  jmethodID const iterator = find("java/util/List", "iterator", "()Ljava/util/Iterator;");
-  jmethodID const hasNext = find("java/util/Iterator", "hasNext", "()Z");
-  jmethodID const next = find("java/util/Iterator", "next", "()Ljava/lang/Object;");
-  jmethodID const toString = find("java/lang/Object", "toString", "()Ljava/lang/String;");
+  const jmethodID iterator = find("java/util/List", "iterator", "()Ljava/util/Iterator;");
+  const jmethodID hasNext = find("java/util/Iterator", "hasNext", "()Z");
+  const jmethodID next = find("java/util/Iterator", "next", "()Ljava/lang/Object;");
+  const jmethodID toString = find("java/lang/Object", "toString", "()Ljava/lang/String;");
   for (auto _ : state) {
     std::vector<std::string> texts;
-    jobject const walk = env->CallObjectMethod(collection.Instance(), iterator);
+    const jobject walk = env->CallObjectMethod(collection.Instance(), iterator);
     while (env->CallBooleanMethod(walk, hasNext) == JNI_TRUE) {
-      jobject const element = env->CallObjectMethod(walk, next);
+      const jobject element = env->CallObjectMethod(walk, next);
       auto* const text = static_cast<jstring>(env->CallObjectMethod(element, toString));
-      char const* const chars = env->GetStringUTFChars(text, nullptr);
+      const char* const chars = env->GetStringUTFChars(text, nullptr);
       texts.emplace_back(chars);
       env->ReleaseStringUTFChars(text, chars);
       env->DeleteLocalRef(text);

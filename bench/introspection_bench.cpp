@@ -9,14 +9,14 @@
 namespace quenlatrix::bench {
 namespace {
 
-std::string ClassName(benchmark::State const& state) {
+std::string ClassName(const benchmark::State& state) {
   return "bench.ManyMethods" + std::to_string(state.range(0));
 }
 
 void DescribeOurs(benchmark::State& state) {
   BenchHost& host = BenchHost::Get();
-  HeldBean const bean(ClassName(state).c_str());
-  long const before = host.GetMethodsAdded();
+  const HeldBean bean(ClassName(state).c_str());
+  const long before = host.GetMethodsAdded();
   for (auto _ : state) {
     bean.Get()->OpenIntrospect(nullptr);
     bean.Get()->CloseIntrospect();
@@ -29,7 +29,7 @@ void DescribeOurs(benchmark::State& state) {
 // Reads one name and lets its text go.
 std::size_t ReadName(JNIEnv* env, jobject named, jmethodID getName) {
   auto* const name = static_cast<jstring>(env->CallObjectMethod(named, getName));
-  char const* const chars = env->GetStringUTFChars(name, nullptr);
+  const char* const chars = env->GetStringUTFChars(name, nullptr);
   std::string const copy(chars);
   env->ReleaseStringUTFChars(name, chars);
   env->DeleteLocalRef(name);
@@ -50,18 +50,18 @@ struct Reflection {
 
   std::size_t Describe(jclass cls) const {
     auto* const methods = static_cast<jobjectArray>(env->CallObjectMethod(cls, getMethods));
-    jsize const count = env->GetArrayLength(methods);
+    const jsize count = env->GetArrayLength(methods);
     std::size_t characters = 0;
     for (jsize i = 0; i < count; ++i) {
-      jobject const method = env->GetObjectArrayElement(methods, i);
+      const jobject method = env->GetObjectArrayElement(methods, i);
       characters += ReadName(env, method, methodName);
-      jobject const result = env->CallObjectMethod(method, returnType);
+      const jobject result = env->CallObjectMethod(method, returnType);
       characters += ReadName(env, result, className);
       env->DeleteLocalRef(result);
       auto* const types = static_cast<jobjectArray>(env->CallObjectMethod(method, parameterTypes));
-      jsize const parameters = env->GetArrayLength(types);
+      const jsize parameters = env->GetArrayLength(types);
       for (jsize p = 0; p < parameters; ++p) {
-        jobject const type = env->GetObjectArrayElement(types, p);
+        const jobject type = env->GetObjectArrayElement(types, p);
         characters += ReadName(env, type, className);
         env->DeleteLocalRef(type);
       }
@@ -74,10 +74,10 @@ struct Reflection {
 };
 
 void DescribeFloor(benchmark::State& state) {
-  HeldBean const bean(ClassName(state).c_str());
+  const HeldBean bean(ClassName(state).c_str());
   JNIEnv* const env = BenchHost::Get().Env();
-  Reflection const reflection{env};
-  jclass const cls = env->GetObjectClass(bean.Instance());
+  const Reflection reflection{env};
+  const jclass cls = env->GetObjectClass(bean.Instance());
   for (auto _ : state) {
     benchmark::DoNotOptimize(reflection.Describe(cls));
   }

@@ -20,27 +20,27 @@ struct Row {
 // Collects the medians and prints the table at the end; what went wrong stands in its row.
 class TableReporter : public benchmark::BenchmarkReporter {
  public:
-  bool ReportContext(Context const& context) override {
+  bool ReportContext(const Context& context) override {
     std::printf("%d processors, %.0f MHz; median of the repetitions\n", context.cpu_info.num_cpus,
                 context.cpu_info.cycles_per_second / 1e6);
     return true;
   }
 
-  void ReportRuns(std::vector<Run> const& runs) override {
-    for (Run const& run : runs) {
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
       std::string const name = run.run_name.function_name;
       std::size_t const bar = name.rfind('|');
       std::string const work = name.substr(0, bar);
       if (run.error_occurred) {
         errors_[work] = run.error_message;
       }
-      bool const counts =
+      const bool counts =
           run.repetitions > 1 ? run.aggregate_name == "median" : run.run_type == Run::RT_Iteration;
       if (!counts) {
         continue;
       }
       order_[run.family_index] = work;
-      double const nanoseconds =
+      const double nanoseconds =
           run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e9;
       (name.substr(bar + 1) == "ours" ? rows_[work].ours : rows_[work].floor) = nanoseconds;
     }
@@ -48,15 +48,15 @@ class TableReporter : public benchmark::BenchmarkReporter {
 
   void Finalize() override {
     std::printf("%-52s %14s %14s %7s\n", "work", "ours, ns", "floor, ns", "ratio");
-    for (auto const& [family, work] : order_) {
+    for (const auto& [family, work] : order_) {
       if (order_.count(family + 1) != 0 && order_[family + 1] == work) {
         continue;  // the row belongs to the pair, and is printed once
       }
-      Row const& row = rows_[work];
+      const Row& row = rows_[work];
       std::printf("%-52s %14.0f %14.0f %7.2f\n", work.c_str(), row.ours, row.floor,
                   row.floor > 0 ? row.ours / row.floor : 0.0);
     }
-    for (auto const& [work, error] : errors_) {
+    for (const auto& [work, error] : errors_) {
       std::printf("%s: %s\n", work.c_str(), error.c_str());
     }
   }

@@ -22,9 +22,9 @@ using meta_object::type::Int;
 constexpr wchar_t kTypeName[] = L"java.lang.String";
 
 void CopyTypeOurs(benchmark::State& state) {
-  TypeDesc const desc(TypeDesc::Key::String, WideString(kTypeName), WideString(kTypeName));
+  const TypeDesc desc(TypeDesc::Key::String, WideString(kTypeName), WideString(kTypeName));
   for (auto _ : state) {
-    TypeDesc const copy(desc);
+    const TypeDesc copy(desc);
     benchmark::DoNotOptimize(copy.typeName.getWCharPtr());
   }
 }
@@ -40,50 +40,50 @@ void CopyTypeFloor(benchmark::State& state) {
 }
 
 void CloneIntOurs(benchmark::State& state) {
-  Int const value(42);
+  const Int value(42);
   for (auto _ : state) {
-    std::unique_ptr<meta_object::type::Object> const copy(value.Clone());
+    const std::unique_ptr<meta_object::type::Object> copy(value.Clone());
     benchmark::DoNotOptimize(copy.get());
   }
 }
 
 void CloneIntFloor(benchmark::State& state) {
   for (auto _ : state) {
-    auto const memory = std::make_unique_for_overwrite<char[]>(sizeof(Int));
+    const auto memory = std::make_unique_for_overwrite<char[]>(sizeof(Int));
     std::memset(memory.get(), 0, sizeof(Int));
     benchmark::DoNotOptimize(memory.get());
   }
 }
 
 void NarrowOurs(benchmark::State& state) {
-  WideString const text(L"a text of forty characters, all of them.");
+  const WideString text(L"a text of forty characters, all of them.");
   for (auto _ : state) {
-    std::unique_ptr<char[]> const narrow(text.allocConvert(text.getWCharPtr()));
+    const std::unique_ptr<char[]> narrow(text.allocConvert(text.getWCharPtr()));
     benchmark::DoNotOptimize(narrow.get());
   }
 }
 
 void NarrowFloor(benchmark::State& state) {
-  wchar_t const* const text = L"a text of forty characters, all of them.";
+  const wchar_t* const text = L"a text of forty characters, all of them.";
   for (auto _ : state) {
     std::size_t const length = std::wcslen(text);
-    auto const narrow = std::make_unique_for_overwrite<char[]>(length + 1);
+    const auto narrow = std::make_unique_for_overwrite<char[]>(length + 1);
     benchmark::DoNotOptimize(std::wcstombs(narrow.get(), text, length + 1));
   }
 }
 
 void WideOurs(benchmark::State& state) {
   for (auto _ : state) {
-    WideString const text("a text of forty characters, all of them.");
+    const WideString text("a text of forty characters, all of them.");
     benchmark::DoNotOptimize(text.getWCharPtr());
   }
 }
 
 void WideFloor(benchmark::State& state) {
-  char const* const text = "a text of forty characters, all of them.";
+  const char* const text = "a text of forty characters, all of them.";
   for (auto _ : state) {
     std::size_t const length = std::strlen(text);
-    auto const wide = std::make_unique_for_overwrite<wchar_t[]>(length + 1);
+    const auto wide = std::make_unique_for_overwrite<wchar_t[]>(length + 1);
     benchmark::DoNotOptimize(std::mbstowcs(wide.get(), text, length + 1));
   }
 }

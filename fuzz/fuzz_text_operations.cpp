@@ -25,7 +25,7 @@ void Require(bool holds) {
   }
 }
 
-void CheckText(ZuText const& t) {
+void CheckText(const ZuText& t) {
   Require(t.GetDataSize() <= t.GetBufferSize());
   Require(t.GetDataSize() == 0 || t.GetText()[t.GetDataSize() - 1] == '\0');
   Require(std::strlen(t.GetTextEx()) == t.GetSize());
@@ -36,7 +36,7 @@ std::string TakeText(FuzzedDataProvider& input) {
   return input.ConsumeRandomLengthString(60).c_str();
 }
 
-std::string Replaced(std::string text, std::string const& find, std::string const& with) {
+std::string Replaced(std::string text, const std::string& find, const std::string& with) {
   for (std::size_t at = 0; !find.empty() && (at = text.find(find, at)) != std::string::npos;) {
     text.replace(at, find.size(), with);
     at += with.size();
@@ -85,8 +85,8 @@ void Append(NarrowState& s, FuzzedDataProvider& input) {
 }
 
 void ReplacePart(NarrowState& s, FuzzedDataProvider& input) {
-  auto const pos = input.ConsumeIntegralInRange<unsigned long>(0, 80);
-  auto const count = input.ConsumeIntegral<unsigned long>();
+  const auto pos = input.ConsumeIntegralInRange<unsigned long>(0, 80);
+  const auto count = input.ConsumeIntegral<unsigned long>();
   std::string const with = TakeText(input);
   s.Both([&](ZuText& t) { t.ReplaceText(pos, count, with.c_str()); });
   s.model.replace(std::min(pos, s.model.size()), count, with);
@@ -106,8 +106,8 @@ void ReplaceEvery(NarrowState& s, FuzzedDataProvider& input) {
 }
 
 void TakePart(NarrowState& s, FuzzedDataProvider& input) {
-  auto const start = input.ConsumeIntegralInRange<unsigned long>(0, 70);
-  auto const count = input.ConsumeIntegral<unsigned long>();
+  const auto start = input.ConsumeIntegralInRange<unsigned long>(0, 70);
+  const auto count = input.ConsumeIntegral<unsigned long>();
   s.Both([&](ZuText& t) { t.Mid(t, start, count); });
   s.model = s.model.substr(std::min(start, s.model.size()), count);
   ZuText out;
@@ -118,7 +118,7 @@ void TakePart(NarrowState& s, FuzzedDataProvider& input) {
 }
 
 void Resize(NarrowState& s, FuzzedDataProvider& input) {
-  auto const n = input.ConsumeIntegralInRange<unsigned long>(0, 6000);
+  const auto n = input.ConsumeIntegralInRange<unsigned long>(0, 6000);
   s.Both([&](ZuText& t) { t.SetBufferSize(n); });
   s.model = s.text.GetTextEx();
   s.Both([&](ZuText& t) { t.SetUsableDataSize(std::min(n, t.GetSize())); });
@@ -127,7 +127,7 @@ void Resize(NarrowState& s, FuzzedDataProvider& input) {
 
 void Compare(NarrowState& s, FuzzedDataProvider& input) {
   std::string const with = TakeText(input);
-  ZuText const other(with.c_str());
+  const ZuText other(with.c_str());
   Require((s.text < other) == (other > s.text));
   Require((s.text == other) == (s.text.Compare(with.c_str()) == 0));
   Require(s.text.CompareLeft(other) || s.text != other);
@@ -157,24 +157,24 @@ void RunNarrow(FuzzedDataProvider& input) {
 std::wstring TakeWideText(FuzzedDataProvider& input) {
   std::wstring text;
   for (auto n = input.ConsumeIntegralInRange<std::size_t>(0, 80); n > 0; --n) {
-    auto const c = input.ConsumeBool() ? input.ConsumeIntegralInRange<wchar_t>(1, 127)
+    const auto c = input.ConsumeBool() ? input.ConsumeIntegralInRange<wchar_t>(1, 127)
                                        : input.ConsumeIntegral<wchar_t>();
     text += c == L'\0' ? L'\u0100' : c;
   }
   return text;
 }
 
-void CheckWideText(WideString const& s) {
+void CheckWideText(const WideString& s) {
   std::size_t const length = s.getWCharPtr() == nullptr ? 0 : std::wcslen(s.getWCharPtr());
-  char const* const narrow = s.getCharPtr();
+  const char* const narrow = s.getCharPtr();
   Require(narrow == nullptr || std::strlen(narrow) <= length);
 }
 
-void CheckWideNumbers(std::wstring const& text, FuzzedDataProvider& input) {
+void CheckWideNumbers(const std::wstring& text, FuzzedDataProvider& input) {
   wchar_t* end = nullptr;
   quenlatrix::text::wcstol(text.c_str(), &end, input.ConsumeIntegralInRange(-1, 37));
   Require(end >= text.c_str() && end <= text.c_str() + text.size());
-  for (wchar_t const c : text) {
+  for (const wchar_t c : text) {
     quenlatrix::text::iswalnum(c);
   }
 }
@@ -205,9 +205,9 @@ void RunWide(FuzzedDataProvider& input) {
         s = s.substr(input.ConsumeIntegralInRange(-2, 90), input.ConsumeIntegralInRange(-2, 90));
     }
     CheckWideText(s);
-    int const found = s.find(wide.c_str());
+    const int found = s.find(wide.c_str());
     Require(found <= 0 || static_cast<std::size_t>(found) <= std::strlen(s.getCharPtr()));
-    WideString const other(narrow.c_str());
+    const WideString other(narrow.c_str());
     CheckWideText(other);
     Require((s.compareNoCase(wide.c_str(), 0) == 0) ==
                 (WideString(wide.c_str()).compareNoCase(s.getWCharPtr(), 0) == 0) ||
@@ -223,7 +223,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
   return 0;
 }
 
-extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
   FuzzedDataProvider input(data, size);
   if (input.ConsumeBool()) {
     RunNarrow(input);

@@ -32,9 +32,9 @@ Identity::Attribute::Attribute(std::string name, std::string value)
 
 Identity::Identity() = default;
 
-Identity::Identity(char const* identity) { SetIdentity(identity); }
+Identity::Identity(const char* identity) { SetIdentity(identity); }
 
-Identity::Identity(char const* handler, char const* handlerData) {
+Identity::Identity(const char* handler, const char* handlerData) {
   if (handler != nullptr && !FindReservedTokens(handler)) {
     this->handler = handler;
   }
@@ -67,9 +67,9 @@ Identity& Identity::operator=(const Identity& other) {
   return *this;
 }
 
-void Identity::SetIdentity(char const* text) { SetIdentity(std::string(text ? text : "")); }
+void Identity::SetIdentity(const char* text) { SetIdentity(std::string(text ? text : "")); }
 
-void Identity::SetIdentity(std::string const& text) {
+void Identity::SetIdentity(const std::string& text) {
   std::string copy = text;  // The text may be one of this object's own.
   Clear();
   if (!copy.empty()) {
@@ -130,7 +130,7 @@ void Identity::GenerateIdentity() {
 
 void Identity::GenerateCore() { core = identity.substr(0, identity.find(kAttributeStart)); }
 
-bool Identity::SetHandler(std::string const& text) {
+bool Identity::SetHandler(const std::string& text) {
   if (FindReservedTokens(text)) {
     return false;
   }
@@ -139,7 +139,7 @@ bool Identity::SetHandler(std::string const& text) {
   return true;
 }
 
-bool Identity::SetHandlerData(std::string const& text) {
+bool Identity::SetHandlerData(const std::string& text) {
   if (FindReservedTokens(text)) {
     return false;
   }
@@ -148,7 +148,7 @@ bool Identity::SetHandlerData(std::string const& text) {
   return true;
 }
 
-bool Identity::SetAttribute(std::string const& name, std::string const& value) {
+bool Identity::SetAttribute(const std::string& name, const std::string& value) {
   if (FindReservedTokens(name) || FindReservedTokens(value)) {
     return false;
   }
@@ -161,7 +161,7 @@ bool Identity::SetAttribute(std::string const& name, std::string const& value) {
   return !name.empty();
 }
 
-bool Identity::RemoveAttribute(std::string const& name) {
+bool Identity::RemoveAttribute(const std::string& name) {
   const auto found = FindByName(attributes, name);
   if (FindReservedTokens(name) || found == attributes.end()) {
     return false;
@@ -171,18 +171,18 @@ bool Identity::RemoveAttribute(std::string const& name) {
   return true;
 }
 
-std::string const& Identity::GetAttributeAsString(std::string const& name) const {
+const std::string& Identity::GetAttributeAsString(const std::string& name) const {
   static const std::string empty;
   const Attribute* const attribute = FindAttribute(name);
   return attribute != nullptr ? attribute->value : empty;
 }
 
-Identity::Attribute* Identity::FindAttribute(std::string const& name) const {
+Identity::Attribute* Identity::FindAttribute(const std::string& name) const {
   const auto found = FindByName(attributes, name);
   return found != attributes.end() ? found->get() : nullptr;
 }
 
-bool Identity::FindReservedTokens(std::string const& text) const {
+bool Identity::FindReservedTokens(const std::string& text) const {
   return text.find(kHandlerEnd) != std::string::npos ||
          text.find(kAttributeStart) != std::string::npos ||
          text.find(kValueStart) != std::string::npos;
@@ -198,11 +198,11 @@ std::string Identity::TrimString(std::string text) const {
   return text;
 }
 
-std::string::size_type Identity::FindWhiteSpace(std::string const& text) const {
+std::string::size_type Identity::FindWhiteSpace(const std::string& text) const {
   return text.find_first_of(kWhiteSpace);
 }
 
-std::string::size_type Identity::ReverseFindWhiteSpace(std::string const& text) const {
+std::string::size_type Identity::ReverseFindWhiteSpace(const std::string& text) const {
   return text.find_last_of(kWhiteSpace);
 }
 

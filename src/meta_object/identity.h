@@ -32,9 +32,9 @@ class Identity {
 
   // Everything empty.
   Identity();
-  explicit Identity(char const* identity);
+  explicit Identity(const char* identity);
   // A part that holds a reserved token, or is null, stays empty; the identity is then invalid.
-  Identity(char const* handler, char const* handlerData);
+  Identity(const char* handler, const char* handlerData);
   virtual ~Identity();
 
   Identity(const Identity& other);
@@ -42,8 +42,8 @@ class Identity {
 
   // Replaces everything by `text` and its parts; null and empty clear the identity. A text without
   // "://" is kept, with all parts empty.
-  void SetIdentity(char const* text);
-  void SetIdentity(std::string const& text);
+  void SetIdentity(const char* text);
+  void SetIdentity(const std::string& text);
 
   // Fills the parts from `identity`, leaving that text as it is. False when it holds no "://"; the
   // parts are then empty.
@@ -56,30 +56,30 @@ class Identity {
   void GenerateCore();
 
   // These answer false, and change nothing, when a text holds a reserved token.
-  bool SetHandler(std::string const& text);
-  bool SetHandlerData(std::string const& text);
+  bool SetHandler(const std::string& text);
+  bool SetHandlerData(const std::string& text);
   // Replaces the value of the first attribute of that name, whose spelling stays, or appends an
   // attribute. False also for an empty name: no attribute is without one, so the text only becomes
   // canonical.
-  bool SetAttribute(std::string const& name, std::string const& value);
+  bool SetAttribute(const std::string& name, const std::string& value);
   // Removes the first attribute of that name; false when there is none.
-  bool RemoveAttribute(std::string const& name);
+  bool RemoveAttribute(const std::string& name);
 
   // Value of the first attribute of that name, an empty string when there is none. Valid until the
   // attribute is changed or removed.
-  std::string const& GetAttributeAsString(std::string const& name) const;
+  const std::string& GetAttributeAsString(const std::string& name) const;
   // The first attribute of that name, or null. Lent: it stays this identity's own.
-  Attribute* FindAttribute(std::string const& name) const;
+  Attribute* FindAttribute(const std::string& name) const;
 
   // Whether the text holds "://", "?" or "=".
-  bool FindReservedTokens(std::string const& text) const;
+  bool FindReservedTokens(const std::string& text) const;
 
   // White space is what the C locale classes as such.
   // The text without white space at its ends; one of nothing but white space stays as it is.
   std::string TrimString(std::string text) const;
   // Index of the first or the last white-space character, std::string::npos when there is none.
-  std::string::size_type FindWhiteSpace(std::string const& text) const;
-  std::string::size_type ReverseFindWhiteSpace(std::string const& text) const;
+  std::string::size_type FindWhiteSpace(const std::string& text) const;
+  std::string::size_type ReverseFindWhiteSpace(const std::string& text) const;
 
   // Whether the text, the handler and its data are all there.
   bool IsValid() const;

@@ -14,7 +14,7 @@ bool SetWholeFileLock(int fd, short type) {
 
 }  // namespace
 
-int GetFileStatusInfo(char const* /*path*/, int fd, struct stat& st) { return fstat(fd, &st); }
+int GetFileStatusInfo(const char* /*path*/, int fd, struct stat& st) { return fstat(fd, &st); }
 
 bool ChangeOSFileSize(int fd, unsigned long size) {
   return ftruncate(fd, static_cast<off_t>(size)) != -1;

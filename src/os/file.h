@@ -6,7 +6,7 @@
 // failure is left in errno.
 
 // Status of the open file `fd`; `path` is not used. 0, or -1 on failure.
-int GetFileStatusInfo(char const* path, int fd, struct stat& st);
+int GetFileStatusInfo(const char* path, int fd, struct stat& st);
 
 // Cuts or extends the file to `size` bytes. False on failure.
 bool ChangeOSFileSize(int fd, unsigned long size);

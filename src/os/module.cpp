@@ -70,7 +70,7 @@ unsigned long GetModuleFileName(void* module, char* buffer, unsigned long size) 
   return length;
 }
 
-int LoadString(void* /*module*/, char const* id, char* buffer, int size) {
+int LoadString(void* /*module*/, const char* id, char* buffer, int size) {
   if (size < 1) {
     return size;
   }

@@ -15,4 +15,4 @@ unsigned long GetModuleFileName(void* module, char* buffer, unsigned long size);
 // bytes, cut where it does not fit, always with a NUL. Gives the number of bytes written, the NUL
 // included; a `size` below 1 is given back and nothing is written. `module` is not used.
 // Threads: any.
-int LoadString(void* module, char const* id, char* buffer, int size);
+int LoadString(void* module, const char* id, char* buffer, int size);

@@ -15,8 +15,8 @@ namespace {
 class CLocale {
  public:
   CLocale() : handle(newlocale(LC_ALL_MASK, "C", nullptr)) {}
-  CLocale(CLocale const&) = delete;
-  CLocale& operator=(CLocale const&) = delete;
+  CLocale(const CLocale&) = delete;
+  CLocale& operator=(const CLocale&) = delete;
   ~CLocale() {
     if (handle != nullptr) {
       freelocale(handle);
@@ -24,7 +24,7 @@ class CLocale {
   }
   // The locale, made by the first call and given back when the library is unloaded.
   static locale_t Get() {
-    static CLocale const instance;
+    static const CLocale instance;
     return instance.handle;
   }
 
@@ -34,7 +34,7 @@ class CLocale {
 
 // Whether what `fmt` prints may depend on more of the locale than its numbers: wide text on the
 // encoding, the text of an error number on the language.
-bool NeedsLocale(char const* fmt) {
+bool NeedsLocale(const char* fmt) {
   return std::strpbrk(fmt, "SCm") != nullptr || std::strstr(fmt, "ls") != nullptr ||
          std::strstr(fmt, "lc") != nullptr;
 }
@@ -43,7 +43,7 @@ bool NeedsLocale(char const* fmt) {
 // for nearly all formats; the others get a copy of the thread's locale, changed in its numbers.
 class DecimalPointScope {
  public:
-  explicit DecimalPointScope(char const* fmt) {
+  explicit DecimalPointScope(const char* fmt) {
     if (std::strcmp(nl_langinfo(RADIXCHAR), ".") == 0) {
       return;
     }
@@ -52,8 +52,8 @@ class DecimalPointScope {
     }
     previous = uselocale(copy == nullptr ? CLocale::Get() : copy);
   }
-  DecimalPointScope(DecimalPointScope const&) = delete;
-  DecimalPointScope& operator=(DecimalPointScope const&) = delete;
+  DecimalPointScope(const DecimalPointScope&) = delete;
+  DecimalPointScope& operator=(const DecimalPointScope&) = delete;
   ~DecimalPointScope() {
     if (previous != nullptr) {
       uselocale(previous);
@@ -65,7 +65,7 @@ class DecimalPointScope {
 
  private:
   void MakeCopy() {
-    locale_t const duplicate = duplocale(uselocale(nullptr));
+    const locale_t duplicate = duplocale(uselocale(nullptr));
     if (duplicate == nullptr) {
       return;
     }
@@ -96,29 +96,29 @@ PrintedReal PrintReal(double value) {
   return Print<PrintedReal>(value, std::chars_format::fixed, 6);
 }
 
-int PrintFormatted(char* out, std::size_t size, char const* fmt, va_list args) {
-  DecimalPointScope const point(fmt);
+int PrintFormatted(char* out, std::size_t size, const char* fmt, va_list args) {
+  const DecimalPointScope point(fmt);
   return std::vsnprintf(out, size, fmt, args);
 }
 
-int ReadInt(char const* s) { return static_cast<int>(ReadLong(s)); }
+int ReadInt(const char* s) { return static_cast<int>(ReadLong(s)); }
 
-long ReadLong(char const* s) { return ReadLong(s, nullptr, 10); }
+long ReadLong(const char* s) { return ReadLong(s, nullptr, 10); }
 
-double ReadReal(char const* s) { return s == nullptr ? 0.0 : strtod_l(s, nullptr, CLocale::Get()); }
+double ReadReal(const char* s) { return s == nullptr ? 0.0 : strtod_l(s, nullptr, CLocale::Get()); }
 
-long ReadLong(char const* s, char const** end, int base) {
+long ReadLong(const char* s, const char** end, int base) {
   auto* stop = const_cast<char*>(s);
-  long const value = s == nullptr ? 0 : strtol_l(s, &stop, base, CLocale::Get());
+  const long value = s == nullptr ? 0 : strtol_l(s, &stop, base, CLocale::Get());
   if (end != nullptr) {
     *end = stop;
   }
   return value;
 }
 
-unsigned long ReadUnsignedLong(char const* s, char const** end, int base) {
+unsigned long ReadUnsignedLong(const char* s, const char** end, int base) {
   auto* stop = const_cast<char*>(s);
-  unsigned long const value = s == nullptr ? 0 : strtoul_l(s, &stop, base, CLocale::Get());
+  const unsigned long value = s == nullptr ? 0 : strtoul_l(s, &stop, base, CLocale::Get());
   if (end != nullptr) {
     *end = stop;
   }

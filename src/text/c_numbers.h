@@ -13,13 +13,13 @@ namespace quenlatrix::text {
 template <std::size_t N>
 class PrintedNumber {
  public:
-  char const* c_str() const { return digits.data(); }
+  const char* c_str() const { return digits.data(); }
   std::size_t size() const { return length; }
 
   // For the functions below: the room for the digits, and what of it was filled.
   char* begin() { return digits.data(); }
   char* limit() { return digits.data() + N - 1; }
-  void end_at(char const* end) {
+  void end_at(const char* end) {
     length = static_cast<std::size_t>(end - digits.data());
     digits[length] = '\0';
   }
@@ -42,16 +42,16 @@ PrintedReal PrintReal(double value);
 
 // As vsnprintf, with numbers as in the C locale while %ls, %lc, %S, %C and %m keep the process's
 // encoding and language.
-[[gnu::format(printf, 3, 0)]] int PrintFormatted(char* out, std::size_t size, char const* fmt,
+[[gnu::format(printf, 3, 0)]] int PrintFormatted(char* out, std::size_t size, const char* fmt,
                                                  va_list args);
 
 // Each reads as the C function that it names: blanks before the number, signs, what stops it, what
 // overflows. A null `s` reads as an empty text.
-int ReadInt(char const* s);      // atoi; a value outside `int` keeps its low 32 bits
-long ReadLong(char const* s);    // atol
-double ReadReal(char const* s);  // atof
+int ReadInt(const char* s);      // atoi; a value outside `int` keeps its low 32 bits
+long ReadLong(const char* s);    // atol
+double ReadReal(const char* s);  // atof
 // strtol and strtoul; `end` may be null.
-long ReadLong(char const* s, char const** end, int base);
-unsigned long ReadUnsignedLong(char const* s, char const** end, int base);
+long ReadLong(const char* s, const char** end, int base);
+unsigned long ReadUnsignedLong(const char* s, const char** end, int base);
 
 }  // namespace quenlatrix::text

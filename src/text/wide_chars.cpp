@@ -21,11 +21,11 @@ int Difference(wchar_t a, wchar_t b) {
 
 }  // namespace
 
-int wcsicmp(wchar_t const* a, wchar_t const* b) {
+int wcsicmp(const wchar_t* a, const wchar_t* b) {
   return wcsnicmp(a, b, std::numeric_limits<unsigned long>::max());
 }
 
-int wcsnicmp(wchar_t const* a, wchar_t const* b, unsigned long n) {
+int wcsnicmp(const wchar_t* a, const wchar_t* b, unsigned long n) {
   for (; n > 0; --n, ++a, ++b) {
     if (*a != *b && FoldLowByte(*a) != FoldLowByte(*b)) {
       return Difference(*a, *b);
@@ -40,7 +40,7 @@ int wcsnicmp(wchar_t const* a, wchar_t const* b, unsigned long n) {
 
 namespace quenlatrix::text {
 
-long wcstol(wchar_t const* s, wchar_t** end, int base) {
+long wcstol(const wchar_t* s, wchar_t** end, int base) {
   std::size_t const length = s == nullptr ? 0 : std::wcslen(s);
   if (length == 0) {
     if (end != nullptr) {
@@ -58,8 +58,8 @@ long wcstol(wchar_t const* s, wchar_t** end, int base) {
   for (std::size_t i = 0; i <= length; ++i) {
     narrow[i] = static_cast<char>(s[i]);
   }
-  char const* stop = narrow;
-  long const value = ReadLong(narrow, &stop, base);
+  const char* stop = narrow;
+  const long value = ReadLong(narrow, &stop, base);
   if (end != nullptr) {
     *end = const_cast<wchar_t*>(s) + (stop - narrow);
   }
@@ -67,7 +67,7 @@ long wcstol(wchar_t const* s, wchar_t** end, int base) {
 }
 
 bool iswalnum(wchar_t c) {
-  auto const category = u_charType(static_cast<UChar32>(static_cast<unsigned int>(c) & 0xFFFFU));
+  const auto category = u_charType(static_cast<UChar32>(static_cast<unsigned int>(c) & 0xFFFFU));
   return ((1U << category) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0;
 }
 

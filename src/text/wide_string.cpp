@@ -20,10 +20,10 @@ constexpr auto failed = static_cast<std::size_t>(-1);
 
 // Converts `length` bytes into `out`, which has room for as many characters and a NUL. Gives the
 // number of characters, or `failed`.
-std::size_t Widen(char const* s, std::size_t length, wchar_t* out) {
+std::size_t Widen(const char* s, std::size_t length, wchar_t* out) {
   unsigned char seen = 0;
   for (std::size_t i = 0; i < length; ++i) {
-    auto const byte = static_cast<unsigned char>(s[i]);
+    const auto byte = static_cast<unsigned char>(s[i]);
     seen |= byte;
     out[i] = byte;
   }
@@ -36,7 +36,7 @@ std::size_t Widen(char const* s, std::size_t length, wchar_t* out) {
 
 // Converts `length` characters into `out`, which has room for as many bytes and a NUL; what takes
 // more is cut. Gives the number of bytes, or `failed`.
-std::size_t Narrow(wchar_t const* s, std::size_t length, char* out) {
+std::size_t Narrow(const wchar_t* s, std::size_t length, char* out) {
   wchar_t seen = 0;
   for (std::size_t i = 0; i < length; ++i) {
     seen |= s[i];
@@ -50,7 +50,7 @@ std::size_t Narrow(wchar_t const* s, std::size_t length, char* out) {
 }
 
 // The characters of `s`, `tail` after them, and a NUL.
-WideBuffer Join(wchar_t const* s, std::size_t length, wchar_t const* tail, std::size_t tailLength) {
+WideBuffer Join(const wchar_t* s, std::size_t length, const wchar_t* tail, std::size_t tailLength) {
   WideBuffer joined(new wchar_t[length + tailLength + 1]);
   std::copy_n(s, length, joined.get());
   std::copy_n(tail, tailLength, joined.get() + length);
@@ -59,23 +59,23 @@ WideBuffer Join(wchar_t const* s, std::size_t length, wchar_t const* tail, std::
 }
 
 // Null for no characters.
-WideBuffer CopyOf(wchar_t const* s, std::size_t length) {
+WideBuffer CopyOf(const wchar_t* s, std::size_t length) {
   if (length == 0) {
     return nullptr;
   }
   return Join(s, length, nullptr, 0);
 }
 
-WideBuffer CopyOf(wchar_t const* s) { return CopyOf(s, s == nullptr ? 0 : std::wcslen(s)); }
+WideBuffer CopyOf(const wchar_t* s) { return CopyOf(s, s == nullptr ? 0 : std::wcslen(s)); }
 
 // `s` in a buffer of its number of bytes and a NUL, and the number of characters; null on failure.
-WideBuffer WidenCopy(char const* s, std::size_t length, std::size_t& count) {
+WideBuffer WidenCopy(const char* s, std::size_t length, std::size_t& count) {
   WideBuffer wide(new wchar_t[length + 1]);
   count = Widen(s, length, wide.get());
   return count == failed ? nullptr : std::move(wide);
 }
 
-NarrowBuffer NarrowCopy(wchar_t const* s) {
+NarrowBuffer NarrowCopy(const wchar_t* s) {
   std::size_t const length = std::wcslen(s);
   NarrowBuffer narrow(new char[length + 1]);
   return Narrow(s, length, narrow.get()) == failed ? nullptr : std::move(narrow);
@@ -85,18 +85,18 @@ NarrowBuffer NarrowCopy(wchar_t const* s) {
 
 constinit const WideString WideString::empty;
 
-WideString::WideString(char const* s) { assign(s); }
+WideString::WideString(const char* s) { assign(s); }
 
-WideString::WideString(wchar_t const* s) : wideBuffer(CopyOf(s)) {}
+WideString::WideString(const wchar_t* s) : wideBuffer(CopyOf(s)) {}
 
-WideString::WideString(WideString const& o) : wideBuffer(CopyOf(o.wideBuffer.get())) {}
+WideString::WideString(const WideString& o) : wideBuffer(CopyOf(o.wideBuffer.get())) {}
 
-WideString& WideString::operator=(WideString const& o) {
+WideString& WideString::operator=(const WideString& o) {
   assign(o.wideBuffer.get());
   return *this;
 }
 
-WideString& WideString::assign(char const* s) {
+WideString& WideString::assign(const char* s) {
   std::size_t const length = s == nullptr ? 0 : std::strlen(s);
   std::size_t count = 0;
   WideBuffer wide = length == 0 ? nullptr : WidenCopy(s, length, count);
@@ -108,16 +108,16 @@ WideString& WideString::assign(char const* s) {
   return *this;
 }
 
-WideString& WideString::assign(wchar_t const* s) {
+WideString& WideString::assign(const wchar_t* s) {
   wideBuffer = CopyOf(s);
   narrowCopy.reset();
   return *this;
 }
 
-WideString& WideString::assign(wchar_t const* s, int count) {
+WideString& WideString::assign(const wchar_t* s, int count) {
   WideBuffer wide;
   if (s != nullptr && *s != L'\0' && count > 0) {
-    auto const size = static_cast<std::size_t>(count);
+    const auto size = static_cast<std::size_t>(count);
     wide.reset(new wchar_t[size + 1]);
     std::wcsncpy(wide.get(), s, size);
     wide[size] = L'\0';
@@ -127,7 +127,7 @@ WideString& WideString::assign(wchar_t const* s, int count) {
   return *this;
 }
 
-WideString& WideString::append(wchar_t const* s) {
+WideString& WideString::append(const wchar_t* s) {
   if (s != nullptr) {
     std::size_t const length = wideBuffer == nullptr ? 0 : std::wcslen(wideBuffer.get());
     wideBuffer = Join(wideBuffer.get(), length, s, std::wcslen(s));
@@ -136,12 +136,12 @@ WideString& WideString::append(wchar_t const* s) {
   return *this;
 }
 
-WideString& WideString::append(char const* s) {
+WideString& WideString::append(const char* s) {
   if (wideBuffer == nullptr) {
     return assign(s);
   }
   std::size_t count = 0;
-  WideBuffer const wide = s == nullptr ? nullptr : WidenCopy(s, std::strlen(s), count);
+  const WideBuffer wide = s == nullptr ? nullptr : WidenCopy(s, std::strlen(s), count);
   narrowCopy.reset();
   return append(wide.get());
 }
@@ -155,26 +155,26 @@ char* WideString::getCharPtr() const {
 
 // The conversions belong to the interface of a string, though they need none.
 // NOLINTBEGIN(readability-convert-member-functions-to-static)
-wchar_t* WideString::allocConvert(char const* s) const {
+wchar_t* WideString::allocConvert(const char* s) const {
   std::size_t count = 0;
   return s == nullptr ? nullptr : WidenCopy(s, std::strlen(s), count).release();
 }
 
-char* WideString::allocConvert(wchar_t const* s) const {
+char* WideString::allocConvert(const wchar_t* s) const {
   return s == nullptr ? nullptr : NarrowCopy(s).release();
 }
 // NOLINTEND(readability-convert-member-functions-to-static)
 
-int WideString::compare(wchar_t const* s, int count) const {
-  wchar_t const* const text = wideBuffer.get();
+int WideString::compare(const wchar_t* s, int count) const {
+  const wchar_t* const text = wideBuffer.get();
   if (text == nullptr || s == nullptr) {
     return static_cast<int>(text != nullptr) - static_cast<int>(s != nullptr);
   }
   return count == 0 ? std::wcscmp(text, s) : std::wcsncmp(text, s, static_cast<std::size_t>(count));
 }
 
-int WideString::compareNoCase(wchar_t const* s, int count) const {
-  wchar_t const* const text = wideBuffer.get();
+int WideString::compareNoCase(const wchar_t* s, int count) const {
+  const wchar_t* const text = wideBuffer.get();
   if (text == nullptr || s == nullptr) {
     return static_cast<int>(text != nullptr) - static_cast<int>(s != nullptr);
   }
@@ -187,14 +187,14 @@ WideString WideString::substr(int start, int count) const {
   if (start < 0 || static_cast<std::size_t>(start) >= length || count < -1) {
     return part;
   }
-  auto const first = static_cast<std::size_t>(start);
+  const auto first = static_cast<std::size_t>(start);
   std::size_t const rest = length - first;
   std::size_t const taken = count == -1 ? rest : std::min(rest, static_cast<std::size_t>(count));
   part.wideBuffer = CopyOf(wideBuffer.get() + first, taken);
   return part;
 }
 
-int WideString::find(wchar_t const* s) const {
+int WideString::find(const wchar_t* s) const {
   if (wideBuffer == nullptr) {
     return -1;
   }
@@ -209,10 +209,10 @@ int WideString::find(wchar_t const* s) const {
     longText.reset(new char[length + 1]);
     narrow = longText.get();
   }
-  char const* const text = getCharPtr();
+  const char* const text = getCharPtr();
   if (text == nullptr || Narrow(s, length, narrow) == failed) {
     return -1;
   }
-  char const* const match = std::strstr(text, narrow);
+  const char* const match = std::strstr(text, narrow);
   return match == nullptr ? -1 : static_cast<int>(match - text);
 }

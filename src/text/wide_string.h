@@ -18,30 +18,30 @@ class WideString {
   static const WideString empty;
 
   constexpr WideString() noexcept = default;
-  WideString(char const* s);
-  WideString(wchar_t const* s);
-  WideString(WideString const& o);
+  WideString(const char* s);
+  WideString(const wchar_t* s);
+  WideString(const WideString& o);
   WideString(WideString&& o) noexcept = default;
   ~WideString() = default;
 
   // Copies the wide text alone. What is moved from is empty.
-  WideString& operator=(WideString const& o);
+  WideString& operator=(const WideString& o);
   WideString& operator=(WideString&& o) noexcept = default;
 
   // Takes the text over. Null, empty or (narrow) undecodable text leaves the string empty.
-  WideString& assign(char const* s);
-  WideString& assign(wchar_t const* s);
+  WideString& assign(const char* s);
+  WideString& assign(const wchar_t* s);
   // The first `count` characters of `s`, in a buffer of count + 1 characters that is filled up with
   // NULs. `count` must not be negative.
-  WideString& assign(wchar_t const* s, int count);
+  WideString& assign(const wchar_t* s, int count);
 
   // Appends `s`; null, or narrow text that can't be decoded, leaves the text as it is. (Appending
   // an empty wide text to an empty string gives it a buffer that holds just the terminator.)
-  WideString& append(wchar_t const* s);
-  WideString& append(char const* s);
+  WideString& append(const wchar_t* s);
+  WideString& append(const char* s);
 
   // The text, or null for the empty string. Lent until the string is changed or destroyed.
-  wchar_t const* getWCharPtr() const noexcept { return wideBuffer.get(); }
+  const wchar_t* getWCharPtr() const noexcept { return wideBuffer.get(); }
 
   // The narrow copy, or null if the string is empty or has a character that the encoding lacks. It
   // is never longer in bytes than the text is in characters: where characters take several bytes,
@@ -50,14 +50,14 @@ class WideString {
 
   // `s` converted as assign and getCharPtr do, without touching the string; null if `s` is null or
   // can't be converted. The caller frees the result with delete[].
-  wchar_t* allocConvert(char const* s) const;
-  char* allocConvert(wchar_t const* s) const;
+  wchar_t* allocConvert(const char* s) const;
+  char* allocConvert(const wchar_t* s) const;
 
   // Below, equal to or above 0, as the text stands to `s`, looking at no more than `count`
   // characters if `count` isn't 0. The empty string and null are equal and stand before all others.
-  int compare(wchar_t const* s, int count) const;
+  int compare(const wchar_t* s, int count) const;
   // The same with the case rule of wcsicmp.
-  int compareNoCase(wchar_t const* s, int count) const;
+  int compareNoCase(const wchar_t* s, int count) const;
 
   // At most `count` characters from `start`, the rest of the text for a `count` of -1. Empty if
   // `start` isn't within the text.
@@ -66,7 +66,7 @@ class WideString {
   // Where `s` begins in the text, or -1: a byte offset in the narrow copy, and so the character
   // index where all characters before it are single bytes. -1 on the empty string; nothing (null or
   // empty) is found at 0 on any other; -1 too where either text can't be converted.
-  int find(wchar_t const* s) const;
+  int find(const wchar_t* s) const;
 
  private:
   std::unique_ptr<wchar_t[]> wideBuffer;

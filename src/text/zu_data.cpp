@@ -22,14 +22,14 @@ struct FreeMemory {
 };
 
 // memmove that takes null for nothing.
-void MoveBytes(unsigned char* to, void const* from, unsigned long n) {
+void MoveBytes(unsigned char* to, const void* from, unsigned long n) {
   if (n > 0) {
     std::memmove(to, from, n);
   }
 }
 
 unsigned long GrownSize(unsigned long oldSize, unsigned long n) {
-  unsigned long const step = oldSize <= largestSmallBuffer ? smallStep : largeStep;
+  const unsigned long step = oldSize <= largestSmallBuffer ? smallStep : largeStep;
   return (n + step) / step * step;
 }
 
@@ -41,7 +41,7 @@ ZuData::ZuData(unsigned long n) {
   }
 }
 
-ZuData::ZuData(ZuData const& o) : ZuData(o.dataSize) {
+ZuData::ZuData(const ZuData& o) : ZuData(o.dataSize) {
   if (buffer != nullptr) {
     std::memcpy(buffer, o.buffer, o.dataSize);
     dataSize = o.dataSize;
@@ -61,7 +61,7 @@ ZuData::~ZuData() {
   }
 }
 
-ZuData& ZuData::operator=(ZuData const& o) {
+ZuData& ZuData::operator=(const ZuData& o) {
   if (this != &o) {
     SetEqualTo(o);
   }
@@ -75,8 +75,8 @@ void ZuData::Adopt(void* buf, unsigned long bufferSize, unsigned long dataSize) 
   borrowed = true;
 }
 
-bool ZuData::Holds(void const* p) const {
-  auto const* byte = static_cast<unsigned char const*>(p);
+bool ZuData::Holds(const void* p) const {
+  const auto* byte = static_cast<const unsigned char*>(p);
   return buffer != nullptr && std::greater_equal<>()(byte, buffer) &&
          std::less<>()(byte, buffer + bufferSize);
 }
@@ -106,7 +106,7 @@ bool ZuData::SetBufferSize(unsigned long n) {
   if (n > largestBuffer) {
     return false;
   }
-  unsigned long const size = bufferSize > 0 && bufferSize < n ? GrownSize(bufferSize, n) : n;
+  const unsigned long size = bufferSize > 0 && bufferSize < n ? GrownSize(bufferSize, n) : n;
   auto* resized = static_cast<unsigned char*>(std::realloc(buffer, size));
   if (resized == nullptr) {
     return false;
@@ -159,27 +159,27 @@ unsigned char& ZuData::operator[](unsigned long i) const {
   return buffer != nullptr && i < dataSize ? buffer[i] : dummy;
 }
 
-bool ZuData::Equals(ZuData const& o) const {
+bool ZuData::Equals(const ZuData& o) const {
   return dataSize == o.dataSize && (dataSize == 0 || std::memcmp(buffer, o.buffer, dataSize) == 0);
 }
 
-bool ZuData::Equals(char const* p, unsigned long n) const {
+bool ZuData::Equals(const char* p, unsigned long n) const {
   return dataSize == n && (n == 0 || (p != nullptr && std::memcmp(buffer, p, n) == 0));
 }
 
-unsigned long ZuData::SetEqualTo(ZuData const& o) {
+unsigned long ZuData::SetEqualTo(const ZuData& o) {
   if (SetBufferSize(o.dataSize)) {
-    unsigned long const n = std::min(o.dataSize, bufferSize);
+    const unsigned long n = std::min(o.dataSize, bufferSize);
     MoveBytes(buffer, o.buffer, n);
     dataSize = n;
   }
   return dataSize;
 }
 
-unsigned long ZuData::SetEqualTo(void const* src, unsigned long n, unsigned long minSize) {
-  unsigned long const want = std::max(n, minSize);
+unsigned long ZuData::SetEqualTo(const void* src, unsigned long n, unsigned long minSize) {
+  const unsigned long want = std::max(n, minSize);
   if (!Holds(src) && !SetBufferSize(want)) {
-    unsigned long const room = want - n;
+    const unsigned long room = want - n;
     if (bufferSize <= room) {
       Clear();
       return dataSize;
@@ -210,12 +210,12 @@ unsigned long ZuData::Copy(unsigned char* dst, unsigned long dstSize, unsigned l
   if (dst == nullptr || start >= dataSize) {
     return 0;
   }
-  unsigned long const n = std::min({count, dataSize - start, dstSize});
+  const unsigned long n = std::min({count, dataSize - start, dstSize});
   MoveBytes(dst, buffer + start, n);
   return n;
 }
 
-bool ZuData::Replace(unsigned long pos, unsigned long count, ZuData const& d) {
+bool ZuData::Replace(unsigned long pos, unsigned long count, const ZuData& d) {
   return Replace(pos, count, d.buffer, d.dataSize);
 }
 
@@ -224,11 +224,11 @@ bool ZuData::Replace(unsigned long pos, unsigned long count, unsigned char c) {
 }
 
 bool ZuData::Replace(unsigned long pos, unsigned long count, long v) {
-  auto const digits = quenlatrix::text::PrintInteger(v);
+  const auto digits = quenlatrix::text::PrintInteger(v);
   return Replace(pos, count, digits.c_str(), digits.size());
 }
 
-bool ZuData::Replace(unsigned long pos, unsigned long count, void const* src, unsigned long n) {
+bool ZuData::Replace(unsigned long pos, unsigned long count, const void* src, unsigned long n) {
   if (dataSize == 0) {
     return SetEqualTo(src, n, 0) >= n;
   }
@@ -236,7 +236,7 @@ bool ZuData::Replace(unsigned long pos, unsigned long count, void const* src, un
     return ReplaceBytes(pos, count, src, n);
   }
   // The bytes are about to move away under `src`.
-  std::unique_ptr<unsigned char, FreeMemory> const kept(
+  const std::unique_ptr<unsigned char, FreeMemory> kept(
       static_cast<unsigned char*>(std::malloc(n)));
   if (kept == nullptr) {
     return false;
@@ -245,12 +245,12 @@ bool ZuData::Replace(unsigned long pos, unsigned long count, void const* src, un
   return ReplaceBytes(pos, count, kept.get(), n);
 }
 
-bool ZuData::ReplaceBytes(unsigned long pos, unsigned long count, void const* src,
+bool ZuData::ReplaceBytes(unsigned long pos, unsigned long count, const void* src,
                           unsigned long n) {
   pos = std::min(pos, dataSize);
   count = std::min(count, dataSize - pos);
   if (n > count) {
-    unsigned long const growth = n - count;
+    const unsigned long growth = n - count;
     if (growth > bufferSize - dataSize &&
         (growth > largestBuffer - std::min(bufferSize, largestBuffer) ||
          !SetBufferSize(bufferSize + growth))) {

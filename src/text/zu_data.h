@@ -15,11 +15,11 @@ class ZuData {
   // `n` bytes of room, no data; no buffer at all if they can't be had.
   explicit ZuData(unsigned long n);
   // The data of `o` in a buffer of exactly its size.
-  ZuData(ZuData const& o);
+  ZuData(const ZuData& o);
   // Borrows `buf`, which must outlive this object's use of it.
   ZuData(void* buf, unsigned long bufferSize, unsigned long dataSize);
   virtual ~ZuData();
-  ZuData& operator=(ZuData const& o);
+  ZuData& operator=(const ZuData& o);
 
   // Sets the number of bytes in use if the buffer has as many. Gives the data size as it then is.
   virtual unsigned long SetUsableDataSize(unsigned long n);
@@ -36,15 +36,15 @@ class ZuData {
   virtual void Clear();
 
   // Whether size and bytes are the same.
-  virtual bool Equals(ZuData const& o) const;
-  virtual bool Equals(char const* p, unsigned long n) const;
+  virtual bool Equals(const ZuData& o) const;
+  virtual bool Equals(const char* p, unsigned long n) const;
 
   // Takes the data of `o` over; leaves everything as it was if there is no room. Gives the data
   // size.
-  virtual unsigned long SetEqualTo(ZuData const& o);
+  virtual unsigned long SetEqualTo(const ZuData& o);
   // Takes `n` bytes over, in a buffer of at least `minSize`; cut if the buffer can't grow, so that
   // the room asked for beyond `n` remains. A null `src` sets the size alone. Gives the data size.
-  virtual unsigned long SetEqualTo(void const* src, unsigned long n, unsigned long minSize);
+  virtual unsigned long SetEqualTo(const void* src, unsigned long n, unsigned long minSize);
 
   // Copies at most `count` bytes from `start`, the whole data where none are given; `start` must
   // not exceed the data size. Those to memory give the number of bytes copied, 0 for a null `dst`.
@@ -56,8 +56,8 @@ class ZuData {
   // Replaces the `count` bytes from `pos` (cut to what is there) by others; the last form by the
   // decimal digits of `v`. A null `src` makes room alone. False, with nothing changed, if there is
   // no room; data that is still empty is set as by SetEqualTo, and false then says it was cut.
-  virtual bool Replace(unsigned long pos, unsigned long count, ZuData const& d);
-  virtual bool Replace(unsigned long pos, unsigned long count, void const* src, unsigned long n);
+  virtual bool Replace(unsigned long pos, unsigned long count, const ZuData& d);
+  virtual bool Replace(unsigned long pos, unsigned long count, const void* src, unsigned long n);
   virtual bool Replace(unsigned long pos, unsigned long count, unsigned char c);
   virtual bool Replace(unsigned long pos, unsigned long count, long v);
 
@@ -75,7 +75,7 @@ class ZuData {
  protected:
   void Adopt(void* buf, unsigned long bufferSize, unsigned long dataSize);
   // Whether `p` points into the buffer.
-  bool Holds(void const* p) const;
+  bool Holds(const void* p) const;
 
   unsigned char* buffer = nullptr;
   unsigned long dataSize = 0;
@@ -83,5 +83,5 @@ class ZuData {
   bool borrowed = false;
 
  private:
-  bool ReplaceBytes(unsigned long pos, unsigned long count, void const* src, unsigned long n);
+  bool ReplaceBytes(unsigned long pos, unsigned long count, const void* src, unsigned long n);
 };

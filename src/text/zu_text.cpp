@@ -16,7 +16,7 @@ using quenlatrix::i18n::k2upper;
 using quenlatrix::text::PrintInteger;
 using quenlatrix::text::PrintUnsigned;
 
-unsigned long LengthOf(char const* s) { return s == nullptr ? 0 : std::strlen(s); }
+unsigned long LengthOf(const char* s) { return s == nullptr ? 0 : std::strlen(s); }
 
 unsigned char Upper(unsigned char c) { return static_cast<unsigned char>(k2upper[c]); }
 
@@ -30,10 +30,10 @@ template class ZuTextLocal<255>;
 
 ZuText::ZuText(unsigned long n) : ZuData(n + 1) {}
 
-ZuText::ZuText(char const* s) : ZuText(s, LengthOf(s)) {}
+ZuText::ZuText(const char* s) : ZuText(s, LengthOf(s)) {}
 
-ZuText::ZuText(char const* s, unsigned long n) {
-  unsigned long const length = s == nullptr ? 0 : strnlen(s, n);
+ZuText::ZuText(const char* s, unsigned long n) {
+  const unsigned long length = s == nullptr ? 0 : strnlen(s, n);
   if (length > 0 && ZuData::SetEqualTo(s, length, length + 1) > 0) {
     AppendTerminator();
   }
@@ -43,13 +43,13 @@ ZuText::ZuText(char c) : ZuText(&c, 1) {}
 
 ZuText::ZuText(unsigned char c) : ZuText(static_cast<char>(c)) {}
 
-ZuText& ZuText::operator=(ZuText const& o) {
+ZuText& ZuText::operator=(const ZuText& o) {
   ZuData::SetEqualTo(o);
   Terminate();
   return *this;
 }
 
-ZuText& ZuText::operator=(char const* s) {
+ZuText& ZuText::operator=(const char* s) {
   SetEqualTo(s, LengthOf(s), 0);
   return *this;
 }
@@ -66,7 +66,7 @@ ZuText& ZuText::operator=(unsigned int v) { return *this = PrintUnsigned(v).c_st
 ZuText& ZuText::operator=(unsigned long v) { return *this = PrintUnsigned(v).c_str(); }
 ZuText& ZuText::operator=(unsigned long long v) { return *this = PrintUnsigned(v).c_str(); }
 
-ZuText& ZuText::operator+=(ZuText const& t) {
+ZuText& ZuText::operator+=(const ZuText& t) {
   if (t.IsEmptyText()) {
     return *this;
   }
@@ -78,8 +78,8 @@ ZuText& ZuText::operator+=(ZuText const& t) {
   return *this;
 }
 
-ZuText& ZuText::operator+=(char const* s) {
-  unsigned long const length = LengthOf(s);
+ZuText& ZuText::operator+=(const char* s) {
+  const unsigned long length = LengthOf(s);
   if (length == 0) {
     return *this;
   }
@@ -136,22 +136,22 @@ unsigned long ZuText::GetUsableDataSize() const { return dataSize == 0 ? 0 : dat
 unsigned long ZuText::GetSize() const { return GetUsableDataSize(); }
 
 bool ZuText::SetBufferSize(unsigned long n) {
-  unsigned long const oldSize = dataSize;
-  bool const done = ZuData::SetBufferSize(n);
-  bool const isCut = dataSize > n || dataSize < oldSize;
+  const unsigned long oldSize = dataSize;
+  const bool done = ZuData::SetBufferSize(n);
+  const bool isCut = dataSize > n || dataSize < oldSize;
   if (isCut && bufferSize > 0) {
     buffer[bufferSize - 1] = '\0';
   }
   return done;
 }
 
-unsigned long ZuText::SetEqualTo(ZuData const& o) {
+unsigned long ZuText::SetEqualTo(const ZuData& o) {
   ZuData::SetEqualTo(o);
   Terminate();
   return dataSize;
 }
 
-unsigned long ZuText::SetEqualTo(void const* s, unsigned long n, unsigned long minSize) {
+unsigned long ZuText::SetEqualTo(const void* s, unsigned long n, unsigned long minSize) {
   if (n == 0) {
     Clear();
   } else if (ZuData::SetEqualTo(s, n, std::max(n + 1, minSize)) > 0) {
@@ -170,11 +170,11 @@ unsigned long ZuText::Copy(unsigned char* dst, unsigned long dstSize) const {
 
 unsigned long ZuText::Copy(unsigned char* dst, unsigned long dstSize, unsigned long start,
                            unsigned long count) const {
-  unsigned long const copied = ZuData::Copy(dst, dstSize, start, count);
+  const unsigned long copied = ZuData::Copy(dst, dstSize, start, count);
   if (dst == nullptr || dstSize == 0) {
     return 0;
   }
-  unsigned long const characters =
+  const unsigned long characters =
       std::min(copied, GetUsableDataSize() - std::min(start, GetUsableDataSize()));
   if (copied == 0) {
     dst[0] = '\0';
@@ -185,20 +185,20 @@ unsigned long ZuText::Copy(unsigned char* dst, unsigned long dstSize, unsigned l
   return characters;
 }
 
-char const* ZuText::GetTextEx() const { return IsEmptyText() ? EmptyString : GetText(); }
+const char* ZuText::GetTextEx() const { return IsEmptyText() ? EmptyString : GetText(); }
 
 void ZuText::Left(ZuText& out, unsigned long n) const {
   Copy(out, 0, std::min(n, GetUsableDataSize()));
 }
 
 void ZuText::Right(ZuText& out, unsigned long n) const {
-  unsigned long const length = GetUsableDataSize();
-  unsigned long const taken = std::min(n, length);
+  const unsigned long length = GetUsableDataSize();
+  const unsigned long taken = std::min(n, length);
   Copy(out, length - taken, taken);
 }
 
 void ZuText::Mid(ZuText& out, unsigned long start, unsigned long count) const {
-  unsigned long const length = GetUsableDataSize();
+  const unsigned long length = GetUsableDataSize();
   if (count == 0 || start >= length) {
     out.Clear();
     return;

@@ -20,17 +20,17 @@ class ZuText : public ZuData {
   ZuText() = default;
   // Empty, with room for `n` characters.
   explicit ZuText(unsigned long n);
-  ZuText(char const* s);
+  ZuText(const char* s);
   // At most `n` characters of `s`.
-  ZuText(char const* s, unsigned long n);
+  ZuText(const char* s, unsigned long n);
   // One character; NUL gives the empty text.
   ZuText(char c);
   ZuText(unsigned char c);
-  ZuText(ZuText const& o) = default;
+  ZuText(const ZuText& o) = default;
   ~ZuText() override = default;
 
-  ZuText& operator=(ZuText const& o);
-  ZuText& operator=(char const* s);
+  ZuText& operator=(const ZuText& o);
+  ZuText& operator=(const char* s);
   ZuText& operator=(char c);
   // Numbers in decimal digits.
   ZuText& operator=(int v);
@@ -41,8 +41,8 @@ class ZuText : public ZuData {
   ZuText& operator=(unsigned long long v);
 
   // Append; what finds no room changes nothing (an empty text takes what fits of a char const*).
-  ZuText& operator+=(ZuText const& t);
-  ZuText& operator+=(char const* s);
+  ZuText& operator+=(const ZuText& t);
+  ZuText& operator+=(const char* s);
   ZuText& operator+=(char c);
   ZuText& operator+=(int v);
   ZuText& operator+=(long v);
@@ -58,17 +58,17 @@ class ZuText : public ZuData {
   bool SetBufferSize(unsigned long n) override;
 
   // Whether both are the same text, or `o` holds nothing before a NUL and this is empty.
-  bool Equals(ZuData const& o) const override;
+  bool Equals(const ZuData& o) const override;
   // For the comparisons with `s` and `n`: `s` has `n` readable bytes, or ends in a NUL before.
   // Whether the first `n` characters agree; `n` 0 agrees with the empty text only, a null `s` only
   // with a text that never had a buffer.
-  bool Equals(char const* s, unsigned long n) const override;
+  bool Equals(const char* s, unsigned long n) const override;
 
   // A copy of `o`'s data, whose last byte becomes NUL: data that doesn't end in one loses it.
-  unsigned long SetEqualTo(ZuData const& o) override;
+  unsigned long SetEqualTo(const ZuData& o) override;
   // `n` characters, terminated; the empty text for `n` 0. Cut to what fits a buffer that can't
   // grow.
-  unsigned long SetEqualTo(void const* s, unsigned long n, unsigned long minSize) override;
+  unsigned long SetEqualTo(const void* s, unsigned long n, unsigned long minSize) override;
 
   void Copy(ZuData& out, unsigned long start, unsigned long count) const override;
   // To memory: a `dst` that was filled to its end has its last byte overwritten by NUL, one that
@@ -81,45 +81,45 @@ class ZuText : public ZuData {
   virtual unsigned long GetSize() const;
 
   // Replaces the `count` characters from `pos` by `t`; an empty text becomes a copy of `t`.
-  virtual void ReplaceText(unsigned long pos, unsigned long count, ZuText const& t);
+  virtual void ReplaceText(unsigned long pos, unsigned long count, const ZuText& t);
   // Replaces every `find`, left to right; what was put in isn't searched again. Not regarding case
   // means by the case tables. Once there is no room for a replacement, no more are made.
-  virtual void ReplaceAll(ZuText const& find, ZuText const& repl);
-  virtual void ReplaceAll(ZuText const& find, ZuText const& repl, bool caseSensitive);
+  virtual void ReplaceAll(const ZuText& find, const ZuText& repl);
+  virtual void ReplaceAll(const ZuText& find, const ZuText& repl, bool caseSensitive);
   // Replaces the `n`-th `find`, counted from 1, if there are as many; not regarding case means by
   // the C library's rules.
-  virtual void ReplaceOccurrence(ZuText const& find, ZuText const& repl, unsigned long n,
+  virtual void ReplaceOccurrence(const ZuText& find, const ZuText& repl, unsigned long n,
                                  bool caseSensitive);
 
   // Case-sensitive: identical bytes and size; the whole text is the `n` characters of `s` (`n` 0
   // then agrees with a data size of 0 only). Otherwise as the forms without the flag.
-  virtual bool Equals(ZuData const& o, bool caseSensitive) const;
-  virtual bool Equals(char const* s, unsigned long n, bool caseSensitive) const;
+  virtual bool Equals(const ZuData& o, bool caseSensitive) const;
+  virtual bool Equals(const char* s, unsigned long n, bool caseSensitive) const;
   // Whether the first min(length, `n`) bytes agree, without case by the tables. An empty text
   // agrees with `n` 0 only, and no other text does.
-  virtual bool FirstNEquals(char const* s, unsigned long n, bool caseSensitive) const;
+  virtual bool FirstNEquals(const char* s, unsigned long n, bool caseSensitive) const;
 
   // The text, never null.
-  char const* GetTextEx() const;
+  const char* GetTextEx() const;
   // The buffer, null when nothing was ever stored.
   char* GetText() const { return reinterpret_cast<char*>(buffer); }
 
-  bool operator==(ZuText const& t) const { return Equals(static_cast<ZuData const&>(t)); }
-  bool operator!=(ZuText const& t) const { return Order(t) != 0; }
-  bool operator<(ZuText const& t) const { return Order(t) < 0; }
-  bool operator>(ZuText const& t) const { return Order(t) > 0; }
-  bool operator<=(ZuText const& t) const { return Order(t) <= 0; }
-  bool operator>=(ZuText const& t) const { return Order(t) >= 0; }
-  bool operator==(char const* s) const { return Compare(s) == 0; }
-  bool operator!=(char const* s) const { return Compare(s) != 0; }
+  bool operator==(const ZuText& t) const { return Equals(static_cast<const ZuData&>(t)); }
+  bool operator!=(const ZuText& t) const { return Order(t) != 0; }
+  bool operator<(const ZuText& t) const { return Order(t) < 0; }
+  bool operator>(const ZuText& t) const { return Order(t) > 0; }
+  bool operator<=(const ZuText& t) const { return Order(t) <= 0; }
+  bool operator>=(const ZuText& t) const { return Order(t) >= 0; }
+  bool operator==(const char* s) const { return Compare(s) == 0; }
+  bool operator!=(const char* s) const { return Compare(s) != 0; }
 
   // Below, equal to or above 0, as this text stands to `s` or to the first `n` characters of both.
-  int Compare(char const* s) const;
-  int Compare(char const* s, unsigned long n) const;
+  int Compare(const char* s) const;
+  int Compare(const char* s, unsigned long n) const;
   // Whether the text begins with `s`.
-  bool CiEquals(char const* s) const;
+  bool CiEquals(const char* s) const;
   // Whether the text begins with `t`.
-  bool CompareLeft(ZuText const& t) const;
+  bool CompareLeft(const ZuText& t) const;
 
   // Parts of the text, cut to what there is. `out` may be this text.
   void Left(ZuText& out, unsigned long n) const;
@@ -141,10 +141,10 @@ class ZuText : public ZuData {
 
   // printf formats, cut at 10239 characters; numbers as in the C locale. A null or empty `fmt` adds
   // nothing. An argument of the forms that set must not be this text.
-  [[gnu::format(printf, 2, 3)]] void Format(char const* fmt, ...);
-  [[gnu::format(printf, 2, 3)]] void AppendFormat(char const* fmt, ...);
-  [[gnu::format(printf, 2, 0)]] void VArgFormat(char const* fmt, va_list args);
-  [[gnu::format(printf, 2, 0)]] void VArgAppFormat(char const* fmt, va_list args);
+  [[gnu::format(printf, 2, 3)]] void Format(const char* fmt, ...);
+  [[gnu::format(printf, 2, 3)]] void AppendFormat(const char* fmt, ...);
+  [[gnu::format(printf, 2, 0)]] void VArgFormat(const char* fmt, va_list args);
+  [[gnu::format(printf, 2, 0)]] void VArgAppFormat(const char* fmt, va_list args);
 
  private:
   bool IsEmptyText() const { return dataSize < 2; }
@@ -152,6 +152,6 @@ class ZuText : public ZuData {
   // terminator.
   void Terminate();
   void AppendTerminator();
-  int Order(ZuText const& t) const;
-  void ReplaceAllWithoutCase(ZuText const& find, ZuText const& repl);
+  int Order(const ZuText& t) const;
+  void ReplaceAllWithoutCase(const ZuText& find, const ZuText& repl);
 };

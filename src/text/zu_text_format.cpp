@@ -5,30 +5,30 @@
 
 namespace {
 
-bool IsNothing(char const* fmt) { return fmt == nullptr || *fmt == '\0'; }
+bool IsNothing(const char* fmt) { return fmt == nullptr || *fmt == '\0'; }
 
 }  // namespace
 
-void ZuText::Format(char const* fmt, ...) {
+void ZuText::Format(const char* fmt, ...) {
   va_list args;
   va_start(args, fmt);
   VArgFormat(fmt, args);
   va_end(args);
 }
 
-void ZuText::AppendFormat(char const* fmt, ...) {
+void ZuText::AppendFormat(const char* fmt, ...) {
   va_list args;
   va_start(args, fmt);
   VArgAppFormat(fmt, args);
   va_end(args);
 }
 
-void ZuText::VArgFormat(char const* fmt, va_list args) {
+void ZuText::VArgFormat(const char* fmt, va_list args) {
   Clear();
   VArgAppFormat(fmt, args);
 }
 
-void ZuText::VArgAppFormat(char const* fmt, va_list args) {
+void ZuText::VArgAppFormat(const char* fmt, va_list args) {
   if (IsNothing(fmt)) {
     return;
   }

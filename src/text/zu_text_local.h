@@ -11,30 +11,30 @@ template <unsigned long N>
 class ZuTextLocal : public ZuText {
  public:
   ZuTextLocal() { InitTextLocal(); }
-  ZuTextLocal(ZuText const& o) : ZuTextLocal() { ZuText::SetEqualTo(o); }
-  ZuTextLocal(ZuTextLocal const& o) : ZuTextLocal(static_cast<ZuText const&>(o)) {}
-  ZuTextLocal(char const* s) : ZuTextLocal() { ZuText::operator=(s); }
+  ZuTextLocal(const ZuText& o) : ZuTextLocal() { ZuText::SetEqualTo(o); }
+  ZuTextLocal(const ZuTextLocal& o) : ZuTextLocal(static_cast<const ZuText&>(o)) {}
+  ZuTextLocal(const char* s) : ZuTextLocal() { ZuText::operator=(s); }
   ZuTextLocal(char c) : ZuTextLocal() { ZuText::operator=(c); }
   // The storage goes with the object: nothing is left to write to or to free.
   ~ZuTextLocal() override { buffer = nullptr; }
 
   using ZuText::operator=;
-  ZuTextLocal& operator=(ZuTextLocal const& o) {
+  ZuTextLocal& operator=(const ZuTextLocal& o) {
     if (this != &o) {
       ZuText::operator=(o);
     }
     return *this;
   }
-  ZuTextLocal& operator=(ZuText const& o) {
+  ZuTextLocal& operator=(const ZuText& o) {
     ZuText::operator=(o);
     return *this;
   }
-  ZuTextLocal& operator=(char const* s) {
+  ZuTextLocal& operator=(const char* s) {
     ZuText::operator=(s);
     return *this;
   }
-  ZuTextLocal& operator=(unsigned char const* s) {
-    ZuText::operator=(reinterpret_cast<char const*>(s));
+  ZuTextLocal& operator=(const unsigned char* s) {
+    ZuText::operator=(reinterpret_cast<const char*>(s));
     return *this;
   }
   ZuTextLocal& operator=(char c) {

@@ -6,33 +6,33 @@
 // Lengths are those up to the first NUL, as strstr sees them: a match is always as long as what was
 // searched, and nothing is looked at or replaced past the end of the text.
 
-void ZuText::ReplaceText(unsigned long pos, unsigned long count, ZuText const& t) {
+void ZuText::ReplaceText(unsigned long pos, unsigned long count, const ZuText& t) {
   if (IsEmptyText()) {
     *this = t;
     return;
   }
-  unsigned long const length = GetSize();
+  const unsigned long length = GetSize();
   pos = std::min(pos, length);
   // The terminator stays.
   Replace(pos, std::min(count, length - pos), t.GetText(), t.GetUsableDataSize());
 }
 
-void ZuText::ReplaceAll(ZuText const& find, ZuText const& repl) {
+void ZuText::ReplaceAll(const ZuText& find, const ZuText& repl) {
   if (&find == this || &repl == this) {
     ReplaceAll(ZuText(find), ZuText(repl));
     return;
   }
-  unsigned long const findLength = std::strlen(find.GetTextEx());
+  const unsigned long findLength = std::strlen(find.GetTextEx());
   if (findLength == 0) {
     return;
   }
   unsigned long from = 0;
   while (!IsEmptyText()) {
-    char const* const match = std::strstr(GetText() + from, find.GetText());
+    const char* const match = std::strstr(GetText() + from, find.GetText());
     if (match == nullptr) {
       return;
     }
-    auto const pos = static_cast<unsigned long>(match - GetText());
+    const auto pos = static_cast<unsigned long>(match - GetText());
     if (!Replace(pos, findLength, repl.GetText(), repl.GetUsableDataSize())) {
       return;
     }
@@ -40,7 +40,7 @@ void ZuText::ReplaceAll(ZuText const& find, ZuText const& repl) {
   }
 }
 
-void ZuText::ReplaceAll(ZuText const& find, ZuText const& repl, bool caseSensitive) {
+void ZuText::ReplaceAll(const ZuText& find, const ZuText& repl, bool caseSensitive) {
   if (caseSensitive) {
     ReplaceAll(find, repl);
   } else if (&repl == this) {
@@ -50,24 +50,24 @@ void ZuText::ReplaceAll(ZuText const& find, ZuText const& repl, bool caseSensiti
   }
 }
 
-void ZuText::ReplaceAllWithoutCase(ZuText const& find, ZuText const& repl) {
+void ZuText::ReplaceAllWithoutCase(const ZuText& find, const ZuText& repl) {
   ZuText upperFind(find);
   ZuText upperText(*this);
   upperFind.UpperCase();
   upperText.UpperCase();
-  unsigned long const findLength = std::strlen(upperFind.GetTextEx());
+  const unsigned long findLength = std::strlen(upperFind.GetTextEx());
   if (findLength == 0) {
     return;
   }
   // Where the unchanged text's characters now stand: `growth` wraps around when the text shrinks.
   unsigned long growth = 0;
-  char const* from = upperText.GetTextEx();
+  const char* from = upperText.GetTextEx();
   while (!IsEmptyText()) {
-    char const* const match = std::strstr(from, upperFind.GetText());
+    const char* const match = std::strstr(from, upperFind.GetText());
     if (match == nullptr) {
       return;
     }
-    auto const pos = static_cast<unsigned long>(match - upperText.GetText()) + growth;
+    const auto pos = static_cast<unsigned long>(match - upperText.GetText()) + growth;
     if (!Replace(pos, findLength, repl.GetText(), repl.GetUsableDataSize())) {
       return;
     }
@@ -76,20 +76,20 @@ void ZuText::ReplaceAllWithoutCase(ZuText const& find, ZuText const& repl) {
   }
 }
 
-void ZuText::ReplaceOccurrence(ZuText const& find, ZuText const& repl, unsigned long n,
+void ZuText::ReplaceOccurrence(const ZuText& find, const ZuText& repl, unsigned long n,
                                bool caseSensitive) {
-  unsigned long const findLength = std::strlen(find.GetTextEx());
+  const unsigned long findLength = std::strlen(find.GetTextEx());
   if (findLength == 0 || n == 0) {
     return;
   }
-  char const* match = nullptr;
-  char const* from = GetTextEx();
+  const char* match = nullptr;
+  const char* from = GetTextEx();
   for (; n > 0; --n, from = match + findLength) {
     match = caseSensitive ? std::strstr(from, find.GetText()) : strcasestr(from, find.GetText());
     if (match == nullptr) {
       return;
     }
   }
-  auto const pos = static_cast<unsigned long>(match - GetText());
+  const auto pos = static_cast<unsigned long>(match - GetText());
   Replace(pos, findLength, repl.GetText(), repl.GetUsableDataSize());
 }

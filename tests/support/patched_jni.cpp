@@ -15,7 +15,7 @@ FaultyJni::FaultyJni(JNIEnv* env, Fault fault, int faultAt) : patch(env) {
 }
 
 void FaultyJni::RunOutOfMemory(JNIEnv* env) {
-  jclass const cls = healthy->FindClass(env, "java/lang/OutOfMemoryError");
+  const jclass cls = healthy->FindClass(env, "java/lang/OutOfMemoryError");
   healthy->ThrowNew(env, cls, "patched");
   healthy->DeleteLocalRef(env, cls);
 }

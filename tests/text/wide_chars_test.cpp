@@ -21,7 +21,7 @@ TEST(WideChars, ComparisonFoldsTheLowByteAndGivesTheDifferenceOfWholeCharacters)
   EXPECT_EQ(wcsnicmp(L"abc", L"ABD", 3), L'c' - L'D');
   EXPECT_EQ(wcsnicmp(L"a", L"b", 0), 0);
   EXPECT_NE(wcsicmp(L"\u00E4", L"\u00C4"), 0);
-  LocaleScope const german(singleByteCommaLocale);
+  const LocaleScope german(singleByteCommaLocale);
   EXPECT_EQ(wcsicmp(L"\u00E4", L"\u00C4"), 0);
 }
 
@@ -33,14 +33,14 @@ TEST(WideChars, ComparisonEndsWhereEitherTextEnds) {
 }
 
 TEST(WideChars, NumberReadingStopsAtTheSamePlaceInTheWideText) {
-  std::tuple<std::wstring, int, long, long> const cases[] = {
+  const std::tuple<std::wstring, int, long, long> cases[] = {
       {L"  42x", 10, 42, 4},
       {L"", 10, 0, 0},
       {L"-0x1Fg", 0, -31, 5},
       {L"\u01321\u01002", 10, 21, 2},  // low bytes: '2', '1', NUL, '2'
       {std::wstring(200, L'0') + L"7!", 10, 7, 201},
       {L"99999999999999999999 ", 10, LONG_MAX, 20}};
-  for (auto const& [digits, base, value, stop] : cases) {
+  for (const auto& [digits, base, value, stop] : cases) {
     wchar_t* end = nullptr;
     EXPECT_EQ(text::wcstol(digits.c_str(), &end, base), value);
     EXPECT_EQ(end - digits.c_str(), stop);
@@ -49,10 +49,10 @@ TEST(WideChars, NumberReadingStopsAtTheSamePlaceInTheWideText) {
 }
 
 TEST(WideChars, LettersMarksAndNumbersOfTheFirstPlaneAreAlphanumeric) {
-  for (wchar_t const c : std::wstring(L"aZ5\u00DF\u0416\u4E2D\u0301\u2160\u00BD\u0660\x7FFF0061")) {
+  for (const wchar_t c : std::wstring(L"aZ5\u00DF\u0416\u4E2D\u0301\u2160\u00BD\u0660\x7FFF0061")) {
     EXPECT_TRUE(text::iswalnum(c)) << std::hex << static_cast<int>(c);
   }
-  for (wchar_t const c : std::wstring(L"-_; \u00D7\u2028\uE000\uFFFF\u20AC\U0001002D")) {
+  for (const wchar_t c : std::wstring(L"-_; \u00D7\u2028\uE000\uFFFF\u20AC\U0001002D")) {
     EXPECT_FALSE(text::iswalnum(c)) << std::hex << static_cast<int>(c);
   }
 }

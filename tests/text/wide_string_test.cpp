@@ -12,28 +12,28 @@
 
 namespace {
 
-std::wstring Text(WideString const& s) {
+std::wstring Text(const WideString& s) {
   return s.getWCharPtr() == nullptr ? L"(none)" : s.getWCharPtr();
 }
 
-std::string Narrow(WideString const& s) {
+std::string Narrow(const WideString& s) {
   return s.getCharPtr() == nullptr ? "(none)" : s.getCharPtr();
 }
 
 TEST(WideString, EveryWayToNothingLeavesNoBuffer) {
-  WideString const strings[] = {WideString(),
-                                WideString(static_cast<char const*>(nullptr)),
+  const WideString strings[] = {WideString(),
+                                WideString(static_cast<const char*>(nullptr)),
                                 WideString(""),
-                                WideString(static_cast<wchar_t const*>(nullptr)),
+                                WideString(static_cast<const wchar_t*>(nullptr)),
                                 WideString(L""),
                                 WideString(WideString::empty),
                                 WideString(L"x").assign(""),
-                                WideString(L"x").assign(static_cast<char const*>(nullptr)),
+                                WideString(L"x").assign(static_cast<const char*>(nullptr)),
                                 WideString(L"x").assign(L""),
                                 WideString(L"x").assign(L"abc", 0),
                                 WideString(L"x").assign(L"", 3),
                                 WideString(L"x") = WideString()};
-  for (WideString const& s : strings) {
+  for (const WideString& s : strings) {
     EXPECT_EQ(s.getWCharPtr(), nullptr);
     EXPECT_EQ(s.getCharPtr(), nullptr);
     EXPECT_EQ(s.find(L"a"), -1);
@@ -50,12 +50,12 @@ TEST(WideString, ChangesDropTheNarrowCopy) {
   EXPECT_EQ(s.getCharPtr(), s.getCharPtr());
   EXPECT_EQ(Narrow(s.append("de")), "abcde");
   EXPECT_EQ(Narrow(s.append(L"f")), "abcdef");
-  EXPECT_EQ(Narrow(s.append(static_cast<wchar_t const*>(nullptr))), "abcdef");
-  EXPECT_EQ(Narrow(s.append(static_cast<char const*>(nullptr))), "abcdef");
+  EXPECT_EQ(Narrow(s.append(static_cast<const wchar_t*>(nullptr))), "abcdef");
+  EXPECT_EQ(Narrow(s.append(static_cast<const char*>(nullptr))), "abcdef");
   EXPECT_EQ(Narrow(s.assign(L"ghi", 2)), "gh");
   EXPECT_EQ(Narrow(s.assign("j")), "j");
   EXPECT_EQ(Narrow(s = WideString("k")), "k");
-  WideString const l("l");
+  const WideString l("l");
   EXPECT_EQ(Narrow(s = l), "l");
 }
 
@@ -73,7 +73,7 @@ TEST(WideString, TakesItsOwnTextAsArgument) {
   WideString& self = s;
   s = self;
   EXPECT_EQ(Text(s), L"dc");
-  WideString const moved(std::move(s));
+  const WideString moved(std::move(s));
   EXPECT_EQ(Text(moved), L"dc");
   EXPECT_EQ(Text(s), L"(none)");
 }
@@ -90,7 +90,7 @@ TEST(WideString, AnAllocatedEmptyTextIsAcceptedEverywhere) {
 }
 
 TEST(WideString, ComparesWithAndWithoutCaseAndCount) {
-  WideString const s(L"abc");
+  const WideString s(L"abc");
   EXPECT_TRUE(s.compare(nullptr, 0) == 1 && s.compareNoCase(nullptr, 0) == 1);
   EXPECT_TRUE(s.compare(L"abc", 0) == 0 && s.compare(L"ABC", 0) > 0 && s.compare(L"abd", 0) < 0);
   EXPECT_TRUE(s.compareNoCase(L"ABC", 0) == 0 && s.compareNoCase(L"abd", 0) == -1);
@@ -98,9 +98,9 @@ TEST(WideString, ComparesWithAndWithoutCaseAndCount) {
 }
 
 TEST(WideString, PartsEndWithTheText) {
-  WideString const s(L"abc");
+  const WideString s(L"abc");
   EXPECT_EQ(Text(s.substr(0, -1)) + Text(s.substr(1, 10)) + Text(s.substr(1, 1)), L"abcbcb");
-  for (auto const& [start, count] : {std::pair(3, 1), {-1, 1}, {0, 0}, {0, -2}}) {
+  for (const auto& [start, count] : {std::pair(3, 1), {-1, 1}, {0, 0}, {0, -2}}) {
     EXPECT_EQ(Text(s.substr(start, count)), L"(none)") << start << ", " << count;
   }
   WideString filled;
@@ -111,7 +111,7 @@ TEST(WideString, PartsEndWithTheText) {
 
 TEST(WideString, ConvertsByTheEncodingOfTheProcess) {
   // What comes back is cut to as many bytes as there are characters.
-  std::tuple<char const*, char const*, wchar_t const*, char const*> const cases[] = {
+  const std::tuple<const char*, const char*, const wchar_t*, const char*> cases[] = {
       {utf8Locale, "plain", L"plain", "plain"},
       {utf8Locale, "\xC3\xA4", L"\u00E4", ""},
       {utf8Locale, "ab\xC3\xA4", L"ab\u00E4", "ab"},
@@ -121,21 +121,21 @@ TEST(WideString, ConvertsByTheEncodingOfTheProcess) {
       {utf8Locale, "\xC3", L"(none)", "(none)"},
       {singleByteCommaLocale, "a\xE4\xDFz", L"a\u00E4\u00DFz", "a\xE4\xDFz"},
   };
-  for (auto const& [locale, narrow, wide, back] : cases) {
-    LocaleScope const scope(locale);
-    WideString const s(narrow);
+  for (const auto& [locale, narrow, wide, back] : cases) {
+    const LocaleScope scope(locale);
+    const WideString s(narrow);
     EXPECT_EQ(Text(s), wide) << narrow;
     EXPECT_EQ(Narrow(s), back) << narrow;
   }
 }
 
 TEST(WideString, WhatCannotBeConvertedChangesAndFindsNothing) {
-  LocaleScope const utf8(utf8Locale);
+  const LocaleScope utf8(utf8Locale);
   WideString t(L"abc");
   EXPECT_EQ(Text(t.append("d\xFF")), L"abc");
   EXPECT_EQ(Text(t.append("\xC3\xA4")), L"abc\u00E4");
-  LocaleScope const latin(singleByteCommaLocale);
-  WideString const s(L"a\u4E2Db");
+  const LocaleScope latin(singleByteCommaLocale);
+  const WideString s(L"a\u4E2Db");
   EXPECT_EQ(s.getCharPtr(), nullptr);
   EXPECT_EQ(s.find(L"a"), -1);
   EXPECT_EQ(WideString(L"ab").find(L"\u4E2D"), -1);
@@ -143,8 +143,8 @@ TEST(WideString, WhatCannotBeConvertedChangesAndFindsNothing) {
 }
 
 TEST(WideString, FindCountsBytesOfTheNarrowForm) {
-  LocaleScope const utf8(utf8Locale);
-  WideString const s(L"abc");
+  const LocaleScope utf8(utf8Locale);
+  const WideString s(L"abc");
   EXPECT_TRUE(s.find(L"c") == 2 && s.find(L"z") == -1);
   EXPECT_TRUE(s.find(L"") == 0 && s.find(nullptr) == 0);
   EXPECT_EQ(WideString(L"\u00E4bc").find(L"b"), 2);
@@ -154,17 +154,17 @@ TEST(WideString, FindCountsBytesOfTheNarrowForm) {
 }
 
 TEST(WideString, AllocatedConversionsLeaveTheStringAlone) {
-  LocaleScope const utf8(utf8Locale);
-  WideString const s(L"abc");
-  char const* const narrowCopy = s.getCharPtr();
-  std::unique_ptr<wchar_t[]> const wide(s.allocConvert("\xC3\xA4z"));
+  const LocaleScope utf8(utf8Locale);
+  const WideString s(L"abc");
+  const char* const narrowCopy = s.getCharPtr();
+  const std::unique_ptr<wchar_t[]> wide(s.allocConvert("\xC3\xA4z"));
   EXPECT_STREQ(wide.get(), L"\u00E4z");
-  std::unique_ptr<char[]> const narrow(s.allocConvert(L"a\u00E4z"));
+  const std::unique_ptr<char[]> narrow(s.allocConvert(L"a\u00E4z"));
   EXPECT_STREQ(narrow.get(), "a\xC3\xA4");
-  std::unique_ptr<wchar_t[]> const none(s.allocConvert(""));
+  const std::unique_ptr<wchar_t[]> none(s.allocConvert(""));
   EXPECT_STREQ(none.get(), L"");
   EXPECT_EQ(s.allocConvert("\xFF"), nullptr);
-  EXPECT_EQ(s.allocConvert(static_cast<wchar_t const*>(nullptr)), nullptr);
+  EXPECT_EQ(s.allocConvert(static_cast<const wchar_t*>(nullptr)), nullptr);
   EXPECT_EQ(s.getCharPtr(), narrowCopy);
 }
 

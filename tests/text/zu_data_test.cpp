@@ -14,24 +14,24 @@
 
 namespace {
 
-std::string Bytes(ZuData const& d) {
+std::string Bytes(const ZuData& d) {
   return d.GetBuffer() == nullptr
              ? ""
-             : std::string(reinterpret_cast<char const*>(d.GetBuffer()), d.GetDataSize());
+             : std::string(reinterpret_cast<const char*>(d.GetBuffer()), d.GetDataSize());
 }
 
-ZuData Data(char const* bytes) {
+ZuData Data(const char* bytes) {
   ZuData d;
   d.SetEqualTo(bytes, std::strlen(bytes), 0);
   return d;
 }
 
 TEST(ZuData, BuffersGrowInStepsAndShrinkOnlyByThirtyTwoBytesOrMore) {
-  std::array<unsigned long, 3> const cases[] = {
+  const std::array<unsigned long, 3> cases[] = {
       {0, 100, 100},      {100, 101, 112},    {100, 112, 128},     {100, 69, 100},
       {100, 68, 68},      {4096, 4097, 4112}, {4097, 4098, 8192},  {5000, 5001, 8192},
       {5000, 4980, 5000}, {5000, 4000, 4000}, {5000, 8192, 12288}, {100, 0, 0}};
-  for (auto const& [before, asked, after] : cases) {
+  for (const auto& [before, asked, after] : cases) {
     ZuData d(before);
     EXPECT_TRUE(d.SetBufferSize(asked));
     EXPECT_EQ(d.GetBufferSize(), after) << before << " asked for " << asked;
@@ -43,7 +43,7 @@ TEST(ZuData, BuffersGrowInStepsAndShrinkOnlyByThirtyTwoBytesOrMore) {
 
 TEST(ZuData, ImpossibleRequestsFailAndChangeNothing) {
   ZuData d = Data("abc");
-  for (unsigned long const n : {ULONG_MAX, ULONG_MAX - 15, ULONG_MAX / 2}) {
+  for (const unsigned long n : {ULONG_MAX, ULONG_MAX - 15, ULONG_MAX / 2}) {
     EXPECT_FALSE(d.SetBufferSize(n));
     EXPECT_FALSE(d.Replace(1, 0, nullptr, n));
     EXPECT_EQ(Bytes(d), "abc");
@@ -90,10 +90,10 @@ TEST(ZuData, AReleasedBufferIsTheCallers) {
 }
 
 TEST(ZuData, ReplacesWithinTheData) {
-  std::tuple<unsigned long, unsigned long, char const*, char const*> const cases[] = {
+  const std::tuple<unsigned long, unsigned long, const char*, const char*> cases[] = {
       {1, 2, "XY", "aXYd"}, {1, 2, "", "ad"},          {0, 0, "12", "12abcd"},
       {9, 1, "!", "abcd!"}, {2, 99, "....", "ab...."}, {1, 1, "123", "a123cd"}};
-  for (auto const& [pos, count, with, expected] : cases) {
+  for (const auto& [pos, count, with, expected] : cases) {
     ZuData d = Data("abcd");
     EXPECT_TRUE(d.Replace(pos, count, with, std::strlen(with)));
     EXPECT_EQ(Bytes(d), expected);
@@ -130,7 +130,7 @@ TEST(ZuData, CopiesComparesAndIndexesWithinTheData) {
   d[1] = 'X';
   EXPECT_EQ(Bytes(d), "aXcd");
   EXPECT_EQ(&d[4], &ZuData()[0]);
-  ZuData const copy(d);
+  const ZuData copy(d);
   EXPECT_EQ(copy.GetBufferSize(), 4U);
 }
 
@@ -139,23 +139,23 @@ TEST(ZuData, VirtualOperationsKeepTheirSlots) {
   using D = ZuData;
   using T = ZuText;
   using Bytes = unsigned char*;
-  auto const slots =
+  const auto slots =
       SlotsOf(&D::SetUsableDataSize, &D::GetUsableDataSize, &D::SetBufferSize, &D::ReleaseBuffer,
               &D::ReleaseData, &D::Clear, static_cast<bool (D::*)(D const&) const>(&D::Equals),
-              static_cast<bool (D::*)(char const*, U) const>(&D::Equals),
+              static_cast<bool (D::*)(const char*, U) const>(&D::Equals),
               static_cast<U (D::*)(D const&)>(&D::SetEqualTo),
-              static_cast<U (D::*)(void const*, U, U)>(&D::SetEqualTo),
+              static_cast<U (D::*)(const void*, U, U)>(&D::SetEqualTo),
               static_cast<void (D::*)(D&, U, U) const>(&D::Copy),
               static_cast<U (D::*)(Bytes, U) const>(&D::Copy),
               static_cast<U (D::*)(Bytes, U, U, U) const>(&D::Copy),
               static_cast<bool (D::*)(U, U, D const&)>(&D::Replace),
-              static_cast<bool (D::*)(U, U, void const*, U)>(&D::Replace),
+              static_cast<bool (D::*)(U, U, const void*, U)>(&D::Replace),
               static_cast<bool (D::*)(U, U, unsigned char)>(&D::Replace),
               static_cast<bool (D::*)(U, U, long)>(&D::Replace), &T::GetSize, &T::ReplaceText,
               static_cast<void (T::*)(T const&, T const&)>(&T::ReplaceAll),
               static_cast<void (T::*)(T const&, T const&, bool)>(&T::ReplaceAll),
               &T::ReplaceOccurrence, static_cast<bool (T::*)(D const&, bool) const>(&T::Equals),
-              static_cast<bool (T::*)(char const*, U, bool) const>(&T::Equals), &T::FirstNEquals);
+              static_cast<bool (T::*)(const char*, U, bool) const>(&T::Equals), &T::FirstNEquals);
   EXPECT_EQ(slots, SlotsFrom(2, 25));
 }
 

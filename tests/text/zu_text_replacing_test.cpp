@@ -9,7 +9,7 @@
 namespace {
 
 TEST(ZuTextReplacing, ReplacesEveryMatchOnce) {
-  std::tuple<char const*, char const*, char const*, bool, char const*> const cases[] = {
+  const std::tuple<const char*, const char*, const char*, bool, const char*> cases[] = {
       {"aaa", "a", "aa", true, "aaaaaa"},
       {"abcAbc", "AB", "x", false, "xcxc"},
       {"abcAbc", "AB", "x", true, "abcAbc"},
@@ -21,7 +21,7 @@ TEST(ZuTextReplacing, ReplacesEveryMatchOnce) {
       {"abc", "", "x", true, "abc"},
       {"", "a", "x", false, ""},
       {"\xE4\xC4", "\xE4", "ae", false, "aeae"}};
-  for (auto const& [text, find, repl, caseSensitive, expected] : cases) {
+  for (const auto& [text, find, repl, caseSensitive, expected] : cases) {
     ZuText t(text);
     t.ReplaceAll(find, repl, caseSensitive);
     EXPECT_STREQ(t.GetTextEx(), expected) << text << ", " << find;
@@ -29,7 +29,7 @@ TEST(ZuTextReplacing, ReplacesEveryMatchOnce) {
 }
 
 TEST(ZuTextReplacing, ReplacesOneOccurrence) {
-  auto const replaced = [](char const* text, char const* find, unsigned long n,
+  const auto replaced = [](const char* text, const char* find, unsigned long n,
                            bool caseSensitive) {
     ZuText t(text);
     t.ReplaceOccurrence(find, "b", n, caseSensitive);

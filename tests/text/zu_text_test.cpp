@@ -12,13 +12,13 @@
 
 namespace {
 
-char const* noText = nullptr;
+const char* noText = nullptr;
 
 TEST(ZuText, EveryWayToNothingIsEmpty) {
-  ZuText const texts[] = {ZuText(),     ZuText(""),        ZuText(noText),
+  const ZuText texts[] = {ZuText(),     ZuText(""),        ZuText(noText),
                           ZuText('\0'), ZuText(noText, 5), ZuText("abc", 0),
                           ZuText(9UL),  ZuText("x") = "",  ZuText("x") = '\0'};
-  for (ZuText const& t : texts) {
+  for (const ZuText& t : texts) {
     EXPECT_STREQ(t.GetTextEx(), "");
     EXPECT_EQ(t.GetSize(), 0U);
     EXPECT_TRUE(t == "" && t == noText && t == ZuText());
@@ -88,7 +88,7 @@ TEST(ZuText, SettingTheLengthKeepsTheTextTerminated) {
 }
 
 TEST(ZuText, ComparesWithoutCaseUnlessAskedTo) {
-  ZuText const t("abc");
+  const ZuText t("abc");
   EXPECT_TRUE(t == "ABC" && t == ZuText("aBc") && !(t != "Abc") && t <= ZuText("ABC"));
   EXPECT_TRUE(t < ZuText("ABD") && t > ZuText("AB") && t > ZuText() && ZuText() >= ZuText(""));
   EXPECT_TRUE(t.Equals(ZuText("abc"), true) && !t.Equals(ZuText("ABC"), true));
@@ -109,7 +109,7 @@ TEST(ZuText, ComparesWithoutCaseUnlessAskedTo) {
 
 TEST(ZuText, DataWithoutTerminatorIsHeldAndComparedWithinItsSize) {
   char bytes[] = {'a', 'b', 'c'};
-  ZuData const raw(bytes, 3, 3);
+  const ZuData raw(bytes, 3, 3);
   ZuText t;
   EXPECT_EQ(t.SetEqualTo(raw), 3U);
   EXPECT_STREQ(t.GetTextEx(), "ab");
@@ -117,7 +117,7 @@ TEST(ZuText, DataWithoutTerminatorIsHeldAndComparedWithinItsSize) {
 }
 
 TEST(ZuText, TakesPartsOut) {
-  ZuText const t("abc");
+  const ZuText t("abc");
   ZuText out("before");
   t.Right(out, 10);
   EXPECT_STREQ(out.GetTextEx(), "abc");
@@ -137,8 +137,8 @@ TEST(ZuText, TakesPartsOut) {
 
 TEST(ZuText, ChangesCaseByItsOwnTables) {
   for (unsigned int byte = 1; byte < 256; ++byte) {
-    bool const upper = (byte >= 'A' && byte <= 'Z') || (byte >= 192 && byte <= 223);
-    bool const lower = (byte >= 'a' && byte <= 'z') || byte >= 224;
+    const bool upper = (byte >= 'A' && byte <= 'Z') || (byte >= 192 && byte <= 223);
+    const bool lower = (byte >= 'a' && byte <= 'z') || byte >= 224;
     ZuText t(static_cast<unsigned char>(byte));
     t.UpperCase();
     EXPECT_EQ(t[0], byte == 233 ? 101U : lower ? byte - 32 : byte);
@@ -176,8 +176,8 @@ TEST(ZuText, FormatsUpToItsLimit) {
 }
 
 TEST(ZuText, FormatsNumbersWithAPointAndWideTextInTheProcessEncoding) {
-  for (char const* const name : {utf8CommaLocale, singleByteCommaLocale}) {
-    LocaleScope const comma(name);
+  for (const char* const name : {utf8CommaLocale, singleByteCommaLocale}) {
+    const LocaleScope comma(name);
     std::string const umlaut = name == utf8CommaLocale ? "\xC3\xA4" : "\xE4";
     ZuText t;
     t.Format("%.2f %'d %ls", 1234.5, 1234567, L"\u00E4");
@@ -201,7 +201,7 @@ TEST(ZuTextLocal, CutsWhatIsSetAndRefusesWhatIsAppendedOrCopied) {
   t = "short";
   t = ZuText(forty.c_str());
   EXPECT_STREQ(t.GetTextEx(), "short");
-  t = reinterpret_cast<unsigned char const*>("abc");
+  t = reinterpret_cast<const unsigned char*>("abc");
   t = ZuTextLocal<31>('c');
   t += 12;
   EXPECT_STREQ(t.GetTextEx(), "c12");
@@ -209,7 +209,7 @@ TEST(ZuTextLocal, CutsWhatIsSetAndRefusesWhatIsAppendedOrCopied) {
 
 TEST(ZuTextLocal, NeverLeavesItsStorage) {
   ZuTextLocal<63> t("abc");
-  unsigned char const* const storage = t.GetBuffer();
+  const unsigned char* const storage = t.GetBuffer();
   EXPECT_TRUE(storage >= reinterpret_cast<unsigned char*>(&t) &&
               storage + 63 <= reinterpret_cast<unsigned char*>(&t + 1));
   unsigned long size = 99;
@@ -221,7 +221,7 @@ TEST(ZuTextLocal, NeverLeavesItsStorage) {
   EXPECT_EQ((t = 5L).GetSize(), 1U);
   t.InitTextLocal();
   EXPECT_STREQ(t.GetTextEx(), "");
-  ZuTextLocal<63> const copy(t = "xyz");
+  const ZuTextLocal<63> copy(t = "xyz");
   EXPECT_STREQ(copy.GetTextEx(), "xyz");
   EXPECT_NE(copy.GetBuffer(), t.GetBuffer());
 }

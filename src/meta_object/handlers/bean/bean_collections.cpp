@@ -33,15 +33,15 @@ HandlerStatus StatusOf(bool isDone) {
 
 // The type of an element by its class's name. In the default package a class may be called "I" or
 // "int": its name is no primitive type's, which only an array's element is, written as a letter.
-TypeDesc DescribeClass(ZuText const& name) {
+TypeDesc DescribeClass(const ZuText& name) {
   WideString wide;
   AppendModifiedUtf8(name.GetTextEx(), wide);
   TypeDesc desc = GetTypeDesc(wide.getWCharPtr());
   std::wstring element(ViewOf(wide));
   element.erase(0, element.find_first_not_of(L'['));
-  bool const isLetterOfArray = desc.arrayInfo != nullptr && element.size() == 1;
+  const bool isLetterOfArray = desc.arrayInfo != nullptr && element.size() == 1;
   if (!isLetterOfArray && FindPrimitive(desc.typeName.getWCharPtr()) != nullptr) {
-    bool const isSignature = desc.arrayInfo != nullptr;
+    const bool isSignature = desc.arrayInfo != nullptr;
     desc.key = TypeDesc::Key::Object;
     desc.typeName.assign(isSignature ? element.substr(1, element.size() - 2).c_str()
                                      : element.c_str());
@@ -53,10 +53,10 @@ TypeDesc DescribeClass(ZuText const& name) {
 class Elements {
  public:
   explicit Elements(JNIEnv* env) : env(env) {}
-  Elements(Elements const&) = delete;
-  Elements& operator=(Elements const&) = delete;
+  Elements(const Elements&) = delete;
+  Elements& operator=(const Elements&) = delete;
   ~Elements() {
-    for (jobject const object : objects) {
+    for (const jobject object : objects) {
       GlobalRef<jobject>::Adopt(env, object).Reset();
     }
   }

@@ -40,11 +40,11 @@ enum ParamField : unsigned long {
   kParamOption2 = 16,
 };
 
-std::size_t ParamCount(CachedMethodInfo const& method) {
+std::size_t ParamCount(const CachedMethodInfo& method) {
   return method.params == nullptr ? 0 : method.params->size();
 }
 
-std::unique_ptr<Property> CountProperty(wchar_t const* name, int count) {
+std::unique_ptr<Property> CountProperty(const wchar_t* name, int count) {
   return std::make_unique<Property>(WideString(name), WideString(text::PrintInteger(count).c_str()),
                                     true);
 }
@@ -54,10 +54,10 @@ void AddProperty(info::ObjectInfo& info, std::unique_ptr<Property> property) {
   static_cast<void>(property.release());
 }
 
-void AddMethodCounts(CachedObjectInfo const& cls, info::ObjectInfo& info) {
+void AddMethodCounts(const CachedObjectInfo& cls, info::ObjectInfo& info) {
   int accessors = 0;
   int regular = 0;
-  for (CachedMethodInfo const* method : cls.methods) {
+  for (const CachedMethodInfo* method : cls.methods) {
     if (method == nullptr) {
       continue;
     }
@@ -82,7 +82,7 @@ const CachedMethodInfo* BeanHandler::GetMethodCacheEntry(const WideString& metho
   if (!ReadMethodIndex(methodId, index)) {
     return nullptr;
   }
-  CachedObjectInfo const* const cls = CachedClass();
+  const CachedObjectInfo* const cls = CachedClass();
   return cls == nullptr || index >= cls->methods.size() ? nullptr : cls->methods[index];
 }
 
@@ -218,12 +218,12 @@ namespace {
 
 // Do the method's parameters take the given types? Those that the given types don't reach must be
 // optional.
-bool Matches(CachedMethodInfo const& method, std::list<TypeDesc*> const& paramTypes) {
+bool Matches(const CachedMethodInfo& method, const std::list<TypeDesc*>& paramTypes) {
   if (method.params == nullptr) {
     return paramTypes.empty();
   }
   auto given = paramTypes.begin();
-  for (CachedParamInfo const* param : *method.params) {
+  for (const CachedParamInfo* param : *method.params) {
     if (given == paramTypes.end()) {
       if (param == nullptr || !param->option1) {
         return false;
@@ -274,8 +274,8 @@ HandlerStatus BeanHandler::BuildMethodID(WideString& methodId, const WideString&
 HandlerStatus BeanHandler::BuildNativeType(WideString& metaType, WideString& nativeType,
                                            bool) const {
   struct Keyword {
-    wchar_t const* name;
-    wchar_t const* nativeType;  // null: the keyword as it was written
+    const wchar_t* name;
+    const wchar_t* nativeType;  // null: the keyword as it was written
   };
   static constexpr Keyword kKeywords[] = {
       {L"INT", nullptr},    {L"FLOAT", nullptr},    {L"TEXT", L"java.lang.String"},

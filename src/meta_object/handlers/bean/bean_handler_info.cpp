@@ -10,7 +10,7 @@ namespace {
 
 constexpr unsigned long kPathBufferSize = 1024;
 
-std::string DirectoryOf(std::string const& path) {
+std::string DirectoryOf(const std::string& path) {
   std::size_t cut = path.rfind('\\');
   if (cut == std::string::npos) {
     cut = path.rfind('/');
@@ -25,7 +25,7 @@ void BeanHandlerInfo::Initialize(void* moduleHandle) {
   if (moduleHandle == nullptr) {
     for (WideString* text :
          {&handlerName, &handlerType, &description, &serverPath, &serverDirectory}) {
-      text->assign(static_cast<wchar_t const*>(nullptr));
+      text->assign(static_cast<const wchar_t*>(nullptr));
     }
     return;
   }

@@ -33,7 +33,7 @@ constexpr int kAccessorNameSize = 128;
 // How an accessor bit turns into a method; in the order in which a property's methods are listed.
 struct AccessorKind {
   int bit;
-  char const* prefix;
+  const char* prefix;
   MethodType methodType;
   bool isIndexed;
 };
@@ -44,8 +44,8 @@ constexpr AccessorKind kAccessorKinds[] = {
     {16, "set", MethodType::Set, true}, {32, "is", MethodType::Get, true},
 };
 
-AccessorKind const* FindAccessorKind(int bit) {
-  for (AccessorKind const& kind : kAccessorKinds) {
+const AccessorKind* FindAccessorKind(int bit) {
+  for (const AccessorKind& kind : kAccessorKinds) {
     if (kind.bit == bit) {
       return &kind;
     }
@@ -54,10 +54,10 @@ AccessorKind const* FindAccessorKind(int bit) {
 }
 
 // Prefix and property name with its first letter in upper case.
-std::string AccessorName(char const* prefixId, WideString const& propertyName) {
+std::string AccessorName(const char* prefixId, const WideString& propertyName) {
   char prefix[kPrefixSize] = "";
   LoadString(_HandlerInfo.moduleHandle, prefixId, prefix, sizeof prefix);
-  char const* property = propertyName.getCharPtr();
+  const char* property = propertyName.getCharPtr();
   if (property == nullptr) {
     property = "";
   }
@@ -67,7 +67,7 @@ std::string AccessorName(char const* prefixId, WideString const& propertyName) {
   return name;
 }
 
-void AddParam(CachedMethodInfo& method, WideString const& name, TypeDesc const& type,
+void AddParam(CachedMethodInfo& method, const WideString& name, const TypeDesc& type,
               ParamDirection direction) {
   if (method.params == nullptr) {
     method.params = new CachedMethodInfo::ParamList;
@@ -77,8 +77,8 @@ void AddParam(CachedMethodInfo& method, WideString const& name, TypeDesc const& 
   static_cast<void>(param.release());
 }
 
-ParamDirection DirectionOf(TypeDesc const& type) {
-  bool const comesBack = type.key == TypeDesc::Key::Object || type.arrayInfo != nullptr ||
+ParamDirection DirectionOf(const TypeDesc& type) {
+  const bool comesBack = type.key == TypeDesc::Key::Object || type.arrayInfo != nullptr ||
                          type.refType == TypeDesc::RefType::ByRef;
   return comesBack ? ParamDirection::InOut : ParamDirection::In;
 }
@@ -103,20 +103,20 @@ LocalRef<jintArray> NewIntArray(JNIEnv* env, jint count) {
 // exception was pending, which is then cleared.
 bool ReadName(JNIEnv* env, jobjectArray names, jint index, WideString& name) {
   name.assign(L"");
-  auto const text = LocalRef<jstring>::Adopt(env, env->GetObjectArrayElement(names, index));
+  const auto text = LocalRef<jstring>::Adopt(env, env->GetObjectArrayElement(names, index));
   if (IsJavaExceptionHappened(env, nullptr)) {
     return false;
   }
   if (!text) {
     return true;
   }
-  jint const length = env->GetStringLength(text.Get());
+  const jint length = env->GetStringLength(text.Get());
   WideString whole;
   AppendJavaText(env, text.Get(), whole);
   if (IsJavaExceptionHappened(env, nullptr)) {
     return false;
   }
-  if (wchar_t const* const characters = whole.getWCharPtr()) {
+  if (const wchar_t* const characters = whole.getWCharPtr()) {
     std::wstring buffer(static_cast<std::size_t>(length) + 1, L'\0');
     std::wcsncpy(buffer.data(), characters, static_cast<std::size_t>(length));
     TrimJavaString(buffer.data(), length);
@@ -133,10 +133,10 @@ struct ParamReader {
   jclass stringClass;
 
   // Appends the parameters to `method`; false when one can't be had.
-  bool ReadParams(BeanHandler const& handler, jint methodIndex, CachedMethodInfo& method) const {
-    jint const count = introspector.getParameterCount(env, cls, methodIndex);
-    auto const names = NewStringArray(env, count, stringClass);
-    auto const types = NewStringArray(env, count, stringClass);
+  bool ReadParams(const BeanHandler& handler, jint methodIndex, CachedMethodInfo& method) const {
+    const jint count = introspector.getParameterCount(env, cls, methodIndex);
+    const auto names = NewStringArray(env, count, stringClass);
+    const auto types = NewStringArray(env, count, stringClass);
     if (!names || !types) {
       return false;
     }
@@ -153,15 +153,15 @@ struct ParamReader {
         return false;
       }
       handler.GetParamName(i + 1, given.getWCharPtr(), name);
-      TypeDesc const type = GetTypeDesc(typeName.getWCharPtr());
+      const TypeDesc type = GetTypeDesc(typeName.getWCharPtr());
       AddParam(method, name, type, DirectionOf(type));
     }
     return true;
   }
 };
 
-wchar_t const* Wide(WideString const& text) {
-  wchar_t const* const wide = text.getWCharPtr();
+const wchar_t* Wide(const WideString& text) {
+  const wchar_t* const wide = text.getWCharPtr();
   return wide == nullptr ? L"" : wide;
 }
 
@@ -212,7 +212,7 @@ HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const char*) {
   if (!introspector.CreateIntrospector(env)) {
     return handler_status::kIntrospectionFailed;
   }
-  bool const isLoaded = NoThrow(
+  const bool isLoaded = NoThrow(
       false, [&] { return LoadAccessors(env, introspector) && LoadMethods(env, introspector); });
   if (!isLoaded) {
     bean::IsJavaExceptionHappened(env, nullptr);
@@ -222,18 +222,18 @@ HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const char*) {
 }
 
 bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
-  jint const count = introspector.getPropertyCount(env, classRef);
-  auto const stringClass = FindJavaClass(env, "java/lang/String");
+  const jint count = introspector.getPropertyCount(env, classRef);
+  const auto stringClass = FindJavaClass(env, "java/lang/String");
   if (!stringClass) {
     return false;
   }
-  LocalFrame const frame(env, kFrameCapacity);
+  const LocalFrame frame(env, kFrameCapacity);
   if (!frame) {
     return false;
   }
-  auto const names = NewStringArray(env, count, stringClass.Get());
-  auto const types = NewStringArray(env, count, stringClass.Get());
-  auto const accessors = NewIntArray(env, count);
+  const auto names = NewStringArray(env, count, stringClass.Get());
+  const auto types = NewStringArray(env, count, stringClass.Get());
+  const auto accessors = NewIntArray(env, count);
   if (!names || !types || !accessors) {
     return false;
   }
@@ -243,7 +243,7 @@ bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
   if (introspector.getPropertyInfo(env, classRef, count, namesOut, typesOut, accessorsOut) == 0) {
     return true;
   }
-  IntElements const bits(env, accessors.Get());
+  const IntElements bits(env, accessors.Get());
   if (IsJavaExceptionHappened(env) || bits.Get() == nullptr) {
     return true;
   }
@@ -253,7 +253,7 @@ bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
     if (!ReadName(env, names.Get(), i, name) || !ReadName(env, types.Get(), i, type)) {
       return false;
     }
-    for (AccessorKind const& kind : kAccessorKinds) {
+    for (const AccessorKind& kind : kAccessorKinds) {
       if ((bits.Get()[i] & kind.bit) != 0) {
         AddAccessorMethod(kind.bit, Wide(name), Wide(type));
       }
@@ -264,12 +264,12 @@ bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
 
 bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
                                     const wchar_t* propertyType) {
-  AccessorKind const* const accessor = FindAccessorKind(kind);
+  const AccessorKind* const accessor = FindAccessorKind(kind);
   if (accessor == nullptr) {
     return true;
   }
-  WideString const property(propertyName);
-  TypeDesc const type = GetTypeDesc(propertyType);
+  const WideString property(propertyName);
+  const TypeDesc type = GetTypeDesc(propertyType);
   CachedMethodInfo method;
   method.name.assign(AccessorName(accessor->prefix, property).c_str());
   method.altName = method.name;
@@ -292,18 +292,18 @@ bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
 }
 
 bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
-  jint const count = introspector.getMethodCount(env, classRef);
-  auto const stringClass = FindJavaClass(env, "java/lang/String");
+  const jint count = introspector.getMethodCount(env, classRef);
+  const auto stringClass = FindJavaClass(env, "java/lang/String");
   if (!stringClass) {
     return false;
   }
-  LocalFrame const frame(env, kFrameCapacity);
+  const LocalFrame frame(env, kFrameCapacity);
   if (!frame) {
     return false;
   }
-  auto const names = NewStringArray(env, count, stringClass.Get());
-  auto const returnTypes = NewStringArray(env, count, stringClass.Get());
-  auto const methodIndexes = NewIntArray(env, count);
+  const auto names = NewStringArray(env, count, stringClass.Get());
+  const auto returnTypes = NewStringArray(env, count, stringClass.Get());
+  const auto methodIndexes = NewIntArray(env, count);
   if (!names || !returnTypes || !methodIndexes) {
     return false;
   }
@@ -313,7 +313,7 @@ bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
   if (introspector.getMethodInfo(env, classRef, count, namesOut, returnTypesOut, indexesOut) == 0) {
     return true;
   }
-  IntElements const indexes(env, methodIndexes.Get());
+  const IntElements indexes(env, methodIndexes.Get());
   if (bean::IsJavaExceptionHappened(env, nullptr) || indexes.Get() == nullptr) {
     return count == 0;
   }
@@ -326,7 +326,7 @@ bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
     }
     method.altName = method.name;
     method.returnType = GetTypeDesc(returnType.getWCharPtr());
-    ParamReader const reader{env, introspector, classRef, stringClass.Get()};
+    const ParamReader reader{env, introspector, classRef, stringClass.Get()};
     if (!reader.ReadParams(*this, indexes.Get()[i], method)) {
       return false;
     }

@@ -10,7 +10,7 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-BeanHandlerMethod const BeanHandlerTable[kBeanHandlerMethods] = {
+const BeanHandlerMethod BeanHandlerTable[kBeanHandlerMethods] = {
     {"<init>", "()V"},
     {"enumJavaBeans", "(Ljava/lang/String;)Z"},
     {"getBeanCount", "()I"},
@@ -49,11 +49,11 @@ bool BeanIntrospector::CreateIntrospector(JNIEnv* env) {
   if (env == nullptr || instance != nullptr) {
     return false;
   }
-  auto const cls = FindJavaClass(env, "BeanHandler");
+  const auto cls = FindJavaClass(env, "BeanHandler");
   if (!cls || !LoadVTable(env, cls.Get())) {
     return false;
   }
-  auto const object = NewJavaObject(env, cls.Get(), methods[kConstructor], nullptr);
+  const auto object = NewJavaObject(env, cls.Get(), methods[kConstructor], nullptr);
   if (!object) {
     return false;
   }
@@ -95,7 +95,7 @@ int BeanIntrospector::CallInt(JNIEnv* env, std::size_t method, int failure,
   if (env == nullptr || instance == nullptr) {
     return failure;
   }
-  int const result = env->CallIntMethod(instance, methods[method], arguments...);
+  const int result = env->CallIntMethod(instance, methods[method], arguments...);
   return IsJavaExceptionHappened(env, nullptr) ? failure : result;
 }
 
@@ -109,16 +109,16 @@ jstring BeanIntrospector::CallString(JNIEnv* env, std::size_t method, Arguments.
   return IsJavaExceptionHappened(env, nullptr) ? nullptr : result.Release();
 }
 
-bool BeanIntrospector::enumJavaBeans(JNIEnv* env, char const* path) {
+bool BeanIntrospector::enumJavaBeans(JNIEnv* env, const char* path) {
   if (env == nullptr || instance == nullptr || path == nullptr) {
     return false;
   }
   std::string const jarPath = getJarPath(path);
-  auto const text = NewJavaText(env, jarPath.empty() ? path : jarPath.c_str());
+  const auto text = NewJavaText(env, jarPath.empty() ? path : jarPath.c_str());
   if (!text) {
     return false;
   }
-  bool const examined =
+  const bool examined =
       env->CallBooleanMethod(instance, methods[kEnumJavaBeans], text.Get()) == JNI_TRUE;
   return !IsJavaExceptionHappened(env, nullptr) && examined;
 }
@@ -129,7 +129,7 @@ jstring BeanIntrospector::getBeanName(JNIEnv* env, int index) {
   return CallString(env, kGetBeanName, static_cast<jint>(index));
 }
 
-int BeanIntrospector::getBeanIndex(JNIEnv* env, jstring const& name) {
+int BeanIntrospector::getBeanIndex(JNIEnv* env, const jstring& name) {
   return CallInt(env, kGetBeanIndex, -1, name);
 }
 

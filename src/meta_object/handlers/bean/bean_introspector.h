@@ -9,14 +9,14 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 // Name and JNI signature of a method of the Java class "BeanHandler".
 struct BeanHandlerMethod {
-  char const* name;
-  char const* signature;
+  const char* name;
+  const char* signature;
 };
 
 inline constexpr std::size_t kBeanHandlerMethods = 12;
 
 // The constructor and the eleven instance methods, in the order of BeanIntrospector's identifiers.
-extern BeanHandlerMethod const BeanHandlerTable[kBeanHandlerMethods];
+extern const BeanHandlerMethod BeanHandlerTable[kBeanHandlerMethods];
 
 // The native side of the Java class "BeanHandler", which looks at classes and jars by reflection.
 // Owns one Java instance between CreateIntrospector and DestroyIntrospector (the destructor
@@ -27,8 +27,8 @@ extern BeanHandlerMethod const BeanHandlerTable[kBeanHandlerMethods];
 class BeanIntrospector {
  public:
   BeanIntrospector() = default;
-  BeanIntrospector(BeanIntrospector const&) = delete;
-  BeanIntrospector& operator=(BeanIntrospector const&) = delete;
+  BeanIntrospector(const BeanIntrospector&) = delete;
+  BeanIntrospector& operator=(const BeanIntrospector&) = delete;
 
   // Finds the class and its methods and makes the instance. False without an environment, when an
   // instance exists already, or when the class or one of its methods can't be had.
@@ -40,13 +40,13 @@ class BeanIntrospector {
 
   // Examines a jar or directory, or the jar registered for that name, and keeps the bean class
   // names found. False when it can't be examined.
-  bool enumJavaBeans(JNIEnv* env, char const* path);
+  bool enumJavaBeans(JNIEnv* env, const char* path);
   // How many names the last enumJavaBeans found; -1 on failure.
   int getBeanCount(JNIEnv* env);
   // A name by its index from 0, as a local reference; null on failure.
   jstring getBeanName(JNIEnv* env, int index);
   // The index of a name; -1 when it isn't one of them.
-  int getBeanIndex(JNIEnv* env, jstring const& name);
+  int getBeanIndex(JNIEnv* env, const jstring& name);
 
   // The number of property rows; 0 on failure.
   int getPropertyCount(JNIEnv* env, jclass cls);

@@ -17,8 +17,8 @@ bool BeanHandler::CheckSecurity(const char* identity, context::CreateObjectConte
     return true;
   }
   info::SecurityInfo security;
-  Identity const parsed(identity);
-  if (char const* const handlerType = _HandlerInfo.GetHandlerType()) {
+  const Identity parsed(identity);
+  if (const char* const handlerType = _HandlerInfo.GetHandlerType()) {
     security.firstValue = handlerType;
   }
   security.secondValue = parsed.handlerData;
@@ -42,7 +42,7 @@ HandlerStatus BeanHandler::CreateObjectImp(const char* identity,
 
 HandlerStatus BeanHandler::MakeInstance(JNIEnv* env, const char* identity) {
   std::string className = objectIdentity.handlerData;
-  JavaUtf8 const slashName(dotsToSlashes(className.data()));
+  const JavaUtf8 slashName(dotsToSlashes(className.data()));
   if (slashName.Get() == nullptr) {
     return handler_status::kObjectNotMade;
   }
@@ -50,11 +50,11 @@ HandlerStatus BeanHandler::MakeInstance(JNIEnv* env, const char* identity) {
   if (!cls) {
     return handler_status::kObjectNotMade;
   }
-  jmethodID const constructor = FindJavaMethod(env, cls.Get(), "<init>", "()V");
+  const jmethodID constructor = FindJavaMethod(env, cls.Get(), "<init>", "()V");
   if (constructor == nullptr) {
     return handler_status::kObjectNotMade;
   }
-  auto const instance = NewJavaObject(env, cls.Get(), constructor, nullptr);
+  const auto instance = NewJavaObject(env, cls.Get(), constructor, nullptr);
   if (!instance) {
     return handler_status::kObjectNotMade;
   }

@@ -25,17 +25,17 @@ constexpr char kPlatformPackages[] = "java.";
 
 // An entry is a local reference of the conversion's when it is an array, or an object made from
 // text; a primitive value and a handler's global reference must never be deleted.
-bool HoldsLocalReference(type::Object const& param) {
-  TypeDesc const& desc = param.GetMetaItemType();
+bool HoldsLocalReference(const type::Object& param) {
+  const TypeDesc& desc = param.GetMetaItemType();
   if (desc.arrayInfo != nullptr) {
     return true;
   }
-  char const* const name = desc.typeName.getCharPtr();
+  const char* const name = desc.typeName.getCharPtr();
   return name != nullptr && FindTextClass(name) != nullptr;
 }
 
 // "<init>" would run a constructor on an instance that exists.
-bool IsMethodName(char const* name) { return name != nullptr && *name != '<'; }
+bool IsMethodName(const char* name) { return name != nullptr && *name != '<'; }
 
 }  // namespace
 
@@ -45,7 +45,7 @@ jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method,
     result.l = env->CallObjectMethodA(object, method, args);
     return result;
   }
-  if (JavaPrimitive const* const primitive = FindPrimitive(number)) {
+  if (const JavaPrimitive* const primitive = FindPrimitive(number)) {
     return primitive->call(env, object, method, args);
   }
   jvalue none;
@@ -56,13 +56,13 @@ jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method,
 // The converted parameters, and the local references among them until the scope ends.
 class CBeanMethodInvoke::Arguments {
  public:
-  Arguments(JNIEnv* env, std::list<type::Object*> const& params)
+  Arguments(JNIEnv* env, const std::list<type::Object*>& params)
       : env(env), params(params), values(std::make_unique<jvalue[]>(params.size())) {}
-  Arguments(Arguments const&) = delete;
-  Arguments& operator=(Arguments const&) = delete;
+  Arguments(const Arguments&) = delete;
+  Arguments& operator=(const Arguments&) = delete;
   ~Arguments() {
-    jvalue const* value = values.get();
-    for (type::Object const* param : params) {
+    const jvalue* value = values.get();
+    for (const type::Object* param : params) {
       if (param != nullptr && HoldsLocalReference(*param)) {
         LocalRef<jobject>::Adopt(env, value->l).Reset();
       }
@@ -75,7 +75,7 @@ class CBeanMethodInvoke::Arguments {
     if (params.size() <= kSureLocalReferences) {
       return true;
     }
-    bool const isReserved =
+    const bool isReserved =
         env->EnsureLocalCapacity(static_cast<jint>(params.size() + kSureLocalReferences)) == JNI_OK;
     return !bean::IsJavaExceptionHappened(env, nullptr) && isReserved;
   }
@@ -85,11 +85,11 @@ class CBeanMethodInvoke::Arguments {
 
  private:
   JNIEnv* env;
-  std::list<type::Object*> const& params;
+  const std::list<type::Object*>& params;
   std::unique_ptr<jvalue[]> values;
 };
 
-CBeanMethodInvoke::CBeanMethodInvoke(WideString const& id, JNIEnv* env, jobject object, bool parse)
+CBeanMethodInvoke::CBeanMethodInvoke(const WideString& id, JNIEnv* env, jobject object, bool parse)
     : env(env), object(object) {
   if (env != nullptr && parse && id.getWCharPtr() != nullptr) {
     ParseMethodID(id, methodName, methodType, false);
@@ -103,7 +103,7 @@ HandlerStatus CBeanMethodInvoke::PrepareMethodCall(std::list<type::Object*>& par
   return handler_status::kSuccess;
 }
 
-HandlerStatus CBeanMethodInvoke::SetReturnDataType(TypeDesc const& type) {
+HandlerStatus CBeanMethodInvoke::SetReturnDataType(const TypeDesc& type) {
   returnType = type;
   return handler_status::kSuccess;
 }
@@ -133,7 +133,7 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
   }
   WideString exceptionText;
   type::Object* made = nullptr;
-  bool const isDone = Call(bareName, signature, returnNumber, arguments, &made, exceptionText);
+  const bool isDone = Call(bareName, signature, returnNumber, arguments, &made, exceptionText);
   ItemPtr item(made);
   if (isDone) {
     status.description.assign(L"JavaBean method call successful");
@@ -154,7 +154,7 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
   return handler_status::kCallFailed;
 }
 
-bool CBeanMethodInvoke::Call(WideString const& bareName, WideString const& signature,
+bool CBeanMethodInvoke::Call(const WideString& bareName, const WideString& signature,
                              int returnNumber, Arguments& arguments, type::Object** result,
                              WideString& exceptionText) {
   // The host may have released the instance since the call was opened.
@@ -165,20 +165,20 @@ bool CBeanMethodInvoke::Call(WideString const& bareName, WideString const& signa
   if (bean::IsJavaExceptionHappened(env, nullptr) || !cls) {
     return false;
   }
-  JavaUtf8 const name(bareName.getCharPtr());
-  JavaUtf8 const code(signature.getCharPtr());
+  const JavaUtf8 name(bareName.getCharPtr());
+  const JavaUtf8 code(signature.getCharPtr());
   if (!IsMethodName(name.Get()) || !HasWholeNarrowForm(methodName) || code.Get() == nullptr ||
       !HasWholeNarrowForm(signature)) {
     return false;
   }
-  jmethodID const method = FindJavaMethod(env, cls.Get(), name.Get(), code.Get());
+  const jmethodID method = FindJavaMethod(env, cls.Get(), name.Get(), code.Get());
   cls.Reset();
   if (method == nullptr || !ArgumentsFit(arguments.Get())) {
     return false;
   }
-  jvalue const value = callJavaMethod(returnNumber, env, object, method, arguments.Get());
-  bool const hasThrown = bean::IsJavaExceptionHappened(env, &exceptionText);
-  auto const reference = LocalRef<jobject>::Adopt(
+  const jvalue value = callJavaMethod(returnNumber, env, object, method, arguments.Get());
+  const bool hasThrown = bean::IsJavaExceptionHappened(env, &exceptionText);
+  const auto reference = LocalRef<jobject>::Adopt(
       env, returnNumber == kReferenceNumber ? value.l : static_cast<jobject>(nullptr));
   if (hasThrown) {
     return false;
@@ -187,12 +187,12 @@ bool CBeanMethodInvoke::Call(WideString const& bareName, WideString const& signa
   return TranslateJavaResult(value, result, returnNumber);
 }
 
-bool CBeanMethodInvoke::ArgumentsFit(jvalue const* values) {
-  for (type::Object const* param : params) {
-    jobject const argument = values->l;
+bool CBeanMethodInvoke::ArgumentsFit(const jvalue* values) {
+  for (const type::Object* param : params) {
+    const jobject argument = values->l;
     ++values;
-    TypeDesc const& desc = param->GetMetaItemType();
-    bool const isPrimitive =
+    const TypeDesc& desc = param->GetMetaItemType();
+    const bool isPrimitive =
         desc.arrayInfo == nullptr && FindPrimitive(desc.typeName.getWCharPtr()) != nullptr;
     if (!isPrimitive && argument != nullptr && !ArgumentFits(*param, argument)) {
       return false;
@@ -201,8 +201,8 @@ bool CBeanMethodInvoke::ArgumentsFit(jvalue const* values) {
   return true;
 }
 
-bool CBeanMethodInvoke::ArgumentFits(type::Object const& param, jobject argument) {
-  TypeDesc const& desc = param.GetMetaItemType();
+bool CBeanMethodInvoke::ArgumentFits(const type::Object& param, jobject argument) {
+  const TypeDesc& desc = param.GetMetaItemType();
   WideString elementName;
   std::string name;
   if (desc.arrayInfo == nullptr) {
@@ -214,14 +214,14 @@ bool CBeanMethodInvoke::ArgumentFits(type::Object const& param, jobject argument
     }
     name.append(desc.arrayInfo->dimensions.size(), '[').append("L");
   }
-  char const* const narrow = elementName.getCharPtr();
+  const char* const narrow = elementName.getCharPtr();
   if (narrow == nullptr) {
     return false;
   }
   if (std::strcmp(narrow, kRootClass) == 0 || FindTextClass(narrow) != nullptr) {
     return true;
   }
-  bool const isPlatformClass =
+  const bool isPlatformClass =
       std::strncmp(narrow, kPlatformPackages, std::strlen(kPlatformPackages)) == 0;
   name += narrow;
   if (desc.arrayInfo != nullptr) {
@@ -232,11 +232,11 @@ bool CBeanMethodInvoke::ArgumentFits(type::Object const& param, jobject argument
   } else {
     std::replace(name.begin(), name.end(), '/', '.');
   }
-  JavaUtf8 const text(name.c_str());
+  const JavaUtf8 text(name.c_str());
   if (text.Get() == nullptr) {
     return false;
   }
-  auto const cls = isPlatformClass ? FindJavaClass(env, text.Get())
+  const auto cls = isPlatformClass ? FindJavaClass(env, text.Get())
                                    : FindJavaClassSeenBy(env, object, text.Get());
   return cls && env->IsInstanceOf(argument, cls.Get()) == JNI_TRUE;
 }

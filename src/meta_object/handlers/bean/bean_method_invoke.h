@@ -32,15 +32,15 @@ class CBeanMethodInvoke {
  public:
   // Keeps the environment (may be null: then every invocation fails) and the instance, which stay
   // the caller's. The identifier is taken apart only when `parse` is true.
-  CBeanMethodInvoke(WideString const& id, JNIEnv* env, jobject object, bool parse);
-  CBeanMethodInvoke(CBeanMethodInvoke const&) = delete;
-  CBeanMethodInvoke& operator=(CBeanMethodInvoke const&) = delete;
+  CBeanMethodInvoke(const WideString& id, JNIEnv* env, jobject object, bool parse);
+  CBeanMethodInvoke(const CBeanMethodInvoke&) = delete;
+  CBeanMethodInvoke& operator=(const CBeanMethodInvoke&) = delete;
   virtual ~CBeanMethodInvoke();
 
   // Appends parameters; they stay the host's and must outlive the call. Always 0.
   virtual HandlerStatus PrepareMethodCall(std::list<type::Object*>& params);
   // The type that the method returns; void until this is called. Always 0.
-  virtual HandlerStatus SetReturnDataType(TypeDesc const& type);
+  virtual HandlerStatus SetReturnDataType(const TypeDesc& type);
   // Calls the method. 0 with a result (null for none) that the caller owns; 7 otherwise, `status`
   // then left alone when nothing reached the VM. `result` may be null: the result is dropped.
   virtual HandlerStatus InvokeMethod(MethodInvokeStatus& status, type::Object** result);
@@ -84,7 +84,7 @@ class CBeanMethodInvoke {
   // A new, empty value of the described type; for an object one that has taken over `object`, a
   // global reference. Null for a type without values, or when the object can't be bound: `object`
   // then stays the caller's.
-  type::Object* CreateItem(TypeDesc const& desc, jobject object) const;
+  type::Object* CreateItem(const TypeDesc& desc, jobject object) const;
   // Fills `*result`, an array value, or a new one when it is null, from a Java array. False, with
   // no new value, for an empty array or one of another shape.
   bool JavaArray2Native(jarray array, WideString& typeName, type::Object** result);
@@ -95,20 +95,20 @@ class CBeanMethodInvoke {
 
   // The call itself, once the arguments are there. True with `result`; false with the exception's
   // text, empty where there was none.
-  bool Call(WideString const& bareName, WideString const& signature, int returnNumber,
+  bool Call(const WideString& bareName, const WideString& signature, int returnNumber,
             Arguments& arguments, type::Object** result, WideString& exceptionText);
   // Is every object among the arguments an instance of its parameter's class, as the receiver's
   // class loader sees it? The VM trusts its caller here, so a wrong object would corrupt memory.
-  bool ArgumentsFit(jvalue const* values);
-  bool ArgumentFits(type::Object const& param, jobject argument);
+  bool ArgumentsFit(const jvalue* values);
+  bool ArgumentFits(const type::Object& param, jobject argument);
   // The result's type name without what stands before its last blank.
   WideString ReturnTypeName() const;
 
-  bool ProcessParamArray(type::Array& array, TypeDesc const& desc, WideString& typeName,
+  bool ProcessParamArray(type::Array& array, const TypeDesc& desc, WideString& typeName,
                          WideString& valueText, jvalue* value, WideString& signature, int& number);
   // A new Java object array; null when an element can't be converted.
   jobjectArray CreateObjectArray(type::Array& array, unsigned int count, WideString& typeName);
-  LocalRef<jobject> CreateElement(type::Object const& item, WideString& typeName);
+  LocalRef<jobject> CreateElement(const type::Object& item, WideString& typeName);
   jobject CreateTextObject(jclass cls, bool isCharacter, WideString& typeName,
                            WideString& valueText);
 

@@ -19,7 +19,7 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-char const* const ClassPathFile = "beanpaths.ini";
+const char* const ClassPathFile = "beanpaths.ini";
 
 namespace {
 
@@ -32,8 +32,8 @@ struct CloseStream {
 };
 using Stream = std::unique_ptr<std::FILE, CloseStream>;
 
-Stream OpenForReading(std::string const& name) {
-  int const descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+Stream OpenForReading(const std::string& name) {
+  const int descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor == -1) {
     return nullptr;
   }
@@ -61,12 +61,12 @@ std::string MakeClassPathFileName() {
 class JavaSide {
  public:
   explicit JavaSide(JNIEnv* env) : isThere(introspector.CreateIntrospector(env)), env(env) {}
-  JavaSide(JavaSide const&) = delete;
-  JavaSide& operator=(JavaSide const&) = delete;
+  JavaSide(const JavaSide&) = delete;
+  JavaSide& operator=(const JavaSide&) = delete;
   ~JavaSide() { introspector.DestroyIntrospector(env); }
 
   BeanIntrospector introspector;
-  bool const isThere;
+  const bool isThere;
 
  private:
   JNIEnv* env;
@@ -74,8 +74,8 @@ class JavaSide {
 
 // The bytes of the name at that position, terminated; null when they can't be had.
 std::unique_ptr<char[]> CopyBeanName(JNIEnv* env, BeanIntrospector& introspector, int index) {
-  auto const name = LocalRef<jstring>::Adopt(env, introspector.getBeanName(env, index));
-  UtfChars const chars(env, name.Get());
+  const auto name = LocalRef<jstring>::Adopt(env, introspector.getBeanName(env, index));
+  const UtfChars chars(env, name.Get());
   if (IsJavaExceptionHappened(env, nullptr) || chars.Get() == nullptr) {
     return nullptr;
   }
@@ -99,12 +99,12 @@ void getPathFromFile(std::string& classPath) {
   getPathFromFile(name, classPath);
 }
 
-void getPathFromFile(std::string const& fileName, std::string& classPath) {
+void getPathFromFile(const std::string& fileName, std::string& classPath) {
   // A thread's type-1 hold would join another's; the file is read by one at a time.
-  MutexLock const turn(classPathTurn);
-  UGuardLock const hold(_mutexClassPathFile, UGuard::LockType1);
+  const MutexLock turn(classPathTurn);
+  const UGuardLock hold(_mutexClassPathFile, UGuard::LockType1);
   bool separate = classPath.empty() || classPath.back() != kSeparator;
-  Stream const stream = OpenForReading(fileName);
+  const Stream stream = OpenForReading(fileName);
   if (stream == nullptr) {
     return;
   }
@@ -131,8 +131,8 @@ bool GetClassPath(std::string& classPath) {
   return GetClassPath(name, classPath);
 }
 
-bool GetClassPath(std::string const& fileName, std::string& classPath) {
-  char const* const variable = std::getenv("CLASSPATH");
+bool GetClassPath(const std::string& fileName, std::string& classPath) {
+  const char* const variable = std::getenv("CLASSPATH");
   if (variable == nullptr) {
     return false;
   }
@@ -144,7 +144,7 @@ bool GetClassPath(std::string const& fileName, std::string& classPath) {
 }
 
 bool NotFoundPathInClassPath() {
-  std::unique_ptr<std::set<std::string>> const paths(getPaths());
+  const std::unique_ptr<std::set<std::string>> paths(getPaths());
   if (paths->empty()) {
     return false;
   }
@@ -152,19 +152,19 @@ bool NotFoundPathInClassPath() {
   if (!GetClassPath(classPath)) {
     return true;
   }
-  return std::any_of(paths->begin(), paths->end(), [&classPath](std::string const& path) {
+  return std::any_of(paths->begin(), paths->end(), [&classPath](const std::string& path) {
     return classPath.find(path) == std::string::npos;
   });
 }
 
 int AddPath2ClassPath() { return 0; }
 
-int GetBeanNames(JNIEnv* env, char const* jarPath, std::list<char*>& names) {
+int GetBeanNames(JNIEnv* env, const char* jarPath, std::list<char*>& names) {
   JavaSide java(env);
   if (!java.isThere || !java.introspector.enumJavaBeans(env, jarPath)) {
     return 0;
   }
-  int const count = java.introspector.getBeanCount(env);
+  const int count = java.introspector.getBeanCount(env);
   for (int i = 0; i < count; ++i) {
     auto name = CopyBeanName(env, java.introspector, i);
     if (name == nullptr) {
@@ -176,6 +176,6 @@ int GetBeanNames(JNIEnv* env, char const* jarPath, std::list<char*>& names) {
   return std::max(count, 0);
 }
 
-int GetDisplayName(char const*, char const*, char*, int) { return 1; }
+int GetDisplayName(const char*, const char*, char*, int) { return 1; }
 
 }  // namespace quenlatrix::meta_object::handlers::bean

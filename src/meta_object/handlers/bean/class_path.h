@@ -13,7 +13,7 @@ namespace quenlatrix::meta_object::handlers::bean {
 // bytes is read in pieces, each an entry of its own.
 
 // The file's name without its directory.
-extern char const* const ClassPathFile;
+extern const char* const ClassPathFile;
 
 // The file's full name, or the bare name when the plug-in's directory isn't known. Always true. It
 // is computed at the first call, which InitHandler must precede.
@@ -28,8 +28,8 @@ void getPathFromFile(std::string& classPath);
 bool GetClassPath(std::string& classPath);
 
 // The same two with a file of the caller's choice.
-void getPathFromFile(std::string const& fileName, std::string& classPath);
-bool GetClassPath(std::string const& fileName, std::string& classPath);
+void getPathFromFile(const std::string& fileName, std::string& classPath);
+bool GetClassPath(const std::string& fileName, std::string& classPath);
 
 // Is the path of a marked jar nowhere in the class path? Looked for as a part of the whole text.
 bool NotFoundPathInClassPath();
@@ -40,9 +40,9 @@ int AddPath2ClassPath();
 // Appends the names of the bean classes in a jar or directory, each a new `char[]` that the caller
 // deletes; gives their count, 0 when it can't be examined. Names are modified UTF-8. A name that
 // can't be had ends the list and is counted.
-int GetBeanNames(JNIEnv* env, char const* jarPath, std::list<char*>& names);
+int GetBeanNames(JNIEnv* env, const char* jarPath, std::list<char*>& names);
 
 // Accepted and without effect: 1.
-int GetDisplayName(char const* jarPath, char const* beanName, char* displayName, int size);
+int GetDisplayName(const char* jarPath, const char* beanName, char* displayName, int size);
 
 }  // namespace quenlatrix::meta_object::handlers::bean

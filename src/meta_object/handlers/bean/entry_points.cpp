@@ -58,9 +58,9 @@ extern "C" {
 
 // The plug-in alone carries the plain name: defined by its linker name, so that neither this file
 // nor any other calls it instead of the C library's.
-[[gnu::visibility("default")]] long ExportedWcstol(wchar_t const* text, wchar_t** end,
+[[gnu::visibility("default")]] long ExportedWcstol(const wchar_t* text, wchar_t** end,
                                                    int base) __asm__("wcstol");
-[[gnu::visibility("default")]] long ExportedWcstol(wchar_t const* text, wchar_t** end, int base) {
+[[gnu::visibility("default")]] long ExportedWcstol(const wchar_t* text, wchar_t** end, int base) {
   return quenlatrix::text::wcstol(text, end, base);
 }
 }

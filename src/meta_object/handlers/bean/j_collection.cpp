@@ -35,7 +35,7 @@ bool JCollection::getIterator() {
 }
 
 bool JCollection::FindIterator() {
-  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(collection));
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(collection));
   if (!cls) {
     return false;
   }
@@ -47,7 +47,7 @@ bool JCollection::FindIterator() {
   if (sizeMethod == nullptr) {
     return false;
   }
-  auto const made =
+  const auto made =
       LocalRef<jobject>::Adopt(env, env->CallObjectMethod(collection, iteratorMethod));
   if (IsJavaExceptionHappened(env, nullptr) || !made) {
     return false;
@@ -56,7 +56,7 @@ bool JCollection::FindIterator() {
   if (IsJavaExceptionHappened(env, nullptr) || iterator == nullptr) {
     return false;
   }
-  auto const iteratorClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(iterator));
+  const auto iteratorClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(iterator));
   if (!iteratorClass) {
     return false;
   }
@@ -100,7 +100,7 @@ bool JCollection::Next(int, std::list<jobject>& objects, std::list<ZuText>& type
     }
     object.Reset();
     auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(reference.Get()));
-    bool const isKnown = typeClass && env->IsSameObject(cls.Get(), typeClass.Get()) == JNI_TRUE;
+    const bool isKnown = typeClass && env->IsSameObject(cls.Get(), typeClass.Get()) == JNI_TRUE;
     if (!isKnown && !GetObjectType(env, reference.Get(), type, introspector)) {
       return false;
     }
@@ -123,17 +123,17 @@ bool JCollection::GetObjectType(JNIEnv* env, jobject object, ZuText& type,
   if (env == nullptr || object == nullptr) {
     return false;
   }
-  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
-  auto const name = LocalRef<jstring>::Adopt(env, introspector.getClassName(env, cls.Get()));
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
+  const auto name = LocalRef<jstring>::Adopt(env, introspector.getClassName(env, cls.Get()));
   if (!name) {
     IsJavaExceptionHappened(env, nullptr);
     return false;
   }
-  auto const length = static_cast<unsigned long>(env->GetStringUTFLength(name.Get()));
+  const auto length = static_cast<unsigned long>(env->GetStringUTFLength(name.Get()));
   if (length == 0) {
     return false;
   }
-  UtfChars const chars(env, name.Get());
+  const UtfChars chars(env, name.Get());
   if (chars.Get() == nullptr) {
     IsJavaExceptionHappened(env, nullptr);
     return false;
@@ -149,7 +149,7 @@ bool JCollection::Skip(int count) {
   bool has = false;
   HasNext(has);
   for (int skipped = 0; skipped < count && has; ++skipped) {
-    auto const object = LocalRef<jobject>::Adopt(env, env->CallObjectMethod(iterator, nextMethod));
+    const auto object = LocalRef<jobject>::Adopt(env, env->CallObjectMethod(iterator, nextMethod));
     IsJavaExceptionHappened(env, nullptr);
     if (!object) {
       return true;
@@ -163,7 +163,7 @@ int JCollection::GetSize() {
   if (env == nullptr || sizeMethod == nullptr || !liveReferences.Contains(collection)) {
     return 0;
   }
-  int const size = env->CallIntMethod(collection, sizeMethod);
+  const int size = env->CallIntMethod(collection, sizeMethod);
   return IsJavaExceptionHappened(env, nullptr) ? 0 : size;
 }
 

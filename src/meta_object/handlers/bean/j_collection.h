@@ -14,8 +14,8 @@ namespace quenlatrix::meta_object::handlers::bean {
 class JCollection {
  public:
   JCollection() = default;
-  JCollection(JCollection const&) = delete;
-  JCollection& operator=(JCollection const&) = delete;
+  JCollection(const JCollection&) = delete;
+  JCollection& operator=(const JCollection&) = delete;
   virtual ~JCollection();
 
   // Takes the collection, which stays the caller's, and gets its iterator. False when either is

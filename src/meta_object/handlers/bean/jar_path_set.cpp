@@ -17,7 +17,7 @@ void JarPathBeanSet::Add(JarPathBean entry) {
   beans.insert(std::move(entry));
 }
 
-std::string JarPathBeanSet::FindJarPath(std::string const& beanName) const {
+std::string JarPathBeanSet::FindJarPath(const std::string& beanName) const {
   JarPathBean wanted;
   wanted.beanName = beanName;
   const MutexLock lock(mutex);
@@ -48,7 +48,7 @@ void addJarPath(std::string& jarPath, std::string& beanName) {
   _JarPathBeanSet.Add(std::move(bean));
 }
 
-std::string getJarPath(std::string const& beanName) {
+std::string getJarPath(const std::string& beanName) {
   return _JarPathBeanSet.FindJarPath(beanName);
 }
 
@@ -64,7 +64,7 @@ void remove_unmarked() {}
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-bool IsValidBeanName(char const* identity) {
+bool IsValidBeanName(const char* identity) {
   return !getJarPath(Identity(identity).handlerData).empty();
 }
 

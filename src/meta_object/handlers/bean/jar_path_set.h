@@ -32,7 +32,7 @@ class JarPathBeanSet {
   // Adds the entry, unless there is one with its bean name: that one stays as it is.
   void Add(JarPathBean entry);
   // The jar path of the bean, empty when the bean is unknown.
-  std::string FindJarPath(std::string const& beanName) const;
+  std::string FindJarPath(const std::string& beanName) const;
   // The jar paths of all marked entries.
   std::set<std::string> MarkedPaths() const;
   void Clear();
@@ -50,7 +50,7 @@ extern JarPathBeanSet _JarPathBeanSet;
 void addJarPath(std::string& jarPath, std::string& beanName);
 
 // The jar path of the bean, empty when the bean is unknown.
-std::string getJarPath(std::string const& beanName);
+std::string getJarPath(const std::string& beanName);
 
 // The jar paths of all marked entries, as a new set that the caller deletes.
 std::set<std::string>* getPaths();
@@ -65,6 +65,6 @@ void remove_unmarked();
 namespace quenlatrix::meta_object::handlers::bean {
 
 // Whether a jar path, not an empty one, is recorded for the class that the identity text names.
-bool IsValidBeanName(char const* identity);
+bool IsValidBeanName(const char* identity);
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -19,28 +19,28 @@ namespace quenlatrix::meta_object::handlers::bean {
 template <class Value>
 class ElementCast {
  public:
-  Value const* operator()(type::Object const* element) {
+  const Value* operator()(const type::Object* element) {
     if (element == nullptr) {
       return nullptr;
     }
-    std::type_info const& type = typeid(*element);
+    const std::type_info& type = typeid(*element);
     if (&type != known) {
-      if (dynamic_cast<Value const*>(element) == nullptr) {
+      if (dynamic_cast<const Value*>(element) == nullptr) {
         return nullptr;
       }
       known = &type;
     }
-    return static_cast<Value const*>(element);
+    return static_cast<const Value*>(element);
   }
 
  private:
-  std::type_info const* known = nullptr;
+  const std::type_info* known = nullptr;
 };
 
 // What a Java array of T takes from an element. Integers go in with their low 32 bits at most, a
 // long's too.
 template <class T>
-T ToElement(type::Int const& value) {
+T ToElement(const type::Int& value) {
   if constexpr (std::is_same_v<T, jlong>) {
     return static_cast<jint>(value.GetValue());
   } else {
@@ -48,15 +48,15 @@ T ToElement(type::Int const& value) {
   }
 }
 template <class T>
-T ToElement(type::Real const& value) {
+T ToElement(const type::Real& value) {
   return static_cast<T>(value.GetValue());
 }
 template <class T>
-T ToElement(type::Char const& value) {
+T ToElement(const type::Char& value) {
   return static_cast<T>(value.GetValue());
 }
 template <class T>
-T ToElement(type::Bool const& value) {
+T ToElement(const type::Bool& value) {
   return value.GetValue() ? T{1} : T{0};
 }
 
@@ -85,10 +85,10 @@ template <class T, class JArray, class Value>
 JArray CreateJavaArray(JNIEnv* env, unsigned int count, type::Array* array,
                        void (JNIEnv_::*setRegion)(JArray, jsize, jsize, T const*),
                        JArray (JNIEnv_::*newArray)(jsize)) {
-  auto const buffer = std::make_unique_for_overwrite<T[]>(count);
+  const auto buffer = std::make_unique_for_overwrite<T[]>(count);
   ElementCast<Value> cast;
   for (unsigned int i = 0; i < count; ++i) {
-    Value const* const element = cast(array->GetItemAt(i));
+    const Value* const element = cast(array->GetItemAt(i));
     if (element == nullptr) {
       return nullptr;
     }
@@ -109,7 +109,7 @@ bool CopyJavaArray(JNIEnv* env, JArray array, unsigned int count, type::Array* t
   if (env == nullptr || target == nullptr || getRegion == nullptr) {
     return false;
   }
-  auto const buffer = std::make_unique_for_overwrite<T[]>(count);
+  const auto buffer = std::make_unique_for_overwrite<T[]>(count);
   (env->*getRegion)(array, 0, static_cast<jsize>(count), buffer.get());
   if (IsJavaExceptionHappened(env, nullptr)) {
     return false;

@@ -10,12 +10,12 @@ namespace {
 // A toString() that throws in its turn leaves `text` with its prefix; what it threw is dropped.
 void DescribeException(JNIEnv* env, jthrowable exception, WideString& text) {
   text.assign(L"Java Exception: ");
-  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(exception));
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(exception));
   if (!cls) {
     return;
   }
-  if (jmethodID const toString = env->GetMethodID(cls.Get(), "toString", "()Ljava/lang/String;")) {
-    auto const description =
+  if (const jmethodID toString = env->GetMethodID(cls.Get(), "toString", "()Ljava/lang/String;")) {
+    const auto description =
         LocalRef<jstring>::Adopt(env, env->CallObjectMethod(exception, toString));
     if (!env->ExceptionCheck() && description) {
       AppendJavaText(env, description.Get(), text);
@@ -32,7 +32,7 @@ bool IsJavaExceptionHappened(JNIEnv* env, WideString* text) {
   if (env == nullptr) {
     return false;
   }
-  auto const exception = LocalRef<jthrowable>::Adopt(env, env->ExceptionOccurred());
+  const auto exception = LocalRef<jthrowable>::Adopt(env, env->ExceptionOccurred());
   if (!exception) {
     return false;
   }

@@ -31,7 +31,7 @@ LocalRef<T> CheckedResult(JNIEnv* env, jobject result) {
 
 }  // namespace
 
-LocalRef<jclass> FindJavaClass(JNIEnv* env, char const* slashName) {
+LocalRef<jclass> FindJavaClass(JNIEnv* env, const char* slashName) {
   // Some VMs take the signature form for the class itself, which would be a second name for it.
   std::size_t const length = std::strlen(slashName);
   if (length > 0 && slashName[0] == 'L' && slashName[length - 1] == ';') {
@@ -40,30 +40,30 @@ LocalRef<jclass> FindJavaClass(JNIEnv* env, char const* slashName) {
   return CheckedResult<jclass>(env, env->FindClass(slashName));
 }
 
-jmethodID FindJavaMethod(JNIEnv* env, jclass cls, char const* name, char const* signature) {
+jmethodID FindJavaMethod(JNIEnv* env, jclass cls, const char* name, const char* signature) {
   return Checked(env, env->GetMethodID(cls, name, signature));
 }
 
-jmethodID FindJavaStaticMethod(JNIEnv* env, jclass cls, char const* name, char const* signature) {
+jmethodID FindJavaStaticMethod(JNIEnv* env, jclass cls, const char* name, const char* signature) {
   return Checked(env, env->GetStaticMethodID(cls, name, signature));
 }
 
-LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, char const* dottedName) {
-  auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(receiver));
-  auto const classClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(cls.Get()));
-  jmethodID const getClassLoader =
+LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, const char* dottedName) {
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(receiver));
+  const auto classClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(cls.Get()));
+  const jmethodID getClassLoader =
       FindJavaMethod(env, classClass.Get(), "getClassLoader", "()Ljava/lang/ClassLoader;");
-  jmethodID const forName =
+  const jmethodID forName =
       FindJavaStaticMethod(env, classClass.Get(), "forName",
                            "(Ljava/lang/String;ZLjava/lang/ClassLoader;)Ljava/lang/Class;");
   if (getClassLoader == nullptr || forName == nullptr) {
     return {};
   }
-  auto const name = CheckedResult<jstring>(env, env->NewStringUTF(dottedName));
+  const auto name = CheckedResult<jstring>(env, env->NewStringUTF(dottedName));
   if (!name) {
     return {};
   }
-  auto const loader =
+  const auto loader =
       LocalRef<jobject>::Adopt(env, env->CallObjectMethod(cls.Get(), getClassLoader));
   if (IsJavaExceptionHappened(env, nullptr)) {
     return {};
@@ -74,15 +74,15 @@ LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, char const* 
 }
 
 LocalRef<jobject> NewJavaObject(JNIEnv* env, jclass cls, jmethodID constructor,
-                                jvalue const* arguments) {
+                                const jvalue* arguments) {
   // A VM may keep a local reference to an object whose constructor threw without handing it out.
   LocalFrame frame(env, kObjectFrameCapacity);
   if (!frame) {
     IsJavaExceptionHappened(env, nullptr);
     return {};
   }
-  jobject const made = env->NewObjectA(cls, constructor, arguments);
-  bool const hasThrown = IsJavaExceptionHappened(env, nullptr);
+  const jobject made = env->NewObjectA(cls, constructor, arguments);
+  const bool hasThrown = IsJavaExceptionHappened(env, nullptr);
   return LocalRef<jobject>::Adopt(env, frame.Pop(hasThrown ? nullptr : made));
 }
 

@@ -24,8 +24,8 @@ class LocalRef {
     }
     return *this;
   }
-  LocalRef(LocalRef const&) = delete;
-  LocalRef& operator=(LocalRef const&) = delete;
+  LocalRef(const LocalRef&) = delete;
+  LocalRef& operator=(const LocalRef&) = delete;
   ~LocalRef() { Reset(); }
 
   // Takes over a local reference that a JNI call returned; null is fine.
@@ -68,8 +68,8 @@ class GlobalRef {
     }
     return *this;
   }
-  GlobalRef(GlobalRef const&) = delete;
-  GlobalRef& operator=(GlobalRef const&) = delete;
+  GlobalRef(const GlobalRef&) = delete;
+  GlobalRef& operator=(const GlobalRef&) = delete;
   ~GlobalRef() { Reset(); }
 
   // Makes a new global reference to what `ref` refers to; null when the VM refuses.
@@ -106,8 +106,8 @@ class LocalFrame {
  public:
   LocalFrame(JNIEnv* env, jint capacity)
       : env(env), pushed(env->PushLocalFrame(capacity) == JNI_OK) {}
-  LocalFrame(LocalFrame const&) = delete;
-  LocalFrame& operator=(LocalFrame const&) = delete;
+  LocalFrame(const LocalFrame&) = delete;
+  LocalFrame& operator=(const LocalFrame&) = delete;
   ~LocalFrame() {
     if (pushed) {
       env->PopLocalFrame(nullptr);
@@ -135,8 +135,8 @@ class UtfChars {
       chars = env->GetStringUTFChars(text, &isCopy);
     }
   }
-  UtfChars(UtfChars const&) = delete;
-  UtfChars& operator=(UtfChars const&) = delete;
+  UtfChars(const UtfChars&) = delete;
+  UtfChars& operator=(const UtfChars&) = delete;
   ~UtfChars() {
     if (chars != nullptr) {
       env->ReleaseStringUTFChars(text, chars);
@@ -144,12 +144,12 @@ class UtfChars {
   }
 
   // Null for a null string, or when the VM had no memory for the copy.
-  char const* Get() const { return chars; }
+  const char* Get() const { return chars; }
 
  private:
   JNIEnv* env;
   jstring text;
-  char const* chars = nullptr;
+  const char* chars = nullptr;
 };
 
 // The elements of an int array, read only: nothing is copied back.
@@ -157,8 +157,8 @@ class IntElements {
  public:
   IntElements(JNIEnv* env, jintArray array)
       : env(env), array(array), elements(env->GetIntArrayElements(array, nullptr)) {}
-  IntElements(IntElements const&) = delete;
-  IntElements& operator=(IntElements const&) = delete;
+  IntElements(const IntElements&) = delete;
+  IntElements& operator=(const IntElements&) = delete;
   ~IntElements() {
     if (elements != nullptr) {
       env->ReleaseIntArrayElements(array, elements, JNI_ABORT);
@@ -166,7 +166,7 @@ class IntElements {
   }
 
   // Null when the VM gave none.
-  jint const* Get() const { return elements; }
+  const jint* Get() const { return elements; }
 
  private:
   JNIEnv* env;

@@ -13,7 +13,7 @@ namespace {
 constexpr char32_t kFirstSupplementary = 0x10000;
 constexpr char32_t kLastCharacter = 0x10FFFF;
 
-bool IsAscii(char const* text) {
+bool IsAscii(const char* text) {
   return std::none_of(text, text + std::strlen(text),
                       [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }
@@ -39,15 +39,15 @@ void AppendEncoded(char32_t c, std::string& out) {
 }
 
 // The continuation bits of a byte, or nothing when it continues no character.
-bool TakeContinuation(char const* text, char32_t& unit) {
-  auto const byte = static_cast<unsigned char>(*text);
+bool TakeContinuation(const char* text, char32_t& unit) {
+  const auto byte = static_cast<unsigned char>(*text);
   unit = (unit << 6) | (byte & 0x3FU);
   return (byte & 0xC0) == 0x80;
 }
 
 // Reads one UTF-16 unit and steps over its bytes.
-char32_t TakeUnit(char const*& text) {
-  auto const first = static_cast<unsigned char>(*text++);
+char32_t TakeUnit(const char*& text) {
+  const auto first = static_cast<unsigned char>(*text++);
   if ((first & 0xE0) == 0xC0) {
     char32_t unit = first & 0x1FU;
     if (TakeContinuation(text, unit)) {
@@ -64,13 +64,13 @@ char32_t TakeUnit(char const*& text) {
   return first;
 }
 
-char32_t TakeCharacter(char const*& text) {
-  char32_t const high = TakeUnit(text);
+char32_t TakeCharacter(const char*& text) {
+  const char32_t high = TakeUnit(text);
   if (high < 0xD800 || high > 0xDBFF || *text == '\0') {
     return high;
   }
-  char const* next = text;
-  char32_t const low = TakeUnit(next);
+  const char* next = text;
+  const char32_t low = TakeUnit(next);
   if (low < 0xDC00 || low > 0xDFFF) {
     return high;
   }
@@ -80,7 +80,7 @@ char32_t TakeCharacter(char const*& text) {
 
 }  // namespace
 
-JavaUtf8::JavaUtf8(char const* narrow) : text(narrow) {
+JavaUtf8::JavaUtf8(const char* narrow) : text(narrow) {
   if (narrow == nullptr || IsAscii(narrow)) {
     return;
   }
@@ -91,7 +91,7 @@ JavaUtf8::JavaUtf8(char const* narrow) : text(narrow) {
     return;
   }
   for (std::size_t i = 0; i < length; ++i) {
-    auto const c = static_cast<char32_t>(wide[i]);
+    const auto c = static_cast<char32_t>(wide[i]);
     if (c > kLastCharacter) {
       return;
     }
@@ -100,8 +100,8 @@ JavaUtf8::JavaUtf8(char const* narrow) : text(narrow) {
   text = encoded.c_str();
 }
 
-LocalRef<jstring> NewJavaText(JNIEnv* env, char const* narrow) {
-  JavaUtf8 const text(narrow);
+LocalRef<jstring> NewJavaText(JNIEnv* env, const char* narrow) {
+  const JavaUtf8 text(narrow);
   if (text.Get() == nullptr) {
     return {};
   }
@@ -113,7 +113,7 @@ LocalRef<jstring> NewJavaText(JNIEnv* env, char const* narrow) {
 }
 
 bool AppendJavaText(JNIEnv* env, jstring text, WideString& out) {
-  UtfChars const chars(env, text);
+  const UtfChars chars(env, text);
   if (chars.Get() == nullptr) {
     return false;
   }
@@ -121,7 +121,7 @@ bool AppendJavaText(JNIEnv* env, jstring text, WideString& out) {
   return true;
 }
 
-void AppendModifiedUtf8(char const* text, WideString& out) {
+void AppendModifiedUtf8(const char* text, WideString& out) {
   if (IsAscii(text)) {
     out.append(text);
     return;
@@ -129,7 +129,7 @@ void AppendModifiedUtf8(char const* text, WideString& out) {
   std::wstring wide;
   wide.reserve(std::strlen(text));
   while (*text != '\0') {
-    char32_t const c = TakeCharacter(text);
+    const char32_t c = TakeCharacter(text);
     if (c == 0) {
       break;
     }

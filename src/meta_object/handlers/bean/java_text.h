@@ -22,27 +22,27 @@ namespace quenlatrix::meta_object::handlers::bean {
 // text must outlive this object.
 class JavaUtf8 {
  public:
-  explicit JavaUtf8(char const* narrow);
-  JavaUtf8(JavaUtf8 const&) = delete;
-  JavaUtf8& operator=(JavaUtf8 const&) = delete;
+  explicit JavaUtf8(const char* narrow);
+  JavaUtf8(const JavaUtf8&) = delete;
+  JavaUtf8& operator=(const JavaUtf8&) = delete;
 
   // Null when the narrow text is null or can't be decoded.
-  char const* Get() const { return text; }
+  const char* Get() const { return text; }
 
  private:
   std::string encoded;
-  char const* text;
+  const char* text;
 };
 
 // A new Java string of a narrow text. Null, with nothing pending, when the text is null, can't be
 // decoded or the VM has no memory.
-LocalRef<jstring> NewJavaText(JNIEnv* env, char const* narrow);
+LocalRef<jstring> NewJavaText(JNIEnv* env, const char* narrow);
 
 // Appends a Java string to `out`. False, with `out` unchanged, for a null string or when the VM had
 // no memory (its exception is then pending).
 bool AppendJavaText(JNIEnv* env, jstring text, WideString& out);
 
 // Appends modified UTF-8 to `out`. Bytes that are none are taken one by one as Latin-1.
-void AppendModifiedUtf8(char const* text, WideString& out);
+void AppendModifiedUtf8(const char* text, WideString& out);
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -18,7 +18,7 @@ JNIEnv* AttachNativeThread() {
 }
 
 HandlerStatus DetachNativeThread() {
-  unsigned long const count = TlsJniAttachCount.Get();
+  const unsigned long count = TlsJniAttachCount.Get();
   if (count == 0) {
     return handler_status::kSuccess;
   }

@@ -22,8 +22,8 @@ HandlerStatus DetachNativeThread();
 class JavaThread {
  public:
   JavaThread() : env(AttachNativeThread()) {}
-  JavaThread(JavaThread const&) = delete;
-  JavaThread& operator=(JavaThread const&) = delete;
+  JavaThread(const JavaThread&) = delete;
+  JavaThread& operator=(const JavaThread&) = delete;
   ~JavaThread() {
     if (!stays) {
       DetachNativeThread();

@@ -8,21 +8,21 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-char const* const StringType = "java.lang.String";
-char const* const BooleanType = "java.lang.Boolean";
-char const* const CharacterType = "java.lang.Character";
-char const* const ByteType = "java.lang.Byte";
-char const* const ShortType = "java.lang.Short";
-char const* const IntegerType = "java.lang.Integer";
-char const* const LongType = "java.lang.Long";
-char const* const FloatType = "java.lang.Float";
-char const* const DoubleType = "java.lang.Double";
-char const* const DateType = "java.lang.Date";
+const char* const StringType = "java.lang.String";
+const char* const BooleanType = "java.lang.Boolean";
+const char* const CharacterType = "java.lang.Character";
+const char* const ByteType = "java.lang.Byte";
+const char* const ShortType = "java.lang.Short";
+const char* const IntegerType = "java.lang.Integer";
+const char* const LongType = "java.lang.Long";
+const char* const FloatType = "java.lang.Float";
+const char* const DoubleType = "java.lang.Double";
+const char* const DateType = "java.lang.Date";
 
 namespace {
 
-void BooleanFromText(char const* text, jvalue& value) {
-  bool const isTrue = std::strcmp(text, "true") == 0 || std::strcmp(text, "True") == 0 ||
+void BooleanFromText(const char* text, jvalue& value) {
+  const bool isTrue = std::strcmp(text, "true") == 0 || std::strcmp(text, "True") == 0 ||
                       std::strcmp(text, "TRUE") == 0;
   value.z = isTrue ? JNI_TRUE : JNI_FALSE;
 }
@@ -33,7 +33,7 @@ void BooleanToText(jvalue value, WideString& text) {
 
 // A character that the process's encoding doesn't have gives no text.
 void CharToText(jvalue value, WideString& text) {
-  auto const c = static_cast<wchar_t>(value.c);
+  const auto c = static_cast<wchar_t>(value.c);
   char encoded[MB_LEN_MAX];
   std::mbstate_t state{};
   if (std::wcrtomb(encoded, c, &state) == static_cast<std::size_t>(-1)) {
@@ -53,14 +53,14 @@ void RealToText(double value, WideString& text) {
 
 // One JNI call function; what the result doesn't fill stays zero.
 template <auto callMethod, auto member>
-jvalue Call(JNIEnv* env, jobject object, jmethodID method, jvalue const* args) {
+jvalue Call(JNIEnv* env, jobject object, jmethodID method, const jvalue* args) {
   jvalue result;
   result.j = 0;
   result.*member = (env->*callMethod)(object, method, args);
   return result;
 }
 
-jvalue CallVoid(JNIEnv* env, jobject object, jmethodID method, jvalue const* args) {
+jvalue CallVoid(JNIEnv* env, jobject object, jmethodID method, const jvalue* args) {
   env->CallVoidMethodA(object, method, args);
   jvalue result;
   result.j = 0;
@@ -83,8 +83,8 @@ using quenlatrix::text::ReadReal;
 using Env = JNIEnv_;
 using Key = TypeDesc::Key;
 
-JavaPrimitive const kPrimitives[] = {
-    {L"int", L"I", 5, Key::Int, [](char const* t, jvalue& v) { v.i = ReadInt(t); },
+const JavaPrimitive kPrimitives[] = {
+    {L"int", L"I", 5, Key::Int, [](const char* t, jvalue& v) { v.i = ReadInt(t); },
      [](jvalue v, WideString& t) { IntegerToText(v.i, t); }, Call<&Env::CallIntMethodA, &jvalue::i>,
      ToArray<jint, jintArray, type::Int, &Env::SetIntArrayRegion, &Env::NewIntArray>,
      FromArray<jint, jintArray, type::Int, &Env::GetIntArrayRegion>},
@@ -95,32 +95,32 @@ JavaPrimitive const kPrimitives[] = {
      FromArray<jboolean, jbooleanArray, type::Bool, &Env::GetBooleanArrayRegion>},
     // A byte prints as 0 to 255.
     {L"byte", L"B", 2, Key::Int,
-     [](char const* t, jvalue& v) { v.b = static_cast<jbyte>(ReadInt(t)); },
+     [](const char* t, jvalue& v) { v.b = static_cast<jbyte>(ReadInt(t)); },
      [](jvalue v, WideString& t) { IntegerToText(static_cast<unsigned char>(v.b), t); },
      Call<&Env::CallByteMethodA, &jvalue::b>,
      ToArray<jbyte, jbyteArray, type::Int, &Env::SetByteArrayRegion, &Env::NewByteArray>,
      FromArray<jbyte, jbyteArray, type::Int, &Env::GetByteArrayRegion>},
-    {L"char", L"C", 3, Key::Char, [](char const* t, jvalue& v) { v.c = FirstCharacter(t); },
+    {L"char", L"C", 3, Key::Char, [](const char* t, jvalue& v) { v.c = FirstCharacter(t); },
      CharToText, Call<&Env::CallCharMethodA, &jvalue::c>,
      ToArray<jchar, jcharArray, type::Char, &Env::SetCharArrayRegion, &Env::NewCharArray>,
      FromArray<jchar, jcharArray, type::Char, &Env::GetCharArrayRegion>},
     {L"short", L"S", 4, Key::Int,
-     [](char const* t, jvalue& v) { v.s = static_cast<jshort>(ReadInt(t)); },
+     [](const char* t, jvalue& v) { v.s = static_cast<jshort>(ReadInt(t)); },
      [](jvalue v, WideString& t) { IntegerToText(v.s, t); },
      Call<&Env::CallShortMethodA, &jvalue::s>,
      ToArray<jshort, jshortArray, type::Int, &Env::SetShortArrayRegion, &Env::NewShortArray>,
      FromArray<jshort, jshortArray, type::Int, &Env::GetShortArrayRegion>},
-    {L"long", L"J", 6, Key::Int, [](char const* t, jvalue& v) { v.j = ReadLong(t); },
+    {L"long", L"J", 6, Key::Int, [](const char* t, jvalue& v) { v.j = ReadLong(t); },
      [](jvalue v, WideString& t) { IntegerToText(v.j, t); },
      Call<&Env::CallLongMethodA, &jvalue::j>,
      ToArray<jlong, jlongArray, type::Int, &Env::SetLongArrayRegion, &Env::NewLongArray>,
      FromArray<jlong, jlongArray, type::Int, &Env::GetLongArrayRegion>},
     {L"float", L"F", 7, Key::Real,
-     [](char const* t, jvalue& v) { v.f = static_cast<jfloat>(ReadReal(t)); },
+     [](const char* t, jvalue& v) { v.f = static_cast<jfloat>(ReadReal(t)); },
      [](jvalue v, WideString& t) { RealToText(v.f, t); }, Call<&Env::CallFloatMethodA, &jvalue::f>,
      ToArray<jfloat, jfloatArray, type::Real, &Env::SetFloatArrayRegion, &Env::NewFloatArray>,
      FromArray<jfloat, jfloatArray, type::Real, &Env::GetFloatArrayRegion>},
-    {L"double", L"D", 8, Key::Real, [](char const* t, jvalue& v) { v.d = ReadReal(t); },
+    {L"double", L"D", 8, Key::Real, [](const char* t, jvalue& v) { v.d = ReadReal(t); },
      [](jvalue v, WideString& t) { RealToText(v.d, t); }, Call<&Env::CallDoubleMethodA, &jvalue::d>,
      ToArray<jdouble, jdoubleArray, type::Real, &Env::SetDoubleArrayRegion, &Env::NewDoubleArray>,
      FromArray<jdouble, jdoubleArray, type::Real, &Env::GetDoubleArrayRegion>},
@@ -129,7 +129,7 @@ JavaPrimitive const kPrimitives[] = {
 
 constexpr char kTextClassPackage[] = "java.lang.";
 
-JavaTextClass const kTextClasses[] = {
+const JavaTextClass kTextClasses[] = {
     {BooleanType, "java/lang/Boolean", Key::Bool},
     {ByteType, "java/lang/Byte", Key::Int},
     {ShortType, "java/lang/Short", Key::Int},
@@ -144,16 +144,16 @@ JavaTextClass const kTextClasses[] = {
 
 }  // namespace
 
-jchar FirstCharacter(char const* text) {
+jchar FirstCharacter(const char* text) {
   // NOLINTNEXTLINE(bugprone-signed-char-misuse): bytes from 0x80 up extend their sign
   return static_cast<jchar>(static_cast<signed char>(*text));
 }
 
-JavaPrimitive const* FindPrimitive(wchar_t const* name) {
+const JavaPrimitive* FindPrimitive(const wchar_t* name) {
   if (name == nullptr) {
     return nullptr;
   }
-  for (JavaPrimitive const& row : kPrimitives) {
+  for (const JavaPrimitive& row : kPrimitives) {
     if (std::wcscmp(row.name, name) == 0) {
       return &row;
     }
@@ -161,8 +161,8 @@ JavaPrimitive const* FindPrimitive(wchar_t const* name) {
   return nullptr;
 }
 
-JavaPrimitive const* FindPrimitive(int number) {
-  for (JavaPrimitive const& row : kPrimitives) {
+const JavaPrimitive* FindPrimitive(int number) {
+  for (const JavaPrimitive& row : kPrimitives) {
     if (row.number == number) {
       return &row;
     }
@@ -170,11 +170,11 @@ JavaPrimitive const* FindPrimitive(int number) {
   return nullptr;
 }
 
-JavaTextClass const* FindTextClass(char const* name) {
+const JavaTextClass* FindTextClass(const char* name) {
   if (std::strncmp(name, kTextClassPackage, sizeof kTextClassPackage - 1) != 0) {
     return nullptr;
   }
-  for (JavaTextClass const& row : kTextClasses) {
+  for (const JavaTextClass& row : kTextClasses) {
     if (std::strcmp(row.name, name) == 0) {
       return &row;
     }

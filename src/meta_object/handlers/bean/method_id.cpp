@@ -16,10 +16,10 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-WideString const MethodIdSeparator(L":");
+const WideString MethodIdSeparator(L":");
 
-char const* const JavaTypeNames[kJavaTypes] = {"I", "Z", "B", "C", "S", "J", "F", "D", "void"};
-int const JavaTypeNumbers[kJavaTypes] = {5, 1, 2, 3, 4, 6, 7, 8, 9};
+const char* const JavaTypeNames[kJavaTypes] = {"I", "Z", "B", "C", "S", "J", "F", "D", "void"};
+const int JavaTypeNumbers[kJavaTypes] = {5, 1, 2, 3, 4, 6, 7, 8, 9};
 
 namespace {
 
@@ -29,7 +29,7 @@ constexpr wchar_t kArrayPrefix[] = L"array of ";
 using Key = TypeDesc::Key;
 
 struct JavaTypeRow {
-  wchar_t const* name;
+  const wchar_t* name;
   Key key;
 };
 
@@ -64,32 +64,32 @@ constexpr JavaTypeRow javaTypeSig[] = {
 };
 
 // A JNI letter resolves to the primitive type's name before it.
-JavaTypeRow const* FindJavaType(std::wstring const& name) {
+const JavaTypeRow* FindJavaType(const std::wstring& name) {
   for (std::size_t row = 0; row < std::size(javaTypeSig); ++row) {
     if (name == javaTypeSig[row].name) {
-      bool const isLetter = row > 0 && (row - 1) % 3 == 1;
+      const bool isLetter = row > 0 && (row - 1) % 3 == 1;
       return &javaTypeSig[isLetter ? row - 1 : row];
     }
   }
   return nullptr;
 }
 
-bool EndsInNameCharacter(wchar_t const* text, std::size_t length) {
-  wchar_t const last = text[length - 1];
+bool EndsInNameCharacter(const wchar_t* text, std::size_t length) {
+  const wchar_t last = text[length - 1];
   return quenlatrix::text::iswalnum(last) || last == L'_';
 }
 
-char const* Narrow(WideString const& text) {
-  char const* const narrow = text.getCharPtr();
+const char* Narrow(const WideString& text) {
+  const char* const narrow = text.getCharPtr();
   return narrow == nullptr ? "" : narrow;
 }
 
-wchar_t const* Wide(WideString const& text) {
-  wchar_t const* const wide = text.getWCharPtr();
+const wchar_t* Wide(const WideString& text) {
+  const wchar_t* const wide = text.getWCharPtr();
   return wide == nullptr ? L"" : wide;
 }
 
-char const* KindPrefix(MethodType type) {
+const char* KindPrefix(MethodType type) {
   switch (type) {
     case MethodType::Get:
       return "Get:";
@@ -102,7 +102,7 @@ char const* KindPrefix(MethodType type) {
 
 }  // namespace
 
-bool CreateMethodID(WideString& id, WideString const& name, MethodType type, int index) {
+bool CreateMethodID(WideString& id, const WideString& name, MethodType type, int index) {
   id.assign(KindPrefix(type));
   id.append(name.getWCharPtr());
   id.append(MethodIdSeparator.getWCharPtr());
@@ -110,10 +110,10 @@ bool CreateMethodID(WideString& id, WideString const& name, MethodType type, int
   return true;
 }
 
-bool ParseMethodID(WideString const& id, WideString& name, MethodType& type, bool bareName) {
+bool ParseMethodID(const WideString& id, WideString& name, MethodType& type, bool bareName) {
   type = MethodType::Invoke;
-  wchar_t const* const wide = Wide(id);
-  wchar_t const* const separator = std::wcschr(wide, L':');
+  const wchar_t* const wide = Wide(id);
+  const wchar_t* const separator = std::wcschr(wide, L':');
   WideString rest;
   if (separator == nullptr) {
     rest.assign(wide);
@@ -133,28 +133,28 @@ bool ParseMethodID(WideString const& id, WideString& name, MethodType& type, boo
   return true;
 }
 
-bool MethodId2MethodName(WideString const& nameWithIndex, WideString& name) {
+bool MethodId2MethodName(const WideString& nameWithIndex, WideString& name) {
   std::string const narrow = Narrow(nameWithIndex);
   name.assign(narrow.substr(0, narrow.rfind(kSeparator)).c_str());
   return name.getWCharPtr() != nullptr;
 }
 
-bool ReadMethodIndex(WideString const& id, unsigned long& index) {
-  char const* const narrow = Narrow(id);
-  char const* const name = std::strchr(narrow, kSeparator);
+bool ReadMethodIndex(const WideString& id, unsigned long& index) {
+  const char* const narrow = Narrow(id);
+  const char* const name = std::strchr(narrow, kSeparator);
   if (name == nullptr || name == narrow) {
     return false;
   }
-  char const* const digits = std::strchr(name + 1, kSeparator);
+  const char* const digits = std::strchr(name + 1, kSeparator);
   if (digits == nullptr || digits == name + 1 || !HasWholeNarrowForm(id)) {
     return false;
   }
-  char const* end = nullptr;
+  const char* end = nullptr;
   index = quenlatrix::text::ReadUnsignedLong(digits + 1, &end, 10);
   return end != digits + 1;
 }
 
-bool HasWholeNarrowForm(WideString const& text) {
+bool HasWholeNarrowForm(const WideString& text) {
   std::wstring_view const wide = Wide(text);
   // ASCII is one byte a character in every encoding.
   if (std::all_of(wide.begin(), wide.end(), [](wchar_t c) { return c >= 0 && c < 0x80; })) {
@@ -167,7 +167,7 @@ void mangleMethodName(WideString& name, MethodType& type) {
   if (type != MethodType::Get && type != MethodType::Set) {
     return;
   }
-  char const* const prefix = type == MethodType::Get ? "get" : "set";
+  const char* const prefix = type == MethodType::Get ? "get" : "set";
   if (strncasecmp(Narrow(name), prefix, 3) == 0) {
     return;
   }
@@ -176,7 +176,7 @@ void mangleMethodName(WideString& name, MethodType& type) {
   name = std::move(mangled);
 }
 
-TypeDesc GetTypeDesc(wchar_t const* javaTypeName) {
+TypeDesc GetTypeDesc(const wchar_t* javaTypeName) {
   std::wstring name = javaTypeName == nullptr ? L"" : javaTypeName;
   std::size_t const dimensions = std::min(name.find_first_not_of(L'['), name.size());
   name.erase(0, dimensions);
@@ -187,8 +187,8 @@ TypeDesc GetTypeDesc(wchar_t const* javaTypeName) {
     name.pop_back();
   }
 
-  JavaTypeRow const* const row = FindJavaType(name);
-  wchar_t const* const typeName = row == nullptr ? name.c_str() : row->name;
+  const JavaTypeRow* const row = FindJavaType(name);
+  const wchar_t* const typeName = row == nullptr ? name.c_str() : row->name;
   TypeDesc desc(row == nullptr ? Key::Object : row->key, TypeDesc::RefType::ByValue,
                 dimensions > 0);
   desc.typeName.assign(typeName);
@@ -212,7 +212,7 @@ void TrimJavaString(wchar_t* text, int length) {
   }
 }
 
-bool CharPtrToWideString(char const* text, wchar_t** wide) {
+bool CharPtrToWideString(const char* text, wchar_t** wide) {
   std::size_t const length = std::strlen(text);
   if (length == 0) {
     return true;
@@ -224,7 +224,7 @@ bool CharPtrToWideString(char const* text, wchar_t** wide) {
   return converted != 0 && converted != static_cast<std::size_t>(-1);
 }
 
-bool Type2Num(ZuText const& code, int& number) {
+bool Type2Num(const ZuText& code, int& number) {
   number = 0;
   for (int i = 0; i < kJavaTypes; ++i) {
     if (code.Compare(JavaTypeNames[i]) == 0) {

@@ -13,8 +13,8 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 JavaVM* _pJavaVM = nullptr;
 
-WideString const strEmptyString("4DCDFAD3_25A9_11D3_8062_00C04F5219CB");
-WideString const strStringType(StringType);
+const WideString strEmptyString("4DCDFAD3_25A9_11D3_8062_00C04F5219CB");
+const WideString strStringType(StringType);
 
 }  // namespace quenlatrix::meta_object::handlers::bean
 
@@ -32,20 +32,20 @@ LiveReferences liveReferences;
 
 void LiveReferences::Add(jobject reference) {
   if (reference != nullptr) {
-    MutexLock const lock(mutex);
+    const MutexLock lock(mutex);
     references.insert(reference);
   }
 }
 
 void LiveReferences::Remove(jobject reference) {
   if (reference != nullptr) {
-    MutexLock const lock(mutex);
+    const MutexLock lock(mutex);
     references.erase(reference);
   }
 }
 
 bool LiveReferences::Contains(jobject reference) {
-  MutexLock const lock(mutex);
+  const MutexLock lock(mutex);
   return references.count(reference) != 0;
 }
 

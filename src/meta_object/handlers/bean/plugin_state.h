@@ -28,8 +28,8 @@ namespace quenlatrix::meta_object::handlers::bean {
 class StaticMutex : public Mutex {
  public:
   StaticMutex() : Mutex(Mutex::Private) {}
-  StaticMutex(StaticMutex const&) = delete;
-  StaticMutex& operator=(StaticMutex const&) = delete;
+  StaticMutex(const StaticMutex&) = delete;
+  StaticMutex& operator=(const StaticMutex&) = delete;
   ~StaticMutex() { DestroyMutex(); }
 };
 
@@ -40,10 +40,10 @@ extern JavaVM* _pJavaVM;
 extern TlsValue<unsigned long> TlsJniAttachCount;
 
 // Stands for an empty Java string in a value text.
-extern WideString const strEmptyString;
+extern const WideString strEmptyString;
 
 // "java.lang.String".
-extern WideString const strStringType;
+extern const WideString strStringType;
 
 // Held while the class-path file is read, by the thread whose turn it is.
 extern UGuard _mutexClassPathFile;

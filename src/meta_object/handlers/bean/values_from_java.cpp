@@ -49,11 +49,11 @@ constexpr ItemMaker kItemMakers[] = {
 
 // An object value whose handler has taken over `object`; null, with `object` untouched, when it
 // can't be bound.
-std::unique_ptr<type::Object> MakeObjectItem(TypeDesc const& desc, jobject object) {
+std::unique_ptr<type::Object> MakeObjectItem(const TypeDesc& desc, jobject object) {
   auto blob = std::make_unique<type::Blob>();
   blob->GetMetaItemType() = desc;
   BeanHandler* const handler = AllocHandlerObject();
-  bool const isBound = handler->BindObject(object, nullptr) == handler_status::kSuccess;
+  const bool isBound = handler->BindObject(object, nullptr) == handler_status::kSuccess;
   if (isBound) {
     blob->SetValue(handler);
     blob->SetInvoke(true);
@@ -63,11 +63,11 @@ std::unique_ptr<type::Object> MakeObjectItem(TypeDesc const& desc, jobject objec
 }
 
 // A name that the mapping reads as a code ("I") is a class's here: element types go by their names.
-TypeDesc ArrayDesc(WideString const& typeName, std::initializer_list<int> counts) {
-  TypeDesc const element = GetTypeDesc(typeName.getWCharPtr());
-  bool const isItself = element.typeName.compare(typeName.getWCharPtr(), 0) == 0;
+TypeDesc ArrayDesc(const WideString& typeName, std::initializer_list<int> counts) {
+  const TypeDesc element = GetTypeDesc(typeName.getWCharPtr());
+  const bool isItself = element.typeName.compare(typeName.getWCharPtr(), 0) == 0;
   TypeDesc desc(isItself ? element.key : Key::Object, TypeDesc::RefType::ByValue, true);
-  for (int const count : counts) {
+  for (const int count : counts) {
     desc.arrayInfo->AddDimensionInfo(0, count);
   }
   return desc;
@@ -80,8 +80,8 @@ class Target {
   explicit Target(type::Object* existing)
       : made(existing == nullptr ? std::make_unique<type::Array>() : nullptr),
         array(existing == nullptr ? made.get() : dynamic_cast<type::Array*>(existing)) {}
-  Target(Target const&) = delete;
-  Target& operator=(Target const&) = delete;
+  Target(const Target&) = delete;
+  Target& operator=(const Target&) = delete;
   ~Target() {
     if (made != nullptr) {
       ReleaseItems(*made);
@@ -128,7 +128,7 @@ bool CBeanMethodInvoke::TranslateJavaResult(jvalue value, type::Object** result,
     }
     return true;
   }
-  JavaPrimitive const* const primitive = FindPrimitive(number);
+  const JavaPrimitive* const primitive = FindPrimitive(number);
   if (primitive == nullptr) {
     return true;
   }
@@ -145,19 +145,19 @@ bool CBeanMethodInvoke::TranslateJavaResult(jvalue value, type::Object** result,
 jobject CBeanMethodInvoke::ClassToReference(WideString& className, jvalue& value, TypeDesc*& desc,
                                             WideString& text) {
   text.assign(L"");
-  char const* const name = className.getCharPtr();
+  const char* const name = className.getCharPtr();
   if (env == nullptr || name == nullptr) {
     return nullptr;
   }
-  if (JavaTextClass const* const row = FindTextClass(name)) {
-    auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(value.l));
+  if (const JavaTextClass* const row = FindTextClass(name)) {
+    const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(value.l));
     bean::IsJavaExceptionHappened(env, nullptr);
     if (!cls) {
       return nullptr;
     }
-    if (jmethodID const toString =
+    if (const jmethodID toString =
             FindJavaMethod(env, cls.Get(), "toString", "()Ljava/lang/String;")) {
-      auto const string = LocalRef<jstring>::Adopt(env, env->CallObjectMethod(value.l, toString));
+      const auto string = LocalRef<jstring>::Adopt(env, env->CallObjectMethod(value.l, toString));
       if (!bean::IsJavaExceptionHappened(env, nullptr)) {
         AppendJavaText(env, string.Get(), text);
         bean::IsJavaExceptionHappened(env, nullptr);
@@ -183,7 +183,7 @@ type::Object* CBeanMethodInvoke::CreateReferenceItem(jobject reference, WideStri
   TypeDesc* madeDesc = nullptr;
   WideString text;
   auto held = GlobalRef<jobject>::Adopt(env, ClassToReference(className, value, madeDesc, text));
-  std::unique_ptr<TypeDesc> const desc(madeDesc);
+  const std::unique_ptr<TypeDesc> desc(madeDesc);
   if (desc == nullptr) {
     return nullptr;
   }
@@ -195,11 +195,11 @@ type::Object* CBeanMethodInvoke::CreateReferenceItem(jobject reference, WideStri
   return item.release();
 }
 
-type::Object* CBeanMethodInvoke::CreateItem(TypeDesc const& desc, jobject object) const {
+type::Object* CBeanMethodInvoke::CreateItem(const TypeDesc& desc, jobject object) const {
   if (desc.key == Key::Object) {
     return MakeObjectItem(desc, object).release();
   }
-  for (ItemMaker const& maker : kItemMakers) {
+  for (const ItemMaker& maker : kItemMakers) {
     if (maker.key == desc.key) {
       auto item = maker.make();
       item->GetMetaItemType() = desc;
@@ -211,7 +211,7 @@ type::Object* CBeanMethodInvoke::CreateItem(TypeDesc const& desc, jobject object
 
 bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
                                          type::Object** result) {
-  jint const length = env->GetArrayLength(array);
+  const jint length = env->GetArrayLength(array);
   if (length < 1) {
     bean::IsJavaExceptionHappened(env, nullptr);
     return false;
@@ -219,7 +219,7 @@ bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
   if (result == nullptr) {
     return false;
   }
-  TypeDesc const& shape = *result == nullptr ? returnType : (*result)->GetMetaItemType();
+  const TypeDesc& shape = *result == nullptr ? returnType : (*result)->GetMetaItemType();
   if (shape.arrayInfo == nullptr) {
     return false;
   }
@@ -231,7 +231,7 @@ bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
   if (dimensions != 1 || !target || !(*target).Create(ArrayDesc(typeName, {length}))) {
     return false;
   }
-  if (JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr())) {
+  if (const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr())) {
     if (primitive->fromArray != nullptr) {
       primitive->fromArray(env, array, static_cast<unsigned int>(length), &*target);
     }
@@ -245,7 +245,7 @@ bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
 bool CBeanMethodInvoke::FillElements(jobjectArray array, WideString& typeName,
                                      type::Array& target) {
   for (int i = 0; i < target.GetItemCount(); ++i) {
-    auto const element = LocalRef<jobject>::Adopt(env, env->GetObjectArrayElement(array, i));
+    const auto element = LocalRef<jobject>::Adopt(env, env->GetObjectArrayElement(array, i));
     if (bean::IsJavaExceptionHappened(env, nullptr)) {
       return false;
     }
@@ -259,7 +259,7 @@ bool CBeanMethodInvoke::FillElements(jobjectArray array, WideString& typeName,
 bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, WideString& typeName,
                                                type::Object** result) {
   auto* const table = static_cast<jobjectArray>(array);
-  jint const rows = env->GetArrayLength(table);
+  const jint rows = env->GetArrayLength(table);
   if (rows < 1) {
     bean::IsJavaExceptionHappened(env, nullptr);
     return false;
@@ -272,13 +272,13 @@ bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, WideString& typeNam
   if (bean::IsJavaExceptionHappened(env, nullptr) || !first) {
     return false;
   }
-  jint const columns = env->GetArrayLength(first.Get());
+  const jint columns = env->GetArrayLength(first.Get());
   first.Reset();
   if (bean::IsJavaExceptionHappened(env, nullptr) || columns < 1 ||
       !(*target).Create(ArrayDesc(typeName, {rows, columns}))) {
     return false;
   }
-  bool const isWhole = FillRows(table, typeName, *target, rows, columns);
+  const bool isWhole = FillRows(table, typeName, *target, rows, columns);
   *result = target.Release();
   return isWhole;
 }
@@ -288,7 +288,7 @@ bool CBeanMethodInvoke::FillRows(jobjectArray array, WideString& typeName, type:
   Target row(nullptr);
   (*row).GetMetaItemType() = ArrayDesc(typeName, {columns});
   for (int r = 0; r < rows; ++r) {
-    auto const rowArray = LocalRef<jarray>::Adopt(env, env->GetObjectArrayElement(array, r));
+    const auto rowArray = LocalRef<jarray>::Adopt(env, env->GetObjectArrayElement(array, r));
     if (bean::IsJavaExceptionHappened(env, nullptr) || !rowArray) {
       return false;
     }
@@ -296,9 +296,9 @@ bool CBeanMethodInvoke::FillRows(jobjectArray array, WideString& typeName, type:
     (*row).Clear();
     type::Object* scratch = &*row;
     JavaArray2Native(rowArray.Get(), typeName, &scratch);
-    int const count = std::min((*row).GetItemCount(), columns);
+    const int count = std::min((*row).GetItemCount(), columns);
     for (int c = 0; c < count; ++c) {
-      auto const index = static_cast<unsigned int>(c);
+      const auto index = static_cast<unsigned int>(c);
       type::Object* const item = (*row).GetItemAt(index);
       if (item == nullptr) {
         return false;

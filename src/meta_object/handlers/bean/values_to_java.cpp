@@ -16,14 +16,14 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 namespace {
 
-bool IsEmpty(WideString const& text) {
+bool IsEmpty(const WideString& text) {
   return text.getWCharPtr() == nullptr || *text.getWCharPtr() == L'\0';
 }
 
 // Elements are asked for by the indices 0 to count - 1, so a dimension that starts elsewhere
 // has none for some of them.
-bool StartsAtZero(type::Array const& array) {
-  int const dimensions = array.GetDimensionCount();
+bool StartsAtZero(const type::Array& array) {
+  const int dimensions = array.GetDimensionCount();
   for (int i = 0; i < dimensions; ++i) {
     int lowerBound = 0;
     int elementCount = 0;
@@ -34,15 +34,15 @@ bool StartsAtZero(type::Array const& array) {
   return true;
 }
 
-int ElementCount(type::Array const& array, int dimension) {
+int ElementCount(const type::Array& array, int dimension) {
   int lowerBound = 0;
   int elementCount = 0;
   array.GetDimensionInfo(dimension, lowerBound, elementCount);
   return elementCount;
 }
 
-std::string SlashForm(WideString const& typeName) {
-  char const* const narrow = typeName.getCharPtr();
+std::string SlashForm(const WideString& typeName) {
+  const char* const narrow = typeName.getCharPtr();
   std::string name = narrow == nullptr ? "" : narrow;
   dotsToSlashes(name.data());
   return name;
@@ -50,7 +50,7 @@ std::string SlashForm(WideString const& typeName) {
 
 // Appends a class's code. False for what is no class's name: a character with a meaning of its own
 // in signatures would turn one parameter into several.
-bool AppendClassCode(std::string const& slashName, WideString& signature) {
+bool AppendClassCode(const std::string& slashName, WideString& signature) {
   if (slashName.find_first_of(";[()") != std::string::npos) {
     return false;
   }
@@ -61,8 +61,8 @@ bool AppendClassCode(std::string const& slashName, WideString& signature) {
 }
 
 // An object's text form is its reference's number.
-jobject ReferenceNamedBy(WideString const& text) {
-  unsigned long const number = quenlatrix::text::ReadUnsignedLong(text.getCharPtr(), nullptr, 10);
+jobject ReferenceNamedBy(const WideString& text) {
+  const unsigned long number = quenlatrix::text::ReadUnsignedLong(text.getCharPtr(), nullptr, 10);
   return reinterpret_cast<jobject>(number);  // NOLINT(performance-no-int-to-ptr)
 }
 
@@ -70,12 +70,12 @@ jobject ReferenceNamedBy(WideString const& text) {
 // could be deleted with it.
 class LentRow {
  public:
-  explicit LentRow(type::Array const& table) : table(table) {}
-  LentRow(LentRow const&) = delete;
-  LentRow& operator=(LentRow const&) = delete;
+  explicit LentRow(const type::Array& table) : table(table) {}
+  LentRow(const LentRow&) = delete;
+  LentRow& operator=(const LentRow&) = delete;
   ~LentRow() { GiveBack(); }
 
-  bool Create(TypeDesc const& desc, WideString const& typeName) {
+  bool Create(const TypeDesc& desc, const WideString& typeName) {
     row.SetDesc(typeName);
     return row.Create(desc);
   }
@@ -102,7 +102,7 @@ class LentRow {
     }
   }
 
-  type::Array const& table;
+  const type::Array& table;
   type::Array row;
 };
 
@@ -112,8 +112,8 @@ WideString CBeanMethodInvoke::ReturnTypeName() const {
   if (IsEmpty(returnType.typeName)) {
     return L"void";
   }
-  char const* const narrow = returnType.typeName.getCharPtr();
-  char const* const blank = narrow == nullptr ? nullptr : std::strrchr(narrow, ' ');
+  const char* const narrow = returnType.typeName.getCharPtr();
+  const char* const blank = narrow == nullptr ? nullptr : std::strrchr(narrow, ' ');
   return blank == nullptr ? returnType.typeName : WideString(blank + 1);
 }
 
@@ -127,7 +127,7 @@ bool CBeanMethodInvoke::SetUpParamArray(std::list<type::Object*>& params, jvalue
     if (param == nullptr) {
       return false;
     }
-    TypeDesc const& desc = param->GetMetaItemType();
+    const TypeDesc& desc = param->GetMetaItemType();
     if (desc.arrayInfo != nullptr) {
       if (!ProcessArray(param, typeName, valueText, values, signature, number)) {
         return false;
@@ -156,9 +156,9 @@ bool CBeanMethodInvoke::SetUpParamArray(std::list<type::Object*>& params, jvalue
 
 bool CBeanMethodInvoke::NativeType2ClassType(WideString& typeName, WideString& valueText,
                                              jvalue* value, WideString& signature, int& number) {
-  if (JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr())) {
+  if (const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr())) {
     if (!IsEmpty(valueText) && primitive->fromText != nullptr) {
-      char const* const narrow = valueText.getCharPtr();
+      const char* const narrow = valueText.getCharPtr();
       if (narrow == nullptr) {
         return false;
       }
@@ -172,7 +172,7 @@ bool CBeanMethodInvoke::NativeType2ClassType(WideString& typeName, WideString& v
     return false;
   }
   if (!IsEmpty(valueText)) {
-    jobject const reference = CreateObject(typeName, valueText);
+    const jobject reference = CreateObject(typeName, valueText);
     if (reference == nullptr) {
       return false;
     }
@@ -187,27 +187,27 @@ bool CBeanMethodInvoke::NativeType2ClassType(WideString& typeName, WideString& v
 }
 
 jobject CBeanMethodInvoke::CreateObject(WideString& typeName, WideString& valueText) {
-  char const* const name = typeName.getCharPtr();
+  const char* const name = typeName.getCharPtr();
   if (env == nullptr || name == nullptr) {
     return nullptr;
   }
-  if (JavaTextClass const* const row = FindTextClass(name)) {
-    auto const cls = FindJavaClass(env, row->slashName);
+  if (const JavaTextClass* const row = FindTextClass(name)) {
+    const auto cls = FindJavaClass(env, row->slashName);
     return cls ? CreateTextObject(cls.Get(), row->key == TypeDesc::Key::Char, typeName, valueText)
                : nullptr;
   }
-  jobject const reference = ReferenceNamedBy(valueText);
+  const jobject reference = ReferenceNamedBy(valueText);
   return liveReferences.Contains(reference) ? reference : nullptr;
 }
 
 jobject CBeanMethodInvoke::CreateTextObject(jclass cls, bool isCharacter, WideString& typeName,
                                             WideString& valueText) {
   jvalue argument[1];
-  char const* signature = "(Ljava/lang/String;)V";
+  const char* signature = "(Ljava/lang/String;)V";
   LocalRef<jstring> string;
   if (isCharacter) {
     signature = "(C)V";
-    char const* const narrow = valueText.getCharPtr();
+    const char* const narrow = valueText.getCharPtr();
     argument[0].c = FirstCharacter(narrow == nullptr ? "" : narrow);
   } else if (valueText.compare(strEmptyString.getWCharPtr(), 0) == 0 &&
              typeName.compare(strStringType.getWCharPtr(), 0) == 0) {
@@ -220,7 +220,7 @@ jobject CBeanMethodInvoke::CreateTextObject(jclass cls, bool isCharacter, WideSt
     }
     argument[0].l = string.Get();
   }
-  jmethodID const constructor = FindJavaMethod(env, cls, "<init>", signature);
+  const jmethodID constructor = FindJavaMethod(env, cls, "<init>", signature);
   if (constructor == nullptr) {
     return nullptr;
   }
@@ -233,7 +233,7 @@ bool CBeanMethodInvoke::ProcessArray(type::Object* array, WideString& typeName,
   number = kReferenceNumber;
   if (array != nullptr) {
     auto* const values = dynamic_cast<type::Array*>(array);
-    TypeDesc const& desc = array->GetMetaItemType();
+    const TypeDesc& desc = array->GetMetaItemType();
     return values != nullptr && desc.arrayInfo != nullptr &&
            ProcessParamArray(*values, desc, typeName, valueText, value, signature, number);
   }
@@ -243,14 +243,14 @@ bool CBeanMethodInvoke::ProcessArray(type::Object* array, WideString& typeName,
     return false;
   }
   signature.append(dimensions == 2 ? L"[[" : L"[");
-  if (JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr())) {
+  if (const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr())) {
     signature.append(primitive->code);
     return true;
   }
   return AppendClassCode(SlashForm(typeName), signature);
 }
 
-bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, TypeDesc const& desc,
+bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& desc,
                                           WideString& typeName, WideString& valueText,
                                           jvalue* value, WideString& signature, int& number) {
   array.GetDesc(typeName);
@@ -263,8 +263,8 @@ bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, TypeDesc const& de
   if (dimensions != 1) {
     return false;
   }
-  auto const count = static_cast<unsigned int>(std::max(ElementCount(array, 0), 1));
-  JavaPrimitive const* const primitive = FindPrimitive(typeName.getWCharPtr());
+  const auto count = static_cast<unsigned int>(std::max(ElementCount(array, 0), 1));
+  const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr());
   if (primitive != nullptr) {
     if (primitive->toArray == nullptr) {
       return false;
@@ -282,12 +282,12 @@ bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, TypeDesc const& de
   return value->l != nullptr;
 }
 
-LocalRef<jobject> CBeanMethodInvoke::CreateElement(type::Object const& item, WideString& typeName) {
+LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item, WideString& typeName) {
   WideString text;
   item.GetValueAsString(text);
-  jobject const element = CreateObject(typeName, text);
-  char const* const name = typeName.getCharPtr();
-  bool const isHandlersOwn = name == nullptr || FindTextClass(name) == nullptr;
+  const jobject element = CreateObject(typeName, text);
+  const char* const name = typeName.getCharPtr();
+  const bool isHandlersOwn = name == nullptr || FindTextClass(name) == nullptr;
   // Every element is released alike, so a handler's reference gets a local one beside it.
   return LocalRef<jobject>::Adopt(
       env, isHandlersOwn && element != nullptr ? env->NewLocalRef(element) : element);
@@ -297,16 +297,16 @@ jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned i
                                                   WideString& typeName) {
   LocalRef<jobjectArray> result;
   for (unsigned int i = 0; i < count; ++i) {
-    type::Object const* const item = array.GetItemAt(i);
+    const type::Object* const item = array.GetItemAt(i);
     if (item == nullptr) {
       return nullptr;
     }
-    auto const element = CreateElement(*item, typeName);
+    const auto element = CreateElement(*item, typeName);
     if (i == 0) {
       if (!element) {
         return nullptr;
       }
-      auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(element.Get()));
+      const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(element.Get()));
       result = LocalRef<jobjectArray>::Adopt(
           env, env->NewObjectArray(static_cast<jsize>(count), cls.Get(), nullptr));
       if (bean::IsJavaExceptionHappened(env, nullptr) || !result) {
@@ -326,13 +326,13 @@ jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned i
 bool CBeanMethodInvoke::Process2DArray(type::Array* array, WideString& typeName,
                                        WideString& valueText, jvalue* value,
                                        WideString& signature) {
-  TypeDesc const& desc = array->GetMetaItemType();
+  const TypeDesc& desc = array->GetMetaItemType();
   if (desc.arrayInfo == nullptr || desc.arrayInfo->dimensions.size() != 2 ||
       !StartsAtZero(*array)) {
     return false;
   }
-  int const rows = ElementCount(*array, 0);
-  int const columns = ElementCount(*array, 1);
+  const int rows = ElementCount(*array, 0);
+  const int columns = ElementCount(*array, 1);
   TypeDesc rowDesc(GetTypeDesc(typeName.getWCharPtr()).key, TypeDesc::RefType::ByValue, true);
   rowDesc.typeName = typeName;
   rowDesc.arrayInfo->AddDimensionInfo(0, columns);
@@ -349,9 +349,9 @@ bool CBeanMethodInvoke::Process2DArray(type::Array* array, WideString& typeName,
     jvalue rowValue;
     rowValue.l = nullptr;
     int number = 0;
-    bool const isMade = ProcessArray(&row.Get(), typeName, valueText, &rowValue,
+    const bool isMade = ProcessArray(&row.Get(), typeName, valueText, &rowValue,
                                      r == 0 ? signature : otherRowsCode, number);
-    auto const javaRow = LocalRef<jobject>::Adopt(env, rowValue.l);
+    const auto javaRow = LocalRef<jobject>::Adopt(env, rowValue.l);
     if (!isMade && javaRow) {
       return false;
     }
@@ -359,7 +359,7 @@ bool CBeanMethodInvoke::Process2DArray(type::Array* array, WideString& typeName,
       if (!javaRow) {
         return false;
       }
-      auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(javaRow.Get()));
+      const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(javaRow.Get()));
       outer = LocalRef<jobjectArray>::Adopt(env, env->NewObjectArray(rows, cls.Get(), nullptr));
       if (bean::IsJavaExceptionHappened(env, nullptr) || !outer) {
         return false;

@@ -118,8 +118,8 @@ TEST_F(BeanLifecycleTest, BindsAGlobalReferenceThatIsGivenOverAndUnbindsItAlive)
   EXPECT_EQ(bean.BindObject(nullptr, "JAVABEAN://beans.Point"), status::kNothingToBind);
   EXPECT_FALSE(bean.IsValidObject());
   const JniReferenceTracker tracker(Env());
-  jstring const text = Env()->NewStringUTF("bound");
-  jobject const given = Env()->NewGlobalRef(text);
+  const jstring text = Env()->NewStringUTF("bound");
+  const jobject given = Env()->NewGlobalRef(text);
   Env()->DeleteLocalRef(text);
   EXPECT_EQ(bean.BindObject(given, "JAVABEAN://java.lang.String"), 0U);
   EXPECT_EQ(bean.GetObjectRef(), given);
