@@ -3,6 +3,10 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
 #include <latch>
 #include <thread>
 
@@ -10,6 +14,8 @@
 #include "host/utf8.h"
 #include "meta_object/type/array.h"
 #include "meta_object/type/scalar_values.h"
+#include "meta_object/type/string_values.h"
+#include "tests/support/jni_reference_tracker.h"
 #include "tests/support/test_vm.h"
 
 namespace quenlatrix::host {
@@ -189,6 +195,106 @@ TEST_F(BeanObjectTest, TheHostEndsWithBeansStillHeldAndJavaThreadsRunning) {
   EXPECT_EQ(host->GetCollector().GetCount(), 2U);
   host.reset();
   EXPECT_EQ(dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+}
+
+// A 0 or an "a" for each parameter; false when one takes something else.
+bool MakeParameters(const MethodDescription& method, std::vector<ValuePtr>& made) {
+  for (const ParameterDescription& parameter : method.parameters) {
+    if (parameter.type.arrayInfo) return false;
+    if (parameter.type.key == TypeDesc::Key::Int) {
+      made.emplace_back(new type::Int(0));
+    } else if (parameter.type.key == TypeDesc::Key::String) {
+      made.emplace_back(new type::String);
+      made.back()->SetValueAsString(WideString(L"a"));
+    } else {
+      return false;
+    }
+    made.back()->GetMetaItemType() = parameter.type;
+  }
+  return true;
+}
+
+TEST_F(BeanObjectTest, HundredsOfTheMethodsThatAreListedCanBeCalled) {
+  const char* const classes[] = {"java.lang.String",
+                                 "java.lang.StringBuilder",
+                                 "java.util.LinkedList",
+                                 "java.util.HashMap",
+                                 "java.util.TreeMap",
+                                 "java.util.PriorityQueue",
+                                 "java.util.TreeSet",
+                                 "java.util.BitSet",
+                                 "java.util.Random",
+                                 "java.util.Date",
+                                 "java.util.GregorianCalendar",
+                                 "java.util.Properties",
+                                 "java.text.SimpleDateFormat",
+                                 "java.text.DecimalFormat",
+                                 "javax.swing.DefaultBoundedRangeModel",
+                                 "java.util.concurrent.ConcurrentHashMap"};
+  int called = 0;
+  for (const char* name : classes) {
+    const std::vector<MethodDescription> methods = *Make(name).Methods();
+    for (const MethodDescription& method : methods) {
+      std::vector<ValuePtr> parameters;
+      if (!MakeParameters(method, parameters)) continue;
+      BeanObject fresh = Make(name);
+      const CallOutcome outcome = fresh.Call(method, parameters);
+      ++called;
+      if (outcome.status != status::kSuccess) {
+        EXPECT_THAT(ToUtf8(outcome.failureText), testing::StartsWith("Java Exception: "))
+            << name << " " << ToUtf8(method.id);
+      }
+    }
+  }
+  EXPECT_GE(called, 300);
+}
+
+// What a thread of a server does, again and again until the time is over; how often.
+int ServeUntil(Host& host, std::chrono::steady_clock::time_point end) {
+  std::optional<BeanObject> keeper = std::move(host.Create("beans.Point").object);
+  meta_object::context::MethodCallContext attached;
+  keeper->GetHandler()->OpenMethodCall(attached, WideString(L"Invoke:keep:0"));
+  void* env = nullptr;
+  host.GetVm()->GetEnv(&env, JNI_VERSION_1_8);
+  int rounds = 0;
+  {
+    test::JniReferenceTracker tracker(static_cast<JNIEnv*>(env));
+    while (std::chrono::steady_clock::now() < end) {
+      std::optional<BeanObject> list = std::move(host.Create("java.util.LinkedList").object);
+      EXPECT_TRUE(list && list->Methods() != nullptr);
+      const TypeDesc boolean(TypeDesc::Key::Bool, WideString(L"boolean"), WideString(L"boolean"));
+      TypeDesc object(TypeDesc::Key::Object, WideString(), WideString(L"java.lang.Object"));
+      std::vector<ValuePtr> params(1);
+      params[0].reset(new ObjectArgument(keeper->GetHandler()));
+      params[0]->GetMetaItemType() = object;
+      EXPECT_EQ(list->Call(WideString(L"Invoke:add:0"), boolean, params).status, 0U);
+      EXPECT_EQ(list->Walk(0).items.size(), 1U);
+      ++rounds;
+    }
+    EXPECT_EQ(tracker.Left(), 0);
+    EXPECT_GT(tracker.GlobalsMade(), rounds);
+  }
+  keeper->GetHandler()->CloseMethodCall(attached);
+  return rounds;
+}
+
+// QUENLATRIX_SOAK_SECONDS makes it last longer than it does here.
+TEST_F(BeanObjectTest, ThreadsCreateDescribeCallWalkAndReleaseBesideEachOther) {
+  constexpr int kThreads = 8;
+  const char* seconds = std::getenv("QUENLATRIX_SOAK_SECONDS");
+  const std::chrono::seconds length(seconds == nullptr ? 2 : std::atoi(seconds));
+  const auto end = std::chrono::steady_clock::now() + length;
+  std::atomic<int> rounds = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+      threads.emplace_back([&] { rounds += ServeUntil(*host, end); });
+    }
+  }
+  host->Collect();
+  EXPECT_EQ(host->GetCollector().GetCount(), 1U) << "the host's own";
+  EXPECT_GT(rounds, kThreads);
+  std::cout << rounds / length.count() << " rounds a second on " << kThreads << " threads\n";
 }
 
 }  // namespace

@@ -383,5 +383,52 @@ TEST_F(BeanhostCli, RunsTheTourOfTheExamples) {
   EXPECT_THAT(run.out, HasSubstr("> call greeter greet\nGood day, apple!\n"));
 }
 
+TEST_F(BeanhostCli, WalksWhatAScriptFilled) {
+  const std::string script =
+      "new list java.util.ArrayList\ncall list add \"pear\"\ncall list add 5\n"
+      "call list add true\nsize list\nwalk list\nwalk list skip 2\nwalk list\n"
+      "new map java.util.HashMap\ncall map put a 1\nlet entries = call map entrySet\n"
+      "let keys = call map keySet\nlet values = call map values\n"
+      "walk entries\nwalk keys\nwalk values\n"
+      "new queue java.util.PriorityQueue\ncall queue add 3\ncall queue add 1\nwalk queue\n"
+      "new deque java.util.ArrayDeque\ncall deque add x\nwalk deque\n";
+  EXPECT_THAT(Answers(Script(script).out),
+              AllOf(HasSubstr("\n3\npear\n5\ntrue\ntrue\npear\n5\ntrue\n"),
+                    HasSubstr("java.util.HashMap$Node: a=1\na\n1\n"), HasSubstr("\n1\n3\n"),
+                    testing::EndsWith("true\nx\n")));
+  const std::vector<json> documents = Documents(script);
+  ASSERT_EQ(documents.size(), 23U);
+  EXPECT_EQ(documents[4], json::parse(R"({"size":3})"));
+  EXPECT_EQ(documents[6], json::parse(R"({"size":3,"items":[
+      {"key":"Bool","type":"java.lang.Boolean","value":"true"}]})"));
+  EXPECT_EQ(documents[13]["items"][0]["type"], "java.util.HashMap$Node");
+  EXPECT_EQ(documents[14], json::parse(R"({"size":1,"items":[
+      {"key":"String","type":"java.lang.String","value":"a"}]})"));
+
+  const ProgramRun none = Host({"walk", "java.util.HashMap", "--json"});
+  EXPECT_EQ(none.status, 1);
+  EXPECT_THAT(none.err, HasSubstr("java.util.HashMap can't be walked: expected iterator()"));
+  EXPECT_EQ(Host({"walk", "beans.ThreeStrings", "--skip", "2"}).out, "three\n");
+}
+
+TEST_F(BeanhostCli, DescribesEveryBeanThatItListsInAJar) {
+  const ProgramRun list = Host({"beans", COMMONS_LANG_JAR, "--json"});
+  ASSERT_EQ(list.status, 0) << list.err << " (Debian's libcommons-lang3-java is needed)";
+  const json beans = json::parse(list.out)["beans"];
+  EXPECT_GT(beans.size(), 50U);
+  std::string script;
+  for (const json& name : beans) script += "describe " + name.get<std::string>() + "\n";
+  std::ofstream(directory / "in") << script;
+  const ProgramRun run = Start({"--class-path", COMMONS_LANG_JAR, "--json", "run", "-"});
+  EXPECT_EQ(run.status, 0) << run.err;
+
+  const ProgramRun nothing = Host({"beans", directory.string()});
+  EXPECT_EQ(nothing.status, 0);
+  EXPECT_THAT(nothing.err, HasSubstr("no bean found in"));
+  const ProgramRun noJar = Host({"beans", BEANHOST_PROGRAM});
+  EXPECT_EQ(noJar.status, 1);
+  EXPECT_THAT(noJar.err, HasSubstr("can't be read: expected a jar"));
+}
+
 }  // namespace
 }  // namespace quenlatrix::host

@@ -75,29 +75,5 @@ TEST_F(ReferencesTest, AMillionCallsOfEveryKindLeaveTheTablesAsTheyWere) {
   EXPECT_EQ(tracker.Left(), 0);
 }
 
-TEST_F(ReferencesTest, ThreadsMakeCallAndReleaseBesideEachOther) {
-  host.environment.gcRegHandlerObject = nullptr;
-  host.environment.checkSecurity = nullptr;
-  std::atomic<int> good = 0;
-  constexpr int kThreads = 4;
-  constexpr int kRounds = 100;
-  std::vector<std::jthread> threads;
-  for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([&good, this] {
-      for (int i = 0; i < kRounds; ++i) {
-        Handler* const bean = plugin->GetHandlerObject();
-        bean->CreateObject("JAVABEAN://beans.ObjectTaker", nullptr);
-        const Values self = ValuesOf(HoldObject(*bean, "java.lang.Object"));
-        good += OpenCall(*bean, "takesObject", "java.lang.String", self).Invoke().status == 0;
-        self[0]->ReleaseItem();
-        bean->Release();
-        plugin->FreeHandlerObject(bean);
-      }
-    });
-  }
-  threads.clear();
-  EXPECT_EQ(good, kThreads * kRounds);
-}
-
 }  // namespace
 }  // namespace quenlatrix::test
