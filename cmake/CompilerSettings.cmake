@@ -33,12 +33,14 @@ function(quenlatrix_library name)
   target_link_libraries(${name} PUBLIC project_settings ${ARG_LIBRARIES})
 endfunction()
 
-# A program: under AddressSanitizer it carries the defaults that let it share its process with a VM.
+# quenlatrix_program(name SOURCES ... LIBRARIES ... [NO_VM])
+# Under AddressSanitizer a program carries the defaults that let it share its process with a VM,
+# unless it never does.
 function(quenlatrix_program name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "NO_VM" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE project_settings ${ARG_LIBRARIES})
-  if(QUENLATRIX_SANITIZE MATCHES "address")
+  if(QUENLATRIX_SANITIZE MATCHES "address" AND NOT ARG_NO_VM)
     target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/sanitizer_defaults.cpp)
   endif()
 endfunction()

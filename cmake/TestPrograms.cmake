@@ -11,7 +11,10 @@ set(JNI_WARNINGS
 # program which.
 function(quenlatrix_test name)
   cmake_parse_arguments(ARG "JVM" "" "SOURCES;LIBRARIES" ${ARGN})
-  quenlatrix_program(${name} SOURCES ${ARG_SOURCES} LIBRARIES ${ARG_LIBRARIES} GTest::gmock)
+  if(NOT ARG_JVM)
+    set(no_vm NO_VM)
+  endif()
+  quenlatrix_program(${name} SOURCES ${ARG_SOURCES} LIBRARIES ${ARG_LIBRARIES} GTest::gmock ${no_vm})
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   if(NOT ARG_JVM)
