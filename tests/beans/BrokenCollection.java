@@ -12,7 +12,7 @@ public class BrokenCollection {
   private String broken = "";
   private int element;
 
-  /** From now on the part misbehaves; hasNext, next and null do at that element, from 0. */
+  /** From now on that part misbehaves; hasNext, next and null do at that element, from 0. */
   public void breakAt(String part, int element) {
     broken = part;
     this.element = element;

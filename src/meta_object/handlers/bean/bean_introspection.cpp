@@ -99,11 +99,40 @@ LocalRef<jintArray> NewIntArray(JNIEnv* env, jint count) {
   return array;
 }
 
+// What one question to the Java side fills: two names and a number for each entry. Lent for the
+// length of the answer.
+struct Rows {
+  jclass stringClass;
+  jarray names;
+  jarray types;
+  jintArray numbers;
+};
+
+// Makes the rows of `count` entries in a frame of their own and gives the answer of `read`; false
+// when they can't be made.
+template <class Read>
+bool WithRows(JNIEnv* env, jint count, Read&& read) {
+  const auto stringClass = FindJavaClass(env, "java/lang/String");
+  if (!stringClass) {
+    return false;
+  }
+  const LocalFrame frame(env, kFrameCapacity);
+  if (!frame) {
+    return false;
+  }
+  const auto names = NewStringArray(env, count, stringClass.Get());
+  const auto types = NewStringArray(env, count, stringClass.Get());
+  const auto numbers = NewIntArray(env, count);
+  return names && types && numbers &&
+         read(Rows{stringClass.Get(), names.Get(), types.Get(), numbers.Get()});
+}
+
 // Reads a name that the Java side put into an array; a null element is an empty name. False when an
 // exception was pending, which is then cleared.
-bool ReadName(JNIEnv* env, jobjectArray names, jint index, WideString& name) {
+bool ReadName(JNIEnv* env, jarray names, jint index, WideString& name) {
   name.assign(L"");
-  const auto text = LocalRef<jstring>::Adopt(env, env->GetObjectArrayElement(names, index));
+  const auto text = LocalRef<jstring>::Adopt(
+      env, env->GetObjectArrayElement(static_cast<jobjectArray>(names), index));
   if (IsJavaExceptionHappened(env, nullptr)) {
     return false;
   }
@@ -223,43 +252,29 @@ HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const char*) {
 
 bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
   const jint count = introspector.getPropertyCount(env, classRef);
-  const auto stringClass = FindJavaClass(env, "java/lang/String");
-  if (!stringClass) {
-    return false;
-  }
-  const LocalFrame frame(env, kFrameCapacity);
-  if (!frame) {
-    return false;
-  }
-  const auto names = NewStringArray(env, count, stringClass.Get());
-  const auto types = NewStringArray(env, count, stringClass.Get());
-  const auto accessors = NewIntArray(env, count);
-  if (!names || !types || !accessors) {
-    return false;
-  }
-  jarray namesOut = names.Get();
-  jarray typesOut = types.Get();
-  jintArray accessorsOut = accessors.Get();
-  if (introspector.getPropertyInfo(env, classRef, count, namesOut, typesOut, accessorsOut) == 0) {
-    return true;
-  }
-  const IntElements bits(env, accessors.Get());
-  if (IsJavaExceptionHappened(env) || bits.Get() == nullptr) {
-    return true;
-  }
-  WideString name;
-  WideString type;
-  for (jint i = 0; i < count; ++i) {
-    if (!ReadName(env, names.Get(), i, name) || !ReadName(env, types.Get(), i, type)) {
-      return false;
+  return WithRows(env, count, [&](Rows rows) {
+    if (introspector.getPropertyInfo(env, classRef, count, rows.names, rows.types, rows.numbers) ==
+        0) {
+      return true;
     }
-    for (const AccessorKind& kind : kAccessorKinds) {
-      if ((bits.Get()[i] & kind.bit) != 0) {
-        AddAccessorMethod(kind.bit, Wide(name), Wide(type));
+    const IntElements bits(env, rows.numbers);
+    if (IsJavaExceptionHappened(env) || bits.Get() == nullptr) {
+      return true;
+    }
+    WideString name;
+    WideString type;
+    for (jint i = 0; i < count; ++i) {
+      if (!ReadName(env, rows.names, i, name) || !ReadName(env, rows.types, i, type)) {
+        return false;
+      }
+      for (const AccessorKind& kind : kAccessorKinds) {
+        if ((bits.Get()[i] & kind.bit) != 0) {
+          AddAccessorMethod(kind.bit, Wide(name), Wide(type));
+        }
       }
     }
-  }
-  return true;
+    return true;
+  });
 }
 
 bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
@@ -293,48 +308,33 @@ bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
 
 bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
   const jint count = introspector.getMethodCount(env, classRef);
-  const auto stringClass = FindJavaClass(env, "java/lang/String");
-  if (!stringClass) {
-    return false;
-  }
-  const LocalFrame frame(env, kFrameCapacity);
-  if (!frame) {
-    return false;
-  }
-  const auto names = NewStringArray(env, count, stringClass.Get());
-  const auto returnTypes = NewStringArray(env, count, stringClass.Get());
-  const auto methodIndexes = NewIntArray(env, count);
-  if (!names || !returnTypes || !methodIndexes) {
-    return false;
-  }
-  jarray namesOut = names.Get();
-  jarray returnTypesOut = returnTypes.Get();
-  jintArray indexesOut = methodIndexes.Get();
-  if (introspector.getMethodInfo(env, classRef, count, namesOut, returnTypesOut, indexesOut) == 0) {
+  return WithRows(env, count, [&](Rows rows) {
+    if (introspector.getMethodInfo(env, classRef, count, rows.names, rows.types, rows.numbers) ==
+        0) {
+      return true;
+    }
+    const IntElements indexes(env, rows.numbers);
+    if (IsJavaExceptionHappened(env) || indexes.Get() == nullptr) {
+      return count == 0;
+    }
+    const ParamReader reader{env, introspector, classRef, rows.stringClass};
+    for (jint i = 0; i < count; ++i) {
+      CachedMethodInfo method;
+      WideString returnType;
+      if (!ReadName(env, rows.names, i, method.name) || !ReadName(env, rows.types, i, returnType)) {
+        return false;
+      }
+      method.altName = method.name;
+      method.returnType = GetTypeDesc(returnType.getWCharPtr());
+      if (!reader.ReadParams(*this, indexes.Get()[i], method)) {
+        return false;
+      }
+      if (_pEnvironment != nullptr) {
+        _pEnvironment->CacheAddMethodInfo(objectIdentity, method);
+      }
+    }
     return true;
-  }
-  const IntElements indexes(env, methodIndexes.Get());
-  if (bean::IsJavaExceptionHappened(env, nullptr) || indexes.Get() == nullptr) {
-    return count == 0;
-  }
-  for (jint i = 0; i < count; ++i) {
-    CachedMethodInfo method;
-    WideString returnType;
-    if (!ReadName(env, names.Get(), i, method.name) ||
-        !ReadName(env, returnTypes.Get(), i, returnType)) {
-      return false;
-    }
-    method.altName = method.name;
-    method.returnType = GetTypeDesc(returnType.getWCharPtr());
-    const ParamReader reader{env, introspector, classRef, stringClass.Get()};
-    if (!reader.ReadParams(*this, indexes.Get()[i], method)) {
-      return false;
-    }
-    if (_pEnvironment != nullptr) {
-      _pEnvironment->CacheAddMethodInfo(objectIdentity, method);
-    }
-  }
-  return true;
+  });
 }
 
 void BeanHandler::GetParamName(int number, const wchar_t* given, WideString& out) const {
