@@ -7,5 +7,5 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 
 require_packages $BUILD_PACKAGES $BENCH_PACKAGES
 configure_once release >/dev/null
-cmake --build --preset release -- --quiet
+build_quietly release
 exec build/release/bin/bean_bench "$@"

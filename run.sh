@@ -7,9 +7,10 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 
 require_packages $BUILD_PACKAGES
 configure_once run >/dev/null
-cmake --build --preset run --target beanhost javabean_handler examples_jar beanhost_jar -- --quiet
-
 beanhost=build/run/bin/beanhost
+[ -x "$beanhost" ] || echo "Building; the first time takes a minute or two." >&2
+build_quietly run --target beanhost javabean_handler examples_jar beanhost_jar
+
 if [ "$#" -gt 0 ]; then
   exec "$beanhost" --class-path build/run/bin/examples.jar "$@"
 fi

@@ -48,6 +48,14 @@ require_packages() {
   rm -f "$log"
 }
 
+# Builds targets of a preset; what the build says is shown only when it fails.
+build_quietly() {
+  if ! output="$(cmake --build --preset "$@" 2>&1)"; then
+    printf '%s\n' "$output" >&2
+    exit 1
+  fi
+}
+
 # Configures a preset once; CMake itself configures again when its files change.
 configure_once() {
   [ -f "build/$1/build.ninja" ] || cmake --preset "$1"

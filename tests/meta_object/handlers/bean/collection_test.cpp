@@ -322,8 +322,8 @@ TEST_F(CollectionTest, LostReferencesAndTextsLeaveNothingBehind) {
   EXPECT_EQ(Env()->ExceptionCheck(), JNI_FALSE);
 }
 
-TEST_F(CollectionTest, TwoHundredThousandElementsKeepNoReferences) {
-  constexpr int kElements = 200000;
+TEST_F(CollectionTest, AMillionElementsKeepNoReferences) {
+  constexpr int kElements = 1000000;
   const CallOutcome made = Call(Make("beans.CollectionMaker"), "makeLong", "java.lang.Object",
                                 ValuesOf({{"int", std::to_wstring(kElements)}}));
   const JniReferenceTracker tracker(Env());
@@ -332,8 +332,8 @@ TEST_F(CollectionTest, TwoHundredThousandElementsKeepNoReferences) {
   const std::vector<std::string> items = walk.Rest();
   ASSERT_EQ(items.size(), static_cast<std::size_t>(kElements));
   EXPECT_EQ(items[kElements - 1], "String text");
-  EXPECT_EQ(items[kElements - 2], "Int 199998");
-  EXPECT_EQ(items[kElements - 3], "Int [199997]");
+  EXPECT_EQ(items[kElements - 2], "Int 999998");
+  EXPECT_EQ(items[kElements - 3], "Int [999997]");
   EXPECT_EQ(walk.Reset(), kDone);
   EXPECT_EQ(walk.Skip(kElements - 1), kDone);
   EXPECT_THAT(walk.Rest(), ElementsAre("String text"));
