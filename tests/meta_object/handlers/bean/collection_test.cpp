@@ -331,12 +331,12 @@ TEST_F(CollectionTest, AMillionElementsKeepNoReferences) {
   ASSERT_EQ(walk.Open(), kDone);
   const std::vector<std::string> items = walk.Rest();
   ASSERT_EQ(items.size(), static_cast<std::size_t>(kElements));
-  EXPECT_EQ(items[kElements - 1], "String text");
-  EXPECT_EQ(items[kElements - 2], "Int 999998");
-  EXPECT_EQ(items[kElements - 3], "Int [999997]");
+  EXPECT_EQ(items[kElements - 1], "Int 999999");
+  EXPECT_EQ(items[kElements - 2], "Int [999998]");
+  EXPECT_EQ(items[kElements - 3], "String text");
   EXPECT_EQ(walk.Reset(), kDone);
   EXPECT_EQ(walk.Skip(kElements - 1), kDone);
-  EXPECT_THAT(walk.Rest(), ElementsAre("String text"));
+  EXPECT_THAT(walk.Rest(), ElementsAre("Int 999999"));
   EXPECT_EQ(walk.Close(), kDone);
   EXPECT_GT(tracker.LocalsMade(), 2 * kElements);
   EXPECT_GE(tracker.GlobalsMade(), kElements);
