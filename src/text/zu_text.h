@@ -2,7 +2,10 @@
 
 #include <cstdarg>
 #include <cstdint>
+#include <list>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "text/zu_data.h"
 
@@ -131,6 +134,52 @@ class ZuText : public ZuData {
   void LowerCase();
   void Reverse();
 
+  // Trimming, for which an empty text stays as it is. Off the end go tabs, line feeds and spaces
+  // (Trim), or `c`.
+  void Trim();
+  // With `blankFirst` a `c` at the very start becomes a space, and then nothing else happens.
+  void Trim(char c, bool blankFirst);
+  // Off the end, or off the start: spaces; tabs, line feeds, carriage returns and spaces.
+  void TrimSpaces(bool trailing);
+  void TrimWhiteSpaces(bool trailing);
+  // Keeps `count` characters from `start`, or as many as remain. Nothing happens if either exceeds
+  // the length.
+  void Truncate(unsigned long start, unsigned long count);
+  // Fills a non-empty text up to `width` characters with `c`, after it or before it; nothing
+  // happens if there is no room for that many.
+  void Pad(char c, unsigned long width, bool atEnd);
+  // Removes the characters that occur in `chars`, or all others; nothing happens for empty `chars`.
+  void Filter(const ZuText& chars, bool exclude);
+  // Breaks lines of `width` columns and more by turning their last tab or space before that into a
+  // carriage return; tabs count 8 columns. Line feeds and carriage returns break lines already.
+  // Nothing happens to a text shorter than `width`.
+  void Fold(unsigned long width);
+  // Removes the backslashes that stand outside quotation marks, within the `count` characters from
+  // `start` (all that follow if `count` is negative); the character after one has no meaning of its
+  // own. What stands before and after the region stays.
+  void RemoveEscapes(unsigned long start, long count);
+
+  // Where `s` begins, case-sensitive: the first place from `start`, or the last one of which the
+  // end isn't after `start`. -1 if there is none, `s` is null or empty, or `start` is past the end.
+  long Pos(const char* s, unsigned long start, bool forward) const;
+  // Whether any character of `chars` occurs.
+  bool HasCharFrom(const char* chars) const;
+  // Whether the text stands in a pair of the same quotation marks, ' or ".
+  bool IsQuoted() const;
+  // Whether the text stands in () or []. Removes leading spaces from the text before it looks.
+  bool IsInBrackets();
+  // Removes what IsQuoted and IsInBrackets find (and the leading spaces, as IsInBrackets does).
+  void StripQuotes();
+  void StripBrackets();
+
+  // Splits at the first `sep`: what stands before it, and all that follows its first character.
+  // `trim` is Trim of both. False, with `out` unchanged, if there is no `sep` or it is empty.
+  bool SplitNameValuePair(std::pair<ZuText, ZuText>& out, const ZuText& sep, bool trim) const;
+  // Appends to `out` what stands between characters of `delims`, empty tokens only if wanted. One
+  // token, the whole text, if `delims` is null or empty; none for a text that never had a buffer.
+  // The list's own allocations throw as ever.
+  void Tokenizer(const char* delims, bool keepEmpty, std::list<ZuText>& out) const;
+
   // A 32-bit number as "%u" reads it; 0 if there is none.
   unsigned long GetTextAsULong() const;
   // Binary digits, most significant first, the low 32 bits of their value; 0 if there is any other
@@ -153,5 +202,9 @@ class ZuText : public ZuData {
   void Terminate();
   void AppendTerminator();
   int Order(const ZuText& t) const;
+  std::string_view View() const;
+  // Makes the text its `count` characters from `start`; both are within it.
+  void KeepOnly(unsigned long start, unsigned long count);
+  void TrimSet(std::string_view set, bool trailing);
   void ReplaceAllWithoutCase(const ZuText& find, const ZuText& repl);
 };
