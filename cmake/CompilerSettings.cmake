@@ -30,7 +30,19 @@ endif()
 function(quenlatrix_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
-  target_link_libraries(${name} PUBLIC project_settings ${ARG_LIBRARIES})
+  target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:project_settings> ${ARG_LIBRARIES})
+endfunction()
+
+# A library of the framework: handlers and hosts outside this tree link it as quenlatrix::name.
+function(quenlatrix_framework_library name)
+  quenlatrix_library(${name} ${ARGN})
+  add_library(quenlatrix::${name} ALIAS ${name})
+  string(REPLACE _ - file_name quenlatrix-${name})
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${file_name})
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  target_include_directories(${name} INTERFACE $<INSTALL_INTERFACE:${QUENLATRIX_INCLUDE_DIR}>)
+  install(TARGETS ${name} EXPORT quenlatrix ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+          COMPONENT dev)
 endfunction()
 
 # quenlatrix_program(name SOURCES ... LIBRARIES ... [NO_VM])

@@ -26,7 +26,7 @@ void AddOptions(CLI::App& app, CommandOptions& options) {
       ->type_name("OPT")
       ->allow_extra_args(false);
   app.add_option("--plugin", options.pluginFile,
-                 "the plug-in; else javabean_handler.so beside the program")
+                 "the plug-in; else the javabean_handler.so that came with the program")
       ->type_name("FILE");
   app.add_option("--allow", options.allow, "makes a list of the classes that are allowed (* and ?)")
       ->type_name("PATTERN")

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "host/companion_files.h"
 #include "meta_object/handlers/bean/class_path.h"
 #include "meta_object/identity.h"
 #include "meta_object/info/handler_info.h"
@@ -87,11 +88,10 @@ std::string ClassPathOf(const Host::Options& options, const std::string& pluginF
   return classPath + options.classPath;
 }
 
-// A jar beside the plug-in or beside the program; empty when it is at neither place.
+// A jar beside the plug-in or among what came with the program; empty when it is at neither place.
 std::string FindJar(const std::string& name, const std::string& pluginFile) {
-  for (const std::string& file : {pluginFile, PluginLibrary::DefaultFile()}) {
+  for (const fs::path& jar : {fs::path(pluginFile).parent_path() / name, FindCompanion(name)}) {
     std::error_code ignored;
-    const fs::path jar = fs::path(file).parent_path() / name;
     if (fs::exists(jar, ignored)) {
       return jar.string();
     }

@@ -27,7 +27,7 @@ class Host {
   static constexpr const char* kBoxingBean = "BeanHostBoxes";
 
   struct Options {
-    // The plug-in's file; empty: javabean_handler.so beside the program.
+    // The plug-in's file; empty: the javabean_handler.so that came with the program.
     std::string pluginFile;
     // See JavaVm::Options::home.
     std::string javaHome;

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "host/companion_files.h"
+
 namespace quenlatrix::host {
 
 namespace {
@@ -25,9 +27,7 @@ bool ResolveEntry(void* handle, const char* name, Function*& function, std::stri
 }  // namespace
 
 std::string PluginLibrary::DefaultFile() {
-  std::error_code failed;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failed);
-  return (program.parent_path() / kFileName).string();
+  return FindCompanion(kFileName).string();
 }
 
 PluginLibrary::PluginLibrary(void* handle, std::string file)

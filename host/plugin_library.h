@@ -23,7 +23,7 @@ class PluginLibrary {
  public:
   static constexpr std::uint32_t kVersion = 0x00020000;
 
-  // "javabean_handler.so" beside the running program.
+  // The "javabean_handler.so" that came with the running program.
   static std::string DefaultFile();
 
   // Loads the library and resolves its entry points; `file` empty means DefaultFile(). Null on

@@ -1,6 +1,24 @@
 #include "meta_object/info/handler_info.h"
 
+#include <string>
+
+#include "os/module.h"
+
 namespace quenlatrix::meta_object::info {
+
+namespace {
+
+constexpr unsigned long kPathBufferSize = 1024;
+
+std::string DirectoryOf(const std::string& path) {
+  std::size_t cut = path.rfind('\\');
+  if (cut == std::string::npos) {
+    cut = path.rfind('/');
+  }
+  return path.substr(0, cut);
+}
+
+}  // namespace
 
 HandlerInfo::~HandlerInfo() = default;
 
@@ -13,5 +31,17 @@ const char* HandlerInfo::GetDescription() const { return description.getCharPtr(
 const char* HandlerInfo::GetServerPath() const { return serverPath.getCharPtr(); }
 
 const char* HandlerInfo::GetServerDirectory() const { return serverDirectory.getCharPtr(); }
+
+void HandlerInfo::FinishWith(void* moduleHandle) {
+  char path[kPathBufferSize] = "";
+  GetModuleFileName(moduleHandle, path, sizeof path);
+  serverPath.assign(path);
+  serverDirectory.assign(DirectoryOf(path).c_str());
+  GetHandlerName();
+  GetHandlerType();
+  GetDescription();
+  GetServerPath();
+  GetServerDirectory();
+}
 
 }  // namespace quenlatrix::meta_object::info

@@ -22,6 +22,10 @@ class HandlerInfo {
   virtual const char* GetServerPath() const;
   virtual const char* GetServerDirectory() const;
 
+  // Ends the filling: path and directory from the plug-in's image, both empty when its file can't
+  // be found, and every text's narrow form, so that readers on any thread change nothing.
+  void FinishWith(void* moduleHandle);
+
   WideString handlerName;
   WideString handlerType;
   WideString description;

@@ -1,4 +1,6 @@
-#include "meta_object/handlers/bean/entry_points.h"
+#include "meta_object/entry_points.h"
+
+#include <jni.h>
 
 #include "meta_object/handlers/bean/bean_handler.h"
 #include "meta_object/handlers/bean/plugin_state.h"
@@ -9,12 +11,6 @@ namespace bean = quenlatrix::meta_object::handlers::bean;
 using quenlatrix::meta_object::Environment;
 using quenlatrix::meta_object::Handler;
 using quenlatrix::meta_object::info::HandlerInfo;
-
-namespace {
-
-constexpr std::uint32_t kHandlerVersion = 0x00020000;
-
-}  // namespace
 
 extern "C" {
 
@@ -43,7 +39,7 @@ extern "C" {
 
 [[gnu::visibility("default")]] HandlerInfo* GetHandlerInfo() { return &_HandlerInfo; }
 
-[[gnu::visibility("default")]] std::uint32_t GetHandlerVersion() { return kHandlerVersion; }
+[[gnu::visibility("default")]] std::uint32_t GetHandlerVersion() { return quenlatrix::meta_object::kHandlerVersion; }
 
 [[gnu::visibility("default")]] Handler* GetHandlerObject() {
   return quenlatrix::meta_object::NoThrow(static_cast<Handler*>(nullptr),

@@ -1,17 +1,26 @@
 #pragma once
 
-#include <jni.h>
-
 #include <cstdint>
 
 #include "meta_object/environment.h"
 #include "meta_object/handler.h"
 #include "meta_object/info/handler_info.h"
 
-// What the host resolves by name in the loaded plug-in. The order in which it calls:
+// What the host resolves by name in a loaded plug-in, and every plug-in defines with default
+// visibility. The order in which the host calls:
 // SetEnvironment, InitHandler, SetJavaVM (all during its single-threaded start-up); then
 // GetHandlerInfo and GetHandlerVersion; then any number of GetHandlerObject and FreeHandlerObject,
 // from any thread; CleanUpHandler at the end.
+
+// A running Java VM, as jni.h has it; a handler without Java takes it and leaves it alone.
+struct JavaVM_;
+using JavaVM = JavaVM_;
+
+namespace quenlatrix::meta_object {
+
+inline constexpr std::uint32_t kHandlerVersion = 0x00020000;
+
+}  // namespace quenlatrix::meta_object
 
 extern "C" {
 
@@ -29,19 +38,19 @@ bool InitHandler(void* moduleHandle);
 // The handler's description; owned by the plug-in.
 quenlatrix::meta_object::info::HandlerInfo* GetHandlerInfo();
 
-// Version of the handler interface: 0x00020000.
+// Version of the handler interface: kHandlerVersion.
 std::uint32_t GetHandlerVersion();
 
 // A new handler with one reference and no object, registered with the host's collector; null when
 // memory is short. Freed with FreeHandlerObject.
 quenlatrix::meta_object::Handler* GetHandlerObject();
 
-// Destroys a handler; null is ignored. Java references are released by the last Release, not here.
+// Destroys a handler; null is ignored. Its real object went with the last Release, not here.
 void FreeHandlerObject(quenlatrix::meta_object::Handler* handler);
 
-// Nothing to clean up: true.
+// To be called before the plug-in is unloaded. True when it may be.
 bool CleanUpHandler();
 
-// Nothing to do when the host is idle: 1.
+// Called when the host has nothing to do. 1 where there is nothing to do here either.
 int ProcessIdle();
 }
