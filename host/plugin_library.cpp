@@ -26,9 +26,7 @@ bool ResolveEntry(void* handle, const char* name, Function*& function, std::stri
 
 }  // namespace
 
-std::string PluginLibrary::DefaultFile() {
-  return FindCompanion(kFileName).string();
-}
+std::string PluginLibrary::DefaultFile() { return FindCompanion(kFileName).string(); }
 
 PluginLibrary::PluginLibrary(void* handle, std::string file)
     : handle(handle), file(std::move(file)) {}

@@ -39,7 +39,9 @@ extern "C" {
 
 [[gnu::visibility("default")]] HandlerInfo* GetHandlerInfo() { return &_HandlerInfo; }
 
-[[gnu::visibility("default")]] std::uint32_t GetHandlerVersion() { return quenlatrix::meta_object::kHandlerVersion; }
+[[gnu::visibility("default")]] std::uint32_t GetHandlerVersion() {
+  return quenlatrix::meta_object::kHandlerVersion;
+}
 
 [[gnu::visibility("default")]] Handler* GetHandlerObject() {
   return quenlatrix::meta_object::NoThrow(static_cast<Handler*>(nullptr),
