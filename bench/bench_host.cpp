@@ -56,7 +56,7 @@ BenchHost::BenchHost() {
   std::string why;
   host::JavaVm::Options options;
   options.classPath = {BENCH_BEANS_JAR, BENCH_PLUGIN_JAR};
-  plugin = host::PluginLibrary::Load("", why);
+  plugin = host::PluginLibrary::Load(host::PluginLibrary::DefaultFile(), why);
   if (plugin == nullptr || !plugin->Initialise(&environment, why)) {
     Fail(why);
   }

@@ -152,7 +152,10 @@ void GatherParameters(Handler* handler, const WideString& id, unsigned int count
 }  // namespace
 
 const std::string& BeanObject::ClassName() {
-  if (className.empty()) {
+  if (className.empty() && !IsBean()) {
+    const PluginLibrary* maker = host->GetHandlers().FindMaker(*handler);
+    className = maker == nullptr ? "" : maker->GetType();
+  } else if (className.empty()) {
     const ValuePtr javaClass =
         CallPlain(*this, "Invoke:getClass:0", TypeDesc::Key::Object, "java.lang.Class");
     for (BeanObject& found : ClassesIn(*host, javaClass.get())) {
@@ -170,8 +173,9 @@ HandlerStatus BeanObject::Introspect() {
     return status::kIntrospectionFailed;
   }
   // A text would set the identity anew, also under a thread that reads it.
-  const std::string identity = host->MakeIdentity(className);
-  const HandlerStatus answer = handler->OpenIntrospect(identified ? nullptr : identity.c_str());
+  const std::string identity = Host::MakeIdentity(className);
+  const bool ownIdentity = identified || !IsBean();
+  const HandlerStatus answer = handler->OpenIntrospect(ownIdentity ? nullptr : identity.c_str());
   handler->CloseIntrospect();
   introspected = answer == status::kSuccess;
   identified = identified || introspected;
@@ -202,6 +206,12 @@ std::vector<MethodDescription> BeanObject::GatherMethods() {
 }
 
 const std::vector<MethodDescription>* BeanObject::Methods() {
+  if (!IsBean()) {
+    if (ownMethods == nullptr && Introspect() == status::kSuccess) {
+      ownMethods = std::make_shared<const std::vector<MethodDescription>>(GatherMethods());
+    }
+    return ownMethods.get();
+  }
   if (const auto* known = host->GetFacts().FindMethods(ClassName())) {
     return known;
   }
@@ -239,6 +249,9 @@ ObjectDescription BeanObject::Describe() {
 }
 
 const Supertypes* BeanObject::SupertypesOfClass() {
+  if (!IsBean()) {
+    return nullptr;
+  }
   if (const Supertypes* known = host->GetFacts().FindSupertypes(ClassName())) {
     return known;
   }
@@ -253,6 +266,8 @@ bool BeanObject::IsInstanceOf(const std::string& typeName) {
   return supertypes != nullptr && supertypes->contains(typeName);
 }
 
-std::optional<WideString> BeanObject::ToText() { return CallForText(*this, "Invoke:toString:0"); }
+std::optional<WideString> BeanObject::ToText() {
+  return IsBean() ? CallForText(*this, "Invoke:toString:0") : std::nullopt;
+}
 
 }  // namespace quenlatrix::host

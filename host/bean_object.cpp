@@ -3,6 +3,7 @@
 #include <list>
 #include <utility>
 
+#include "host/events.h"
 #include "host/host.h"
 #include "host/utf8.h"
 #include "meta_object/type/blob.h"
@@ -69,8 +70,8 @@ class OpenWalk {
   HandlerStatus opened;
 };
 
-ValuePtr TakeOver(const Host& host, type::Object* value) {
-  return ValuePtr(value, ValueRelease{host.GetReceiver()});
+ValuePtr TakeOver(const Host& host, const Handler& maker, type::Object* value) {
+  return ValuePtr(value, ValueRelease{host.GetReceiver(maker)});
 }
 
 }  // namespace
@@ -99,7 +100,8 @@ BeanObject::BeanObject(BeanObject&& other) noexcept
       handler(std::exchange(other.handler, nullptr)),
       className(std::move(other.className)),
       identified(other.identified),
-      introspected(other.introspected) {}
+      introspected(other.introspected),
+      ownMethods(std::move(other.ownMethods)) {}
 
 BeanObject& BeanObject::operator=(BeanObject&& other) noexcept {
   if (this != &other) {
@@ -109,11 +111,14 @@ BeanObject& BeanObject::operator=(BeanObject&& other) noexcept {
     className = std::move(other.className);
     identified = other.identified;
     introspected = other.introspected;
+    ownMethods = std::move(other.ownMethods);
   }
   return *this;
 }
 
 BeanObject::~BeanObject() { Release(); }
+
+bool BeanObject::IsBean() const { return host->IsBean(*handler); }
 
 HandlerStatus BeanObject::Release() {
   Handler* held = std::exchange(handler, nullptr);
@@ -122,7 +127,14 @@ HandlerStatus BeanObject::Release() {
 
 CallOutcome BeanObject::Call(const MethodDescription& method, std::vector<ValuePtr>& parameters) {
   // A copy, because the plug-in makes the text's narrow form and others may read it just now.
-  return Call(WideString(method.id.getWCharPtr()), method.returnType, parameters);
+  CallOutcome outcome = Call(WideString(method.id.getWCharPtr()), method.returnType, parameters);
+  if (outcome.status != status::kSuccess) {
+    const std::string failure = ToUtf8(outcome.failureText);
+    ReportEvent(EVT_ERROR, failure.empty() ? CAT_RUNTIME : CAT_EXCEPTION,
+                ClassName() + "." + ToUtf8(method.name) + " failed with status " +
+                    std::to_string(outcome.status) + (failure.empty() ? "" : ": " + failure));
+  }
+  return outcome;
 }
 
 CallOutcome BeanObject::Call(const WideString& methodId, const TypeDesc& returnType,
@@ -138,7 +150,7 @@ CallOutcome BeanObject::Call(const WideString& methodId, const TypeDesc& returnT
     OpenCall call(*handler, methodId);
     outcome.status = call.Invoke(lent, returnType, invokeStatus, result);
   }
-  outcome.result = TakeOver(*host, result);
+  outcome.result = TakeOver(*host, *handler, result);
   outcome.statusCode = invokeStatus.statusCode;
   outcome.description = std::move(invokeStatus.description);
   outcome.failureText = std::move(invokeStatus.failureText);
@@ -159,7 +171,7 @@ WalkOutcome BeanObject::Walk(int skip) {
     std::list<type::Object*> items;
     outcome.status = handler->GetNextItems(walk.GetContext(), -1, items, nullptr);
     for (type::Object* item : items) {
-      outcome.items.push_back(TakeOver(*host, item));
+      outcome.items.push_back(TakeOver(*host, *handler, item));
     }
   }
   return outcome;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,13 +40,15 @@ struct WalkOutcome {
   std::vector<ValuePtr> items;
 };
 
-// One counted reference on a handler that stands for a Java object. Movable, not copyable; used by
-// one thread at a time, and gone before its Host is. Every operation opens and closes what it needs
-// on the calling thread, so two threads may use two BeanObjects of one handler. A moved-from or
-// released object is empty and good for nothing but assignment and destruction.
+// One counted reference on a handler that stands for a Java object, or for one of another handler's
+// kind; Java is asked about beans alone. Movable, not copyable; used by one thread at a time, and
+// gone before its Host is. Every operation opens and closes what it needs on the calling thread, so
+// two threads may use two BeanObjects of one handler. A moved-from or released object is empty and
+// good for nothing but assignment and destruction.
 class BeanObject {
  public:
-  // Takes over one count of a handler whose identity names the class.
+  // Takes over one count of a handler whose identity names the object. `className`: of a bean;
+  // otherwise the identity's core.
   static BeanObject Adopt(Host& host, meta_object::Handler* handler, std::string className);
   // Takes a count of its own on a handler that needs no identity yet. `className` empty: asked for
   // when first needed. Nothing when the handler gives no count.
@@ -67,17 +70,21 @@ class BeanObject {
 
   // Lends the handler.
   meta_object::Handler* GetHandler() const { return handler; }
-  // The object's run-time class (Class.getName(), UTF-8), asked through the plug-in when not known;
-  // empty when it cannot be learnt.
+  // The object's run-time class (Class.getName(), UTF-8), asked through the plug-in when not known.
+  // What is no bean has the identity that it was made of, or its handler's type. Empty when it
+  // cannot be learnt.
   const std::string& ClassName();
 
-  // Makes the class's catalogue known to the plug-in and binds the identity "JAVABEAN://<class>";
-  // done once by the operations that need it. The handler's status (0, 1, 5).
+  // Makes the class's catalogue known to the plug-in and binds the identity "JAVABEAN://<class>"
+  // (an object that is no bean keeps its own); done once by the operations that need it. The
+  // handler's status (0, 1, 5).
   std::uint32_t Introspect();
-  // The class's methods in the catalogue's order, lent by the host; null when introspection failed.
+  // The methods in the catalogue's order, lent while this object lives; null when introspection
+  // failed.
   const std::vector<MethodDescription>* Methods();
   ObjectDescription Describe();
-  // The class's supertypes, itself included, lent by the host; null when they cannot be learnt.
+  // The class's supertypes, itself included, lent by the host; null when they cannot be learnt, as
+  // of what is no bean.
   const Supertypes* SupertypesOfClass();
   bool IsInstanceOf(const std::string& className);
 
@@ -88,7 +95,7 @@ class BeanObject {
   // type, for methods that no catalogue lists.
   CallOutcome Call(const WideString& methodId, const meta_object::TypeDesc& returnType,
                    std::vector<ValuePtr>& parameters);
-  // What toString() answers; nothing when it answers null or throws.
+  // What toString() answers; nothing when it answers null or throws, and for what is no bean.
   std::optional<WideString> ToText();
 
   // Walks the object as a collection: passes over `skip` elements and delivers the rest. Status 13
@@ -100,6 +107,7 @@ class BeanObject {
  private:
   BeanObject(Host& host, meta_object::Handler* handler, std::string className, bool identified);
   std::vector<MethodDescription> GatherMethods();
+  bool IsBean() const;
 
   Host* host;
   meta_object::Handler* handler;
@@ -107,6 +115,8 @@ class BeanObject {
   // Whether the handler's identity names the class.
   bool identified;
   bool introspected = false;
+  // Of an object that is no bean: its class has no name to keep them under.
+  std::shared_ptr<const std::vector<MethodDescription>> ownMethods;
 };
 
 }  // namespace quenlatrix::host

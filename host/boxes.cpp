@@ -22,7 +22,7 @@ namespace {
 
 BeanObject& Boxes::GetBean() {
   if (!bean) {
-    Host::Creation creation = host.Create(Host::kBoxingBean);
+    Host::Creation creation = host.Create(Host::MakeIdentity(Host::kBoxingBean));
     if (!creation.object) Fail("can't be made: " + creation.text);
     bean = std::move(creation.object);
   }

@@ -7,16 +7,15 @@
 #include <utility>
 
 #include "host/companion_files.h"
+#include "host/events.h"
 #include "meta_object/handlers/bean/class_path.h"
 #include "meta_object/identity.h"
-#include "meta_object/info/handler_info.h"
 #include "meta_object/no_throw.h"
 
 namespace quenlatrix::host {
 
 namespace fs = std::filesystem;
 namespace cache = meta_object::info::cache;
-namespace status = meta_object::handler_status;
 using meta_object::Handler;
 using meta_object::Identity;
 using meta_object::NoThrow;
@@ -55,9 +54,8 @@ const cache::CachedObjectInfo* GetObjectInfo(void* context, const Identity& iden
       nullptr, [&] { return HostOf(context).GetCache().GetObject(identity); });
 }
 
-// One process has one plug-in, so every handler is its own, whatever module the call names.
-void RegisterHandler(void* context, Handler* handler, const void* /*ownerModule*/) {
-  NoThrow([&] { HostOf(context).GetCollector().Register(handler); });
+void RegisterHandler(void* context, Handler* handler, const void* ownerModule) {
+  NoThrow([&] { HostOf(context).Register(handler, ownerModule); });
 }
 
 bool CheckSecurity(meta_object::info::SecurityInfo* record) {
@@ -76,12 +74,15 @@ std::vector<std::string> SplitPath(std::string_view path) {
   return entries;
 }
 
-// As the plug-in has it, and what the options add.
+// As the plug-in has it, and what the options add. `pluginFile` is empty when no bean plug-in is
+// loaded.
 std::string ClassPathOf(const Host::Options& options, const std::string& pluginFile) {
   namespace bean = meta_object::handlers::bean;
   std::string classPath;
-  bean::GetClassPath((fs::path(pluginFile).parent_path() / bean::ClassPathFile).string(),
-                     classPath);
+  if (!pluginFile.empty()) {
+    bean::GetClassPath((fs::path(pluginFile).parent_path() / bean::ClassPathFile).string(),
+                       classPath);
+  }
   if (!classPath.empty() && !options.classPath.empty()) {
     classPath += ':';
   }
@@ -99,11 +100,29 @@ std::string FindJar(const std::string& name, const std::string& pluginFile) {
   return {};
 }
 
+// Puts the Java sides of the bean plug-in and of this host on the class path.
+bool AddJars(const std::string& pluginFile, std::vector<std::string>& classPath, std::string& why) {
+  const std::string pluginJar = FindJar(kPluginJar, pluginFile);
+  if (pluginJar.empty()) {
+    why = std::string("the plug-in's Java side, ") + kPluginJar + ", lies neither beside " +
+          pluginFile + " nor beside this program. Put it there, or build it.";
+    return false;
+  }
+  classPath.push_back(pluginJar);
+  if (const std::string hostJar = FindJar(kHostJar, pluginFile); !hostJar.empty()) {
+    classPath.push_back(hostJar);
+  }
+  return true;
+}
+
 }  // namespace
 
 Host::Host(const Options& options)
     : policy(options.allow, options.deny, kBoxingBean),
-      collector([this](Handler* handler) { plugin->FreeHandler(handler); }) {
+      handlers(environment),
+      collector([this](Handler* handler, const void* owner) {
+        handlers.FindByModule(owner)->FreeHandler(handler);
+      }) {
   environment.hostContext = this;
   environment.cacheOpenIntrospect = OpenIntrospect;
   environment.cacheIntrospectDone = IntrospectDone;
@@ -117,39 +136,37 @@ Host::Host(const Options& options)
 
 std::unique_ptr<Host> Host::Start(const Options& options, std::string& why) {
   std::unique_ptr<Host> host(new Host(options));
-  host->plugin = PluginLibrary::Load(options.pluginFile, why);
-  if (host->plugin == nullptr || !host->plugin->Initialise(&host->environment, why)) {
+  if (!host->TryStart(options, why)) {
+    ReportEvent(EVT_FATAL, CAT_START, "beanhost has nothing to run on: " + why);
     return nullptr;
   }
-  const char* type = host->plugin->GetInfo()->GetHandlerType();
-  host->handlerType = type == nullptr ? "" : type;
-  SecurityPolicy::Install(&host->policy);
-  if (!host->StartVm(options, why)) {
-    return nullptr;
-  }
-  host->plugin->SetVm(host->machine->Get());
-  host->receiver = host->plugin->MakeHandler();
-  if (host->receiver == nullptr) {
-    why = "the plug-in " + host->plugin->GetFile() + " makes no handler objects.";
-    return nullptr;
-  }
+  ReportEvent(EVT_INFO, CAT_START,
+              "beanhost serves " + host->handlers.DescribeTypes() + " on the Java VM " +
+                  host->machine->GetLibraryFile());
   return host;
 }
 
-bool Host::StartVm(const Options& options, std::string& why) {
-  JavaVm::Options vmOptions;
-  vmOptions.home = options.javaHome;
-  classPath = ClassPathOf(options, plugin->GetFile());
-  vmOptions.classPath = SplitPath(classPath);
-  const std::string pluginJar = FindJar(kPluginJar, plugin->GetFile());
-  if (pluginJar.empty()) {
-    why = std::string("the plug-in's Java side, ") + kPluginJar + ", lies neither beside " +
-          plugin->GetFile() + " nor beside this program. Put it there, or build it.";
+bool Host::TryStart(const Options& options, std::string& why) {
+  const std::string file =
+      options.pluginFile.empty() ? PluginLibrary::DefaultFile() : options.pluginFile;
+  if (handlers.Add(file, why) == nullptr) {
+    why = "the plug-in doesn't serve: " + why +
+          ". Use the plug-in that came with this host, or name its file with --plugin.";
     return false;
   }
-  vmOptions.classPath.push_back(pluginJar);
-  if (const std::string hostJar = FindJar(kHostJar, plugin->GetFile()); !hostJar.empty()) {
-    vmOptions.classPath.push_back(hostJar);
+  SecurityPolicy::Install(&policy);
+  return StartVm(options, why) && handlers.Start(machine->Get(), why);
+}
+
+bool Host::StartVm(const Options& options, std::string& why) {
+  const PluginLibrary* bean = handlers.FindByType(HandlerSet::kBeanType);
+  const std::string pluginFile = bean == nullptr ? "" : bean->GetFile();
+  JavaVm::Options vmOptions;
+  vmOptions.home = options.javaHome;
+  classPath = ClassPathOf(options, pluginFile);
+  vmOptions.classPath = SplitPath(classPath);
+  if (bean != nullptr && !AddJars(pluginFile, vmOptions.classPath, why)) {
+    return false;
   }
   // Signals are the program's own affair: without this the machine takes SIGINT for itself.
   vmOptions.options = {"-Xrs"};
@@ -160,57 +177,31 @@ bool Host::StartVm(const Options& options, std::string& why) {
 }
 
 Host::~Host() {
-  if (plugin != nullptr) {
-    collector.ReleaseAll();
-  }
+  collector.ReleaseAll();
   SecurityPolicy::Install(nullptr);
 }
 
-std::string Host::MakeIdentity(const std::string& className) const {
-  return handlerType + "://" + className;
+void Host::Register(Handler* handler, const void* ownerModule) {
+  if (handlers.FindByModule(ownerModule) == nullptr) {
+    ReportEvent(EVT_WARNING, CAT_RUNTIME,
+                "a handler of no loaded plug-in was registered; it is never freed");
+    return;
+  }
+  collector.Register(handler, ownerModule);
 }
 
-std::string Host::DescribeFailure(const std::string& className, std::uint32_t answer) const {
-  if (answer == status::kRefused) {
-    return "class " + className + " is refused: " + policy.WhyRefused(className) +
-           ". Change --allow and --deny if it is to be used.";
-  }
-  return "no object of class " + className + " could be made (status " + std::to_string(answer) +
-         "): the class isn't on the class path, is abstract, has no constructor without arguments, "
-         "or that constructor threw. Class path: " +
-         (classPath.empty() ? "none given, name one with --class-path." : classPath);
+Handler* Host::GetReceiver(const Handler& handler) const {
+  const PluginLibrary* maker = handlers.FindMaker(handler);
+  return maker == nullptr ? nullptr : maker->GetReceiver();
 }
 
-Host::Creation Host::Create(const std::string& className) {
-  std::string name = className;
-  std::replace(name.begin(), name.end(), '/', '.');
-  Creation creation;
-  // The parts' own check: a name with "?" or "=" in it would be cut there and mean another class.
-  const Identity identity(handlerType.c_str(), name.c_str());
-  if (!identity.IsValid()) {
-    creation.status = status::kInvalidIdentity;
-    creation.text =
-        "\"" + className + "\" is no class name. Expected one such as shop.cart.Widget.";
-    return creation;
-  }
-  Handler* handler = plugin->MakeHandler();
-  if (handler == nullptr) {
-    creation.status = status::kObjectNotMade;
-    creation.text = "the plug-in made no handler object: there is not enough memory.";
-    return creation;
-  }
-  const bool withdrawn = collector.Withdraw(handler);
-  creation.status = handler->CreateObject(identity.identity.c_str(), nullptr);
-  if (withdrawn) {
-    collector.Register(handler);
-  }
-  if (creation.status == status::kSuccess) {
-    creation.object = BeanObject::Adopt(*this, handler, name);
-  } else {
-    creation.text = DescribeFailure(name, creation.status);
-    handler->Release();
-  }
-  return creation;
+bool Host::IsBean(const Handler& handler) const {
+  const PluginLibrary* maker = handlers.FindMaker(handler);
+  return maker != nullptr && maker->GetType() == HandlerSet::kBeanType;
+}
+
+std::string Host::MakeIdentity(const std::string& className) {
+  return std::string(HandlerSet::kBeanType) + "://" + className;
 }
 
 }  // namespace quenlatrix::host

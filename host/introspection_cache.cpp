@@ -55,14 +55,14 @@ IntrospectionCache::IntrospectionCache() = default;
 IntrospectionCache::~IntrospectionCache() = default;
 
 IntrospectionCache::Entry* IntrospectionCache::Find(const Identity& identity) {
-  const auto found = entries.find(identity.handlerData);
+  const auto found = entries.find(identity.core);
   return found == entries.end() ? nullptr : found->second.get();
 }
 
 bool IntrospectionCache::Open(const Identity& identity, bool& mustIntrospect) {
   mustIntrospect = false;
   const MonitorLock lock(monitor);
-  std::unique_ptr<Entry>& place = entries[identity.handlerData];
+  std::unique_ptr<Entry>& place = entries[identity.core];
   if (place == nullptr) {
     place = std::make_unique<Entry>();
   }

@@ -16,7 +16,8 @@ class Identity;
 namespace quenlatrix::host {
 
 // The catalogue of each bean class, filled once by the plug-in and read by all: what stands behind
-// the six cache callbacks of the environment. The key is the identity's handler data, the class.
+// the six cache callbacks of the environment. The key is the identity's core: the handler and its
+// data, the class.
 //
 // A class is filled by the first thread that opens it; others that open it meanwhile wait. When the
 // fill fails, its entries are dropped and the turn goes to one of those that wait, so each of them

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/companion_files.h"
+#include "meta_object/info/handler_info.h"
 
 namespace quenlatrix::host {
 
@@ -31,15 +32,13 @@ std::string PluginLibrary::DefaultFile() { return FindCompanion(kFileName).strin
 PluginLibrary::PluginLibrary(void* handle, std::string file)
     : handle(handle), file(std::move(file)) {}
 
-std::unique_ptr<PluginLibrary> PluginLibrary::Load(const std::string& givenFile, std::string& why) {
+std::unique_ptr<PluginLibrary> PluginLibrary::Load(const std::string& file, std::string& why) {
   // A name without a slash would be looked for in the library path, not in the current directory.
   std::error_code failed;
-  const std::string path =
-      std::filesystem::absolute(givenFile.empty() ? DefaultFile() : givenFile, failed).string();
+  const std::string path = std::filesystem::absolute(file, failed).string();
   void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {
-    why = "the plug-in cannot be loaded: " + std::string(dlerror()) +
-          ". Build it, or name its file with --plugin.";
+    why = "it cannot be loaded: " + std::string(dlerror());
     return nullptr;
   }
   std::unique_ptr<PluginLibrary> plugin(new PluginLibrary(handle, path));
@@ -50,7 +49,7 @@ std::unique_ptr<PluginLibrary> PluginLibrary::Load(const std::string& givenFile,
   if (version != kVersion) {
     char text[64];
     std::snprintf(text, sizeof text, "version 0x%08X, this host needs 0x%08X", version, kVersion);
-    why = "the plug-in " + path + " has " + text + ". Use the plug-in that came with this host.";
+    why = path + " has " + text;
     return nullptr;
   }
   return plugin;
@@ -68,8 +67,7 @@ bool PluginLibrary::Resolve(std::string& why) {
   ResolveEntry(handle, "CleanUpHandler", entries.cleanUpHandler, missing);
   ResolveEntry(handle, "ProcessIdle", entries.processIdle, missing);
   if (!missing.empty()) {
-    why = file + " is no handler plug-in: it lacks " + missing +
-          ". Name the plug-in's own file with --plugin.";
+    why = file + " is no handler plug-in: it lacks " + missing;
     return false;
   }
   return true;
@@ -86,12 +84,27 @@ bool PluginLibrary::Initialise(meta_object::Environment* environment, std::strin
   entries.setEnvironment(environment);
   initialised = entries.initHandler(handle);
   if (!initialised) {
-    why = "the plug-in " + file + " refuses to be initialised (InitHandler answered false).";
+    why = file + " refuses to be initialised (InitHandler answered false)";
+    return false;
   }
-  return initialised;
+  const meta_object::info::HandlerInfo* info = GetInfo();
+  const char* named = info == nullptr ? nullptr : info->GetHandlerType();
+  type = named == nullptr ? "" : named;
+  if (type.empty()) {
+    why = file + " doesn't say which type of handler it serves";
+  }
+  return !type.empty();
 }
 
 void PluginLibrary::SetVm(JavaVM* machine) { entries.setJavaVM(machine); }
+
+bool PluginLibrary::MakeReceiver(std::string& why) {
+  receiver = MakeHandler();
+  if (receiver == nullptr) {
+    why = file + " makes no handler objects";
+  }
+  return receiver != nullptr;
+}
 
 meta_object::Handler* PluginLibrary::MakeHandler() { return entries.getHandlerObject(); }
 

@@ -33,12 +33,13 @@ class CollectorTest : public testing::Test {
  protected:
   TestHandler* Make() {
     auto* handler = new TestHandler;
-    tested.Register(handler);
+    tested.Register(handler, this);
     return handler;
   }
 
   std::multiset<Handler*> freed;
-  Collector tested{[this](Handler* handler) {
+  Collector tested{[this](Handler* handler, const void* owner) {
+                     EXPECT_EQ(owner, this);
                      EXPECT_EQ(handler->GetReferenceCount(), 0U);
                      freed.insert(handler);
                      delete handler;
@@ -70,7 +71,7 @@ TEST_F(CollectorTest, CollectsByItselfWhenThereAreManyHandlers) {
 
 TEST_F(CollectorTest, DoesNotWaitForAHandlerThatWasWithdrawn) {
   auto* slow = new SlowHandler;
-  tested.Register(slow);
+  tested.Register(slow, this);
   Make()->Handler::Release();
   ASSERT_TRUE(tested.Withdraw(slow));
   EXPECT_FALSE(tested.Withdraw(slow));
@@ -80,7 +81,7 @@ TEST_F(CollectorTest, DoesNotWaitForAHandlerThatWasWithdrawn) {
   EXPECT_EQ(tested.Collect(), 1U);
   slow->mayEnd.set_value();
   creator.join();
-  tested.Register(slow);
+  tested.Register(slow, this);
   EXPECT_EQ(tested.GetCount(), 1U);
 }
 
@@ -88,7 +89,7 @@ TEST(Collector, FreesEachHandlerOnceWhenThreadsRegisterAndCollectAtOnce) {
   constexpr int kThreads = 4;
   constexpr int kHandlers = 500;
   std::atomic<int> freed = 0;
-  const auto free = [&freed](Handler* handler) {
+  const auto free = [&freed](Handler* handler, const void*) {
     ++freed;
     delete handler;
   };
@@ -99,7 +100,7 @@ TEST(Collector, FreesEachHandlerOnceWhenThreadsRegisterAndCollectAtOnce) {
       threads.emplace_back([&tested] {
         for (int i = 0; i < kHandlers; ++i) {
           auto* handler = new TestHandler;
-          tested.Register(handler);
+          tested.Register(handler, nullptr);
           handler->Handler::Release();
           if (i % 50 == 0) tested.Collect();
         }
