@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/host_error.h"
+#include "host/method_pattern.h"
 #include "host/utf8.h"
 
 namespace quenlatrix::host {
@@ -28,18 +29,10 @@ Argument Make(Kind kind, std::string text) {
   return argument;
 }
 
-// The text with a mark under the byte at `place`, counted from 0, as a message shows it.
-std::string ShowPlace(std::string_view source, std::size_t place) {
-  const std::size_t at = std::min(place, source.size());
-  const std::size_t column = Utf8ToWide(source.substr(0, at)).size();
-  return "character " + std::to_string(column + 1) + ":\n  " + std::string(source) + "\n  " +
-         std::string(column, ' ') + "^";
-}
-
-[[noreturn]] void Refuse(const std::string& what, std::string_view source, std::size_t place) {
+[[noreturn]] void Refuse(const std::string& what, std::size_t place) {
   throw HostError(ExitStatus::Usage,
-                  what + ", at " + ShowPlace(source, place) +
-                      "\nto pass text that begins like this, write it as \"text\"");
+                  what + "\nto pass text that begins like this, write it as \"text\"",
+                  Place{place, 1});
 }
 
 // Builds arguments from the parser's events, since a parsed document keeps no digits.
@@ -136,20 +129,20 @@ bool ReadCharacter(std::string_view inside, std::string& character) {
 
 Argument ParseCharacter(std::string_view source) {
   if (source.size() < 2 || source.back() != '\'') {
-    Refuse("a character is written 'c'; the closing ' is missing", source, source.size());
+    Refuse("a character is written 'c'; the closing ' is missing", source.size());
   }
   std::string character;
   if (!ReadCharacter(source.substr(1, source.size() - 2), character)) {
     Refuse(
         "a character is written 'c', with one character (or \\n, \\', \\u0041) between the marks",
-        source, 1);
+        1);
   }
   return Make(Kind::Character, character);
 }
 
 Argument ParseReference(std::string_view source) {
   if (!IsHeldName(source.substr(1))) {
-    Refuse("@ is followed by the name of a held value (letters, digits, _, -, .)", source, 1);
+    Refuse("@ is followed by the name of a held value (letters, digits, _, -, .)", 1);
   }
   return Make(Kind::Reference, std::string(source.substr(1)));
 }
@@ -207,44 +200,59 @@ std::string ElementsName(const Argument& array) {
   return areOfOneKind ? plural : "values of several kinds";
 }
 
-void RefuseUneven(const Argument& array) {
+std::string WhyUneven(const Argument& array) {
   const std::size_t columns = array.items.front().items.size();
   for (std::size_t row = 0; row < array.items.size(); ++row) {
     const Argument& items = array.items[row];
     if (items.kind != Kind::Array) {
-      throw HostError(ExitStatus::Failed,
-                      "an array holds either values or rows, not both; element " +
-                          std::to_string(row + 1) + " is " + Describe(items));
+      return "an array holds either values or rows, not both; element " + std::to_string(row + 1) +
+             " is " + Describe(items);
     }
     if (items.items.size() != columns) {
-      throw HostError(ExitStatus::Failed, "the rows of an array must have one length; row 1 has " +
-                                              std::to_string(columns) + " elements, row " +
-                                              std::to_string(row + 1) + " has " +
-                                              std::to_string(items.items.size()));
+      return "the rows of an array must have one length; row 1 has " + std::to_string(columns) +
+             " elements, row " + std::to_string(row + 1) + " has " +
+             std::to_string(items.items.size());
     }
   }
+  return {};
 }
 
-void RefuseArray(const Argument& array, std::size_t depth) {
+std::string WhyArrayUnpassable(const Argument& array, std::size_t depth) {
   if (depth > kMaxDimensions) {
-    throw HostError(
-        ExitStatus::Failed,
-        "an array of more than two dimensions can't be passed; pass its rows one by one");
+    return "an array of more than two dimensions can't be passed; pass its rows one by one";
   }
   if (array.items.empty()) {
-    throw HostError(ExitStatus::Failed,
-                    "an empty array can't be passed: the plug-in has no way to carry one");
+    return "an empty array can't be passed: the plug-in has no way to carry one";
   }
-  const bool hasRows = std::any_of(array.items.begin(), array.items.end(),
-                                   [](const Argument& item) { return item.kind == Kind::Array; });
+  bool hasRows = false;
   for (const Argument& item : array.items) {
-    if (item.kind == Kind::Array) {
-      RefuseArray(item, depth + 1);
-    } else {
-      RefuseUnpassable(item);
-    }
+    const bool isRow = item.kind == Kind::Array;
+    hasRows = hasRows || isRow;
+    std::string why = isRow ? WhyArrayUnpassable(item, depth + 1) : WhyUnpassable(item);
+    if (!why.empty()) return why;
   }
-  if (hasRows) RefuseUneven(array);
+  return hasRows ? WhyUneven(array) : std::string();
+}
+
+// The argument that stands at `source`, its places counted from there.
+Argument ParseAtStart(std::string_view source) {
+  const char first = source.empty() ? '\0' : source.front();
+  if (first == '\'') return ParseCharacter(source);
+  if (first == '@') return ParseReference(source);
+  LiteralReader reader;
+  const bool isJson = json::sax_parse(source.begin(), source.end(), &reader);
+  const bool mustBeLiteral = first == '"' || first == '[' || first == '{';
+  if (first == '{' && (isJson || reader.hasObject)) {
+    Refuse("a JSON object is no value that a parameter takes", 0);
+  }
+  if (isJson && !reader.hasObject) return std::move(reader.result);
+  if (reader.overflow && !mustBeLiteral) return Make(Kind::Real, std::string(source));
+  if (mustBeLiteral) {
+    Refuse(reader.hasObject ? "a JSON object is no value that an array holds"
+                            : "no literal: " + reader.why,
+           reader.hasObject ? source.find('{') : reader.place);
+  }
+  return Make(Kind::Text, std::string(source));
 }
 
 }  // namespace
@@ -275,37 +283,27 @@ std::vector<std::string_view> SplitArguments(std::string_view line) {
   return parts;
 }
 
-Argument ParseArgument(std::string_view source) {
-  const char first = source.empty() ? '\0' : source.front();
-  if (first == '\'') return ParseCharacter(source);
-  if (first == '@') return ParseReference(source);
-  LiteralReader reader;
-  const bool isJson = json::sax_parse(source.begin(), source.end(), &reader);
-  const bool mustBeLiteral = first == '"' || first == '[' || first == '{';
-  if (first == '{' && (isJson || reader.hasObject)) {
-    Refuse("a JSON object is no value that a parameter takes", source, 0);
+Argument ParseArgument(std::string_view source, std::size_t at) {
+  try {
+    Argument argument = ParseAtStart(source);
+    argument.source = source;
+    argument.at = at;
+    return argument;
+  } catch (HostError& error) {
+    if (error.place) error.place->at += at;
+    throw;
   }
-  if (isJson && !reader.hasObject) return std::move(reader.result);
-  if (reader.overflow && !mustBeLiteral) return Make(Kind::Real, std::string(source));
-  if (mustBeLiteral) {
-    Refuse(reader.hasObject ? "a JSON object is no value that an array holds"
-                            : "no literal: " + reader.why,
-           source, reader.hasObject ? source.find('{') : reader.place);
-  }
-  return Make(Kind::Text, std::string(source));
 }
 
-void RefuseUnpassable(const Argument& argument) {
+std::string WhyUnpassable(const Argument& argument) {
   if (argument.kind == Kind::Null) {
-    throw HostError(ExitStatus::Failed,
-                    "null can't be passed: the plug-in has no way to carry it; for text pass \"\"");
+    return "null can't be passed: the plug-in has no way to carry it; for text pass \"\"";
   }
   if (argument.kind == Kind::Text && argument.text.find('\0') != std::string::npos) {
-    throw HostError(ExitStatus::Failed,
-                    "text with the character U+0000 can't be passed: it would end "
-                    "there; leave that character out");
+    return "text with the character U+0000 can't be passed: it would end there; leave that "
+           "character out";
   }
-  if (argument.kind == Kind::Array) RefuseArray(argument, 1);
+  return argument.kind == Kind::Array ? WhyArrayUnpassable(argument, 1) : std::string();
 }
 
 std::vector<int> Dimensions(const Argument& argument) {
@@ -332,7 +330,7 @@ std::string Describe(const Argument& argument) {
     case Kind::Reference:
       return "@" + argument.text;
     case Kind::Object:
-      return "object of class " + argument.text;
+      return "object of class " + ToSourceForm(argument.text);
     case Kind::Array:
       break;
   }

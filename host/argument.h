@@ -36,6 +36,9 @@ struct Argument {
   std::vector<Argument> items;
   // The Java type that a held plain value has; empty for a literal.
   std::string javaType;
+  // As it was written, and where in its statement's line.
+  std::string source;
+  std::size_t at = 0;
   // Object: what holds it and what its class is besides, both lent.
   const meta_object::Handler* handler = nullptr;
   const Supertypes* supertypes = nullptr;
@@ -45,15 +48,16 @@ struct Argument {
 // with a literal is ParseArgument's to say.
 std::vector<std::string_view> SplitArguments(std::string_view line);
 
-// Reads one ARG: a JSON literal, 'c', @NAME or a bare word. Throws HostError (Usage) that shows the
-// place when it begins like a literal or a reference and is none.
-Argument ParseArgument(std::string_view source);
+// Reads one ARG: a JSON literal, 'c', @NAME or a bare word, which begins at byte `at` of its
+// statement. Throws HostError (Usage) that knows the place when it begins like a literal or a
+// reference and is none.
+Argument ParseArgument(std::string_view source, std::size_t at = 0);
 
-// Throws HostError (Failed) when no parameter of any type can take the argument: null, an empty
-// array, rows of different lengths, more than two dimensions, text with a NUL character.
-void RefuseUnpassable(const Argument& argument);
+// Why no parameter of any type can take the argument: null, an empty array, rows of different
+// lengths, more than two dimensions, text with a NUL character. Empty when one can.
+std::string WhyUnpassable(const Argument& argument);
 
-// The lengths of an array that RefuseUnpassable lets through: one or two. Empty for anything else.
+// The lengths of an array that is passable: one or two. Empty for anything else.
 std::vector<int> Dimensions(const Argument& argument);
 
 // The argument as messages name it: `number 5`, `text "abc"`, `array of 2 x 3 numbers`.

@@ -90,6 +90,15 @@ std::optional<BeanObject> BeanObject::Share(Host& host, Handler* handler, std::s
   return BeanObject(host, handler, std::move(className), false);
 }
 
+std::optional<BeanObject> BeanObject::Share() const {
+  std::optional<BeanObject> shared = Share(*host, handler, className);
+  if (shared) {
+    shared->identified = identified;
+    shared->introspected = introspected;
+  }
+  return shared;
+}
+
 std::optional<BeanObject> BeanObject::FromValue(Host& host, const type::Object& value) {
   const auto* blob = dynamic_cast<const type::Blob*>(&value);
   return blob == nullptr ? std::nullopt : Share(host, blob->GetValue());

@@ -54,6 +54,8 @@ class BeanObject {
   // when first needed. Nothing when the handler gives no count.
   static std::optional<BeanObject> Share(Host& host, meta_object::Handler* handler,
                                          std::string className = {});
+  // The same object with a count of its own, and what is known of it.
+  std::optional<BeanObject> Share() const;
   // The object that a value of key Object (no array) refers to, with a count of its own; nothing
   // when the value is no object or refers to nothing.
   static std::optional<BeanObject> FromValue(Host& host, const meta_object::type::Object& value);

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <istream>
 
+#include "host/nearest_names.h"
+
 namespace quenlatrix::host {
 
 namespace {
@@ -13,24 +15,35 @@ constexpr std::string_view kBlanks = " \t\r\n";
 // What is left of a statement's line while it is read from left to right.
 class LineReader {
  public:
-  explicit LineReader(std::string_view line) : rest(line) { SkipBlanks(); }
+  explicit LineReader(std::string_view line) : line(line) { SkipBlanks(); }
 
-  bool IsAtEnd() const { return rest.empty(); }
-  std::string_view Rest() const { return rest; }
+  bool IsAtEnd() const { return at == line.size(); }
+  std::string_view Rest() const { return line.substr(at); }
 
   // Takes the next `length` characters and the blanks behind them.
-  std::string_view Take(std::size_t length) {
-    const std::string_view taken = rest.substr(0, length);
-    rest.remove_prefix(taken.size());
+  Word Take(std::size_t length) {
+    Word taken{std::string(line.substr(at, length)), at};
+    at += taken.text.size();
     SkipBlanks();
     return taken;
   }
-  std::string_view TakeWord() { return Take(rest.find_first_of(kBlanks)); }
+  Word TakeWord() { return Take(Rest().find_first_of(kBlanks)); }
+
+  // Of the next word, or of the one that is missing behind the line.
+  Place NextPlace() const {
+    if (IsAtEnd()) return {line.find_last_not_of(kBlanks) + 2, 1};
+    return {at, std::min(Rest().find_first_of(kBlanks), Rest().size())};
+  }
+  // Of a part of the line.
+  std::size_t OffsetOf(std::string_view part) const {
+    return static_cast<std::size_t>(part.data() - line.data());
+  }
 
  private:
-  void SkipBlanks() { rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size())); }
+  void SkipBlanks() { at = std::min(line.find_first_not_of(kBlanks, at), line.size()); }
 
-  std::string_view rest;
+  std::string_view line;
+  std::size_t at = 0;
 };
 
 struct Statement {
@@ -41,55 +54,70 @@ struct Statement {
   Report (*run)(LineReader& line, const Statement& statement, Session& session);
 };
 
-[[noreturn]] void RefuseForm(const Statement& statement, const std::string& what) {
+[[noreturn]] void RefuseForm(const Statement& statement, const std::string& what, Place place) {
   throw HostError(ExitStatus::Usage,
-                  what + "; the statement is \"" + std::string(statement.form) + "\"");
+                  what + "\nthe statement is \"" + std::string(statement.form) + "\"", place);
 }
 
-std::string TakeName(LineReader& line, const Statement& statement) {
-  std::string name(line.Take(line.Rest().find_first_of(" \t\r\n=")));
-  if (!IsHeldName(name)) {
-    RefuseForm(statement, name.empty() ? "a name is missing"
-                                       : "\"" + name +
-                                             "\" can't be a name (letters, digits, _, -, ., no "
-                                             "digit first)");
+Word TakeName(LineReader& line, const Statement& statement) {
+  const Place place = line.NextPlace();
+  Word name = line.Take(line.Rest().find_first_of(" \t\r\n="));
+  if (name.text.empty()) RefuseForm(statement, "a name is missing", place);
+  if (!IsHeldName(name.text)) {
+    RefuseForm(statement,
+               "\"" + name.text + "\" can't be a name (letters, digits, _, -, ., no digit first)",
+               name.GetPlace());
   }
   return name;
 }
 
-std::string TakeLastWord(LineReader& line, const Statement& statement, const char* meaning) {
-  std::string word(line.TakeWord());
-  if (word.empty()) RefuseForm(statement, std::string(meaning) + " is missing");
-  if (!line.IsAtEnd()) RefuseForm(statement, "\"" + std::string(line.Rest()) + "\" is too much");
+// Takes `expected` itself: "=", which may touch what follows, or a word.
+void TakeSign(LineReader& line, const Statement& statement, std::string_view expected) {
+  const Place place = line.NextPlace();
+  const std::size_t length = expected == "=" ? 1 : line.Rest().find_first_of(kBlanks);
+  if (line.Rest().substr(0, length) == expected) {
+    line.Take(expected.size());
+  } else {
+    RefuseForm(statement, "\"" + std::string(expected) + "\" is missing", place);
+  }
+}
+
+Word TakeLastWord(LineReader& line, const Statement& statement, const char* meaning) {
+  const Place place = line.NextPlace();
+  Word word = line.TakeWord();
+  if (word.text.empty()) RefuseForm(statement, std::string(meaning) + " is missing", place);
+  if (!line.IsAtEnd()) {
+    RefuseForm(statement, "\"" + std::string(line.Rest()) + "\" is too much", line.NextPlace());
+  }
   return word;
 }
 
 CallRequest TakeCall(LineReader& line, const Statement& statement) {
-  if (line.IsAtEnd()) RefuseForm(statement, "METHOD is missing");
+  if (line.IsAtEnd()) RefuseForm(statement, "METHOD is missing", line.NextPlace());
   CallRequest request;
-  request.method = ParseMethodPattern(line.Take(MethodPatternLength(line.Rest())));
+  const Word method = line.Take(MethodPatternLength(line.Rest()));
+  request.method = ParseMethodPattern(method.text, method.at);
   for (const std::string_view argument : SplitArguments(line.Rest())) {
-    request.arguments.push_back(ParseArgument(argument));
+    request.arguments.push_back(ParseArgument(argument, line.OffsetOf(argument)));
   }
   return request;
 }
 
 Report RunNew(LineReader& line, const Statement& statement, Session& session) {
-  const std::string name = TakeName(line, statement);
+  const Word name = TakeName(line, statement);
   return session.New(name, TakeLastWord(line, statement, "CLASS"));
 }
 
 Report RunCall(LineReader& line, const Statement& statement, Session& session) {
-  const std::string name = TakeName(line, statement);
+  const Word name = TakeName(line, statement);
   return session.CallHeld(name, TakeCall(line, statement));
 }
 
 Report RunLet(LineReader& line, const Statement& statement, Session& session) {
-  const std::string name = TakeName(line, statement);
-  if (!line.Rest().starts_with('=')) RefuseForm(statement, "\"=\" is missing");
-  line.Take(1);
-  if (line.TakeWord() != "call") RefuseForm(statement, "\"call\" is missing");
-  const std::string bean = TakeName(line, statement);
+  const Word name = TakeName(line, statement);
+  TakeSign(line, statement, "=");
+  TakeSign(line, statement, "call");
+  const Word bean = TakeName(line, statement);
   return session.Let(name, bean, TakeCall(line, statement));
 }
 
@@ -98,12 +126,14 @@ Report RunDescribe(LineReader& line, const Statement& statement, Session& sessio
 }
 
 Report RunWalk(LineReader& line, const Statement& statement, Session& session) {
-  const std::string name = TakeName(line, statement);
+  const Word name = TakeName(line, statement);
   int skip = 0;
   if (!line.IsAtEnd()) {
-    if (line.TakeWord() != "skip") RefuseForm(statement, "\"skip\" is missing");
-    const std::string count = TakeLastWord(line, statement, "N");
-    if (!ReadCount(count, skip)) RefuseForm(statement, "\"" + count + "\" is no count");
+    TakeSign(line, statement, "skip");
+    const Word count = TakeLastWord(line, statement, "N");
+    if (!ReadCount(count.text, skip)) {
+      RefuseForm(statement, "\"" + count.text + "\" is no count", count.GetPlace());
+    }
   }
   return session.Walk(name, skip);
 }
@@ -126,15 +156,16 @@ constexpr Statement kStatements[] = {
     {"release", "release NAME", "lets go of what the name holds", RunRelease},
 };
 
-const Statement& FindStatement(std::string_view keyword) {
-  std::string known;
+const Statement& FindStatement(const Word& keyword) {
+  std::vector<std::string> known;
   for (const Statement& statement : kStatements) {
-    if (keyword == statement.keyword) return statement;
-    known += (known.empty() ? "" : ", ") + std::string(statement.keyword);
+    if (keyword.text == statement.keyword) return statement;
+    known.emplace_back(statement.keyword);
   }
-  throw HostError(
-      ExitStatus::Usage,
-      "\"" + std::string(keyword) + "\" is no statement; there are " + known + " and # comment");
+  throw HostError(ExitStatus::Usage,
+                  "\"" + keyword.text + "\" is no statement" + DidYouMean(keyword.text, known) +
+                      "\nthere are " + ListOf(known) + " and # comment",
+                  keyword.GetPlace());
 }
 
 }  // namespace
@@ -161,13 +192,14 @@ bool IsStatement(std::string_view line) {
 }
 
 Report RunStatement(std::string_view line, Session& session) {
+  session.SetStatement(line);
   try {
     LineReader reader(line);
     const Statement& statement = FindStatement(reader.TakeWord());
     return statement.run(reader, statement, session);
   } catch (const HostError& error) {
     Report report;
-    report.Fail(error.exitStatus, error.what());
+    report.Fail(error, line);
     return report;
   }
 }

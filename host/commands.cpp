@@ -70,42 +70,68 @@ std::unique_ptr<Host> StartHost(const CommandOptions& options, Reporter& reporte
   return host;
 }
 
+// A command's words as a statement, for messages.
+class CommandStatement {
+ public:
+  CommandStatement(const char* command, const std::vector<std::string>& texts) : line(command) {
+    for (const std::string& text : texts) {
+      words.push_back({text, line.size() + 1});
+      line += " " + text;
+    }
+  }
+
+  const std::string& Line() const { return line; }
+  const Word& operator[](std::size_t which) const { return words[which]; }
+  std::size_t GetCount() const { return words.size(); }
+
+ private:
+  std::string line;
+  std::vector<Word> words;
+};
+
 // Runs one operation of a session on a host of its own.
 template <typename Operation>
-ExitStatus RunOnHost(const CommandOptions& options, DocumentOutput& output, Operation operation) {
+ExitStatus RunOnHost(const CommandOptions& options, DocumentOutput& output,
+                     const CommandStatement& statement, Operation operation) {
   Reporter reporter(options, output);
   const std::unique_ptr<Host> host = StartHost(options, reporter);
   if (!host) return ExitStatus::NothingToRunOn;
-  Session session(*host);
+  HeldValues names;
+  Session session(*host, names);
+  session.SetStatement(statement.Line());
   return reporter.Write(operation(session));
 }
 
 ExitStatus RunDescribe(const CommandOptions& options, const std::vector<std::string>& words,
                        DocumentOutput& output) {
-  return RunOnHost(options, output, [&](Session& session) { return session.Describe(words[0]); });
+  const CommandStatement statement("describe", words);
+  return RunOnHost(options, output, statement,
+                   [&](Session& session) { return session.Describe(statement[0]); });
 }
 
 ExitStatus RunCall(const CommandOptions& options, const std::vector<std::string>& words,
                    DocumentOutput& output) {
+  const CommandStatement statement("call", words);
   CallRequest request;
   try {
-    request.method = ParseMethodPattern(words[1]);
-    for (std::size_t i = 2; i < words.size(); ++i) {
-      request.arguments.push_back(ParseArgument(words[i]));
+    request.method = ParseMethodPattern(words[1], statement[1].at);
+    for (std::size_t i = 2; i < statement.GetCount(); ++i) {
+      request.arguments.push_back(ParseArgument(words[i], statement[i].at));
     }
   } catch (const HostError& error) {
     Report report;
-    report.Fail(error.exitStatus, error.what());
+    report.Fail(error, statement.Line());
     return Reporter(options, output).Write(report);
   }
-  return RunOnHost(options, output,
-                   [&](Session& session) { return session.CallClass(words[0], request); });
+  return RunOnHost(options, output, statement,
+                   [&](Session& session) { return session.CallClass(statement[0], request); });
 }
 
 ExitStatus RunWalk(const CommandOptions& options, const std::vector<std::string>& words,
                    DocumentOutput& output) {
-  return RunOnHost(options, output,
-                   [&](Session& session) { return session.WalkClass(words[0], options.skip); });
+  const CommandStatement statement("walk", words);
+  return RunOnHost(options, output, statement,
+                   [&](Session& session) { return session.WalkClass(statement[0], options.skip); });
 }
 
 ExitStatus RunBeans(const CommandOptions& options, const std::vector<std::string>& words,
@@ -144,7 +170,8 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
   }
   const std::unique_ptr<Host> host = StartHost(options, reporter);
   if (!host) return ExitStatus::NothingToRunOn;
-  Session session(*host);
+  HeldValues names;
+  Session session(*host, names);
   const auto sink = [&](std::string_view line, const Report* report) {
     if (report == nullptr) {
       reporter.WriteLine(line);

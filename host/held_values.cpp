@@ -1,73 +1,79 @@
 #include "host/held_values.h"
 
-#include <array>
-#include <charconv>
+#include <algorithm>
+#include <utility>
 
-#include "host/host.h"
 #include "host/host_error.h"
 #include "host/method_pattern.h"
-#include "host/parameter_fit.h"
-#include "host/utf8.h"
-#include "host/value_view.h"
+#include "host/nearest_names.h"
 #include "meta_object/handler_status.h"
-#include "meta_object/type/array.h"
-#include "meta_object/type/scalar_values.h"
 
 namespace quenlatrix::host {
 
-namespace {
-
-namespace type = meta_object::type;
-using Kind = Argument::Kind;
-
-// The shortest digits that read back as the same number.
-std::string DigitsOf(double value) {
-  std::array<char, 64> digits;
-  const auto [end, error] = std::to_chars(digits.begin(), digits.end(), value);
-  return error == std::errc() ? std::string(digits.begin(), end) : std::to_string(value);
+Held Held::Copy() const {
+  Held copy;
+  if (object) copy.object = object->Share();
+  if (value) copy.value = ValuePtr(value->Clone(), value.get_deleter());
+  copy.type = type;
+  return copy;
 }
 
-Argument OfPlain(const type::Object& value, const std::string& typeName) {
-  Argument argument;
-  argument.kind = PlainKindOf(typeName);
-  argument.javaType = typeName;
-  argument.text = PlainText(value);
-  if (const auto* real = dynamic_cast<const type::Real*>(&value)) {
-    argument.text = DigitsOf(real->GetValue());
+std::vector<std::string> HeldValues::GetNames() const {
+  const MonitorLock lock(monitor);
+  std::vector<std::string> names;
+  names.reserve(values.size());
+  for (const auto& [name, entry] : values) names.push_back(name);
+  return names;
+}
+
+std::string HeldValues::NameOf(const meta_object::Handler* handler) const {
+  const MonitorLock lock(monitor);
+  for (const auto& [name, entry] : values) {
+    if (entry.held.object && entry.held.object->GetHandler() == handler) return name;
   }
-  return argument;
+  return {};
 }
 
-Argument RowOf(Argument& flat, std::size_t first, std::size_t count) {
-  Argument row;
-  row.kind = Kind::Array;
-  const auto begin = flat.items.begin() + static_cast<std::ptrdiff_t>(first);
-  row.items.assign(begin, begin + static_cast<std::ptrdiff_t>(count));
-  return row;
-}
-
-}  // namespace
-
-void HeldValues::Keep(const std::string& name, Held newHeld) {
-  values.insert_or_assign(name, std::move(newHeld));
-}
-
-Held* HeldValues::Find(const std::string& name) {
+void HeldValues::RefuseUsed(const std::string& name, const Loan* asking) const {
   const auto found = values.find(name);
-  return found == values.end() ? nullptr : &found->second;
-}
-
-Held& HeldValues::Get(const std::string& name) {
-  if (Held* held = Find(name)) return *held;
-  std::string known;
-  for (const auto& [each, held] : values) known += (known.empty() ? "" : ", ") + each;
+  if (found == values.end()) return;
+  const std::vector<const Loan*>& loans = found->second.loans;
+  if (std::all_of(loans.begin(), loans.end(), [&](const Loan* loan) { return loan == asking; })) {
+    return;
+  }
   throw HostError(ExitStatus::Failed,
-                  "nothing is held under the name \"" + name + "\"; " +
-                      (known.empty() ? "no name is in use, \"new NAME CLASS\" makes a bean"
-                                     : "the names in use are " + known));
+                  "\"" + name +
+                      "\" stays held, because a statement that still goes on uses it; wait "
+                      "until that ends, or take another name");
 }
 
-BeanObject& HeldValues::GetObject(const std::string& name) {
+void HeldValues::RefuseUnknown(const std::string& name) const {
+  std::vector<std::string> known;
+  for (const auto& [each, entry] : values) known.push_back(each);
+  const std::string what = "nothing is held under the name \"" + name + "\"; ";
+  throw HostError(ExitStatus::Failed,
+                  what + (known.empty() ? "no name is in use, \"new NAME CLASS\" makes a bean"
+                                        : "the names in use are " + ListOf(known)));
+}
+
+Held* HeldValues::Loan::Find(const std::string& name) {
+  const auto known = copies.find(name);
+  if (known != copies.end()) return &known->second;
+  const MonitorLock lock(values.monitor);
+  const auto found = values.values.find(name);
+  if (found == values.values.end()) return nullptr;
+  Held& copy = copies.emplace(name, found->second.held.Copy()).first->second;
+  found->second.loans.push_back(this);
+  return &copy;
+}
+
+Held& HeldValues::Loan::Get(const std::string& name) {
+  if (Held* held = Find(name)) return *held;
+  const MonitorLock lock(values.monitor);
+  values.RefuseUnknown(name);
+}
+
+BeanObject& HeldValues::Loan::GetObject(const std::string& name) {
   Held& held = Get(name);
   if (!held.object) {
     throw HostError(ExitStatus::Failed, "\"" + name + "\" holds a plain value (" +
@@ -77,71 +83,45 @@ BeanObject& HeldValues::GetObject(const std::string& name) {
   return *held.object;
 }
 
-std::uint32_t HeldValues::Release(const std::string& name) {
-  Held& held = Get(name);
+void HeldValues::Loan::RequireFree(const std::string& name) const {
+  const MonitorLock lock(values.monitor);
+  values.RefuseUsed(name, this);
+}
+
+void HeldValues::Loan::Keep(const std::string& name, Held newHeld) {
+  const MonitorLock lock(values.monitor);
+  if (isAbandoned) return;
+  values.RefuseUsed(name, this);
+  std::swap(values.values[name].held, newHeld);
+}
+
+std::uint32_t HeldValues::Loan::Release(const std::string& name) {
+  const MonitorLock lock(values.monitor);
+  const auto found = values.values.find(name);
+  if (found == values.values.end()) values.RefuseUnknown(name);
+  values.RefuseUsed(name, this);
+  if (isAbandoned) return meta_object::handler_status::kSuccess;
+  std::optional<BeanObject>& object = found->second.held.object;
   const std::uint32_t status =
-      held.object ? held.object->Release() : meta_object::handler_status::kLastReferenceReleased;
-  values.erase(name);
+      object ? object->Release() : meta_object::handler_status::kLastReferenceReleased;
+  values.values.erase(found);
   return status;
 }
 
-std::string HeldValues::NameOf(const meta_object::Handler* handler) const {
-  for (const auto& [name, held] : values) {
-    if (held.object && held.object->GetHandler() == handler) return name;
+void HeldValues::Loan::End() {
+  {
+    const MonitorLock lock(values.monitor);
+    for (const auto& [name, copy] : copies) {
+      const auto found = values.values.find(name);
+      if (found != values.values.end()) std::erase(found->second.loans, this);
+    }
   }
-  return {};
+  copies.clear();
 }
 
-Argument HeldValues::Resolve(const Argument& argument) {
-  if (argument.kind != Kind::Reference) return argument;
-  Held& held = Get(argument.text);
-  if (held.object) return OfObject(*held.object);
-  return OfValue(held.value.get(), JavaTypeOf(held.type).name);
-}
-
-// A string or wrapped number that came as an object can go where its value is expected.
-Argument HeldValues::OfObject(BeanObject& object) {
-  Argument argument;
-  argument.kind = Kind::Object;
-  argument.text = object.ClassName();
-  argument.handler = object.GetHandler();
-  argument.supertypes = object.SupertypesOfClass();
-  if (!IsPlainType(argument.text)) return argument;
-  if (const std::optional<WideString> text = object.ToText()) {
-    Argument inside;
-    inside.kind = PlainKindOf(argument.text);
-    inside.javaType = argument.text;
-    inside.text = ToUtf8(*text);
-    argument.items.push_back(std::move(inside));
-  }
-  return argument;
-}
-
-Argument HeldValues::OfValue(const type::Object* value, const std::string& typeName) {
-  if (value == nullptr) return {};
-  if (const auto* array = dynamic_cast<const type::Array*>(value)) return OfArray(*array, typeName);
-  if (std::optional<BeanObject> object = BeanObject::FromValue(host, *value)) {
-    return OfObject(*object);
-  }
-  return OfPlain(*value, typeName);
-}
-
-Argument HeldValues::OfArray(const type::Array& array, const std::string& typeName) {
-  Argument flat;
-  flat.kind = Kind::Array;
-  for (int place = 0; place < array.GetItemCount(); ++place) {
-    flat.items.push_back(OfValue(array.GetItemAt(static_cast<unsigned int>(place)), typeName));
-  }
-  int lowest = 0;
-  int columns = 0;
-  if (!array.GetDimensionInfo(1, lowest, columns) || columns < 1) return flat;
-  Argument rows;
-  rows.kind = Kind::Array;
-  const auto width = static_cast<std::size_t>(columns);
-  for (std::size_t first = 0; first < flat.items.size(); first += width) {
-    rows.items.push_back(RowOf(flat, first, width));
-  }
-  return rows;
+void HeldValues::Loan::Abandon() {
+  const MonitorLock lock(values.monitor);
+  isAbandoned = true;
 }
 
 }  // namespace quenlatrix::host

@@ -4,56 +4,78 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "host/argument.h"
 #include "host/bean_object.h"
+#include "host/monitor.h"
 #include "host/value_ptr.h"
-
-namespace quenlatrix::meta_object::type {
-class Array;
-}
 
 namespace quenlatrix::host {
 
-class Host;
-
-// What a name of a script stands for: a bean, or a plain value of the type that its method
-// declares.
+// What a name stands for: a bean, or a plain value of the type that its method declares.
 struct Held {
   std::optional<BeanObject> object;
   ValuePtr value;
   meta_object::TypeDesc type;
+
+  // The same with references of its own.
+  Held Copy() const;
 };
 
-// The names of a script and what they hold. For one thread; gone before its Host is.
+// The names that statements share, and what they hold. Any thread may call any operation; gone
+// before its Host is.
 class HeldValues {
  public:
-  explicit HeldValues(Host& host) : host(host) {}
-
-  // What the name held before is released.
-  void Keep(const std::string& name, Held newHeld);
-  // Null when nothing is held under that name.
-  Held* Find(const std::string& name);
-  // The bean under that name. Throws HostError (Failed) when there is none.
-  BeanObject& GetObject(const std::string& name);
-  // Lets go; the handler's status, for a plain value the same as for a last reference. Throws
-  // HostError (Failed) when nothing is held under that name.
-  std::uint32_t Release(const std::string& name);
+  std::vector<std::string> GetNames() const;
   // The name that holds this very handler; empty when none does.
   std::string NameOf(const meta_object::Handler* handler) const;
 
-  // The argument itself, or what the name in it stands for, which must stay held while the result
-  // is in use. Throws HostError (Failed).
-  Argument Resolve(const Argument& argument);
+  // One statement's use of names. It works on copies of what they hold, so that a statement that
+  // nobody waits for any more and later ones don't meet; and the names that it has used stay held
+  // until it ends: others can use them, and can't let them go or take them over. Abandon may be
+  // called by any thread, the rest by one.
+  class Loan {
+   public:
+    explicit Loan(HeldValues& values) : values(values) {}
+    ~Loan() { End(); }
+    Loan(const Loan&) = delete;
+    Loan& operator=(const Loan&) = delete;
+
+    // The loan's copy; null when nothing is held under that name.
+    Held* Find(const std::string& name);
+    // The same, and the bean in it. Both throw HostError (Failed) when there is none.
+    Held& Get(const std::string& name);
+    BeanObject& GetObject(const std::string& name);
+    // Throws HostError (Failed) when another loan uses the name.
+    void RequireFree(const std::string& name) const;
+    // Holds a new value under the name and releases what it held before; nothing of it after
+    // Abandon. Throws as RequireFree does.
+    void Keep(const std::string& name, Held newHeld);
+    // Lets go; the handler's status, for a plain value the same as for a last reference. Throws
+    // HostError (Failed) when nothing is held under that name, and as RequireFree does.
+    std::uint32_t Release(const std::string& name);
+    // Gives the copies back.
+    void End();
+    // From now on nothing that this loan keeps or releases counts.
+    void Abandon();
+
+   private:
+    HeldValues& values;
+    std::map<std::string, Held> copies;
+    bool isAbandoned GUARDED_BY(values.monitor) = false;
+  };
 
  private:
-  Held& Get(const std::string& name);
-  Argument OfObject(BeanObject& object);
-  Argument OfValue(const meta_object::type::Object* value, const std::string& typeName);
-  Argument OfArray(const meta_object::type::Array& array, const std::string& typeName);
+  struct Entry {
+    Held held;
+    std::vector<const Loan*> loans;
+  };
 
-  Host& host;
-  std::map<std::string, Held> values;
+  void RefuseUsed(const std::string& name, const Loan* asking) const REQUIRES(monitor);
+  [[noreturn]] void RefuseUnknown(const std::string& name) const REQUIRES(monitor);
+
+  mutable Monitor monitor;
+  std::map<std::string, Entry> values GUARDED_BY(monitor);
 };
 
 }  // namespace quenlatrix::host

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
+
+#include "host/statement_place.h"
 
 namespace quenlatrix::host {
 
@@ -19,8 +22,12 @@ class HostError : public std::runtime_error {
  public:
   HostError(ExitStatus status, const std::string& text)
       : std::runtime_error(text), exitStatus(status) {}
+  HostError(ExitStatus status, const std::string& text, const Place& place)
+      : std::runtime_error(text), exitStatus(status), place(place) {}
 
   ExitStatus exitStatus;
+  // Where in the statement the reason stands, when it stands somewhere.
+  std::optional<Place> place;
 };
 
 }  // namespace quenlatrix::host

@@ -19,11 +19,14 @@ struct Letter {
 constexpr Letter kLetters[] = {{'Z', "boolean"}, {'B', "byte"}, {'C', "char"},  {'S', "short"},
                                {'I', "int"},     {'J', "long"}, {'F', "float"}, {'D', "double"}};
 
-[[noreturn]] void Refuse(std::string_view text, const std::string& why) {
-  throw HostError(ExitStatus::Usage,
-                  "METHOD is a name, such as add, or a name with its parameter types, such as "
-                  "\"sum(int[], java.lang.String)\"; found " +
-                      std::string(text) + ": " + why);
+// `piece` is what is wrong, a part of METHOD's text.
+[[noreturn]] void Refuse(std::string_view text, const std::string& why, std::string_view piece) {
+  throw HostError(
+      ExitStatus::Usage,
+      why +
+          "\nMETHOD is a name, such as add, or a name with its parameter types, such as "
+          "\"sum(int[], java.lang.String)\"",
+      Place{static_cast<std::size_t>(piece.data() - text.data()), piece.size()});
 }
 
 std::string_view Trim(std::string_view text) {
@@ -57,7 +60,7 @@ std::string PrimitiveOf(std::string_view letter) {
 
 JavaType ParseType(std::string_view whole, std::string_view written) {
   std::string_view type = Trim(written);
-  if (type.empty()) Refuse(whole, "a parameter type is missing");
+  if (type.empty()) Refuse(whole, "a parameter type is missing", written);
   JavaType result;
   while (TakeBrackets(type)) ++result.dimensions;
   const bool isBinary = type.starts_with('[');
@@ -68,7 +71,7 @@ JavaType ParseType(std::string_view whole, std::string_view written) {
   const bool isClass = TakeClassMarks(type);
   result.name = isBinary && !isClass ? PrimitiveOf(type) : std::string(type);
   if (result.name.empty() || result.name.find_first_of(" \t\r\n[](),;") != std::string::npos) {
-    Refuse(whole, "\"" + std::string(Trim(written)) + "\" is no type");
+    Refuse(whole, "\"" + std::string(Trim(written)) + "\" is no type", Trim(written));
   }
   std::replace(result.name.begin(), result.name.end(), '/', '.');
   return result;
@@ -100,19 +103,40 @@ std::string ToSourceForm(const JavaType& type) {
   return text;
 }
 
-MethodPattern ParseMethodPattern(std::string_view text) {
-  const std::string_view whole = Trim(text);
+std::string ToSourceForm(const std::string& className) {
+  return className.starts_with('[') ? ToSourceForm(ParseType(className, className)) : className;
+}
+
+namespace {
+
+MethodPattern ParseWhole(std::string_view whole) {
   const std::size_t open = whole.find('(');
   MethodPattern pattern;
   pattern.name = Trim(whole.substr(0, open));
-  if (pattern.name.empty()) Refuse(whole, "the name is missing");
+  if (pattern.name.empty()) Refuse(whole, "the name of a method is missing", whole);
   if (pattern.name.find_first_of(" \t\r\n)[],;:") != std::string::npos) {
-    Refuse(whole, "\"" + pattern.name + "\" is no method name");
+    Refuse(whole, "\"" + pattern.name + "\" is no method name", Trim(whole.substr(0, open)));
   }
   if (open == std::string_view::npos) return pattern;
-  if (!whole.ends_with(')')) Refuse(whole, "the closing \")\" is missing");
+  if (!whole.ends_with(')'))
+    Refuse(whole, "the closing \")\" is missing", whole.substr(whole.size()));
   pattern.parameterTypes = ParseTypes(whole, whole.substr(open + 1, whole.size() - open - 2));
   return pattern;
+}
+
+}  // namespace
+
+MethodPattern ParseMethodPattern(std::string_view text, std::size_t at) {
+  const std::string_view whole = Trim(text);
+  try {
+    MethodPattern pattern = ParseWhole(whole);
+    pattern.place = {at, text.size()};
+    return pattern;
+  } catch (HostError& error) {
+    const std::string_view blanks = text.substr(0, text.find(whole));
+    if (error.place) error.place->at += at + blanks.size();
+    throw;
+  }
 }
 
 std::size_t MethodPatternLength(std::string_view line) {

@@ -174,6 +174,7 @@ Fit FitCharacter(const Argument& argument, bool inArray) {
   Fit misfit = Misfit("one character, such as 'c'", argument);
   if (argument.kind != Kind::Character && argument.kind != Kind::Text) return misfit;
   const std::wstring codes = Utf8ToWide(argument.text);
+  if (codes.size() > 1) misfit.why += " of " + std::to_string(codes.size()) + " characters";
   if (codes.size() != 1 || codes[0] > 0xFFFF) return misfit;
   Fit fit{argument.kind == Kind::Character ? 0 : kCharacterOfText, {}};
   if (!inArray && (codes[0] < 0x01 || codes[0] > 0x7F)) {
@@ -268,8 +269,12 @@ Fit FitValue(const Argument& argument, const std::string& typeName, bool inArray
 Fit FitElements(const Argument& array, const std::string& typeName) {
   Fit worst{0, {}};
   for (const Argument& item : array.items) {
-    Fit fit =
-        item.kind == Kind::Array ? FitElements(item, typeName) : FitValue(item, typeName, true);
+    const bool isRow = item.kind == Kind::Array;
+    Fit fit = isRow ? FitElements(item, typeName) : FitValue(item, typeName, true);
+    if (!fit.why.empty()) {
+      const std::string number = std::to_string(&item - array.items.data() + 1);
+      fit.why = (isRow ? "row " + number + ", " : "element " + number + ": ") + fit.why;
+    }
     if (fit.IsNone()) return fit;
     worst.rank = std::max(worst.rank, fit.rank);
     if (worst.why.empty()) worst.why = std::move(fit.why);
@@ -340,7 +345,7 @@ Fit FitArray(const Argument& array, const JavaType& type) {
                   array);
   }
   Fit fit = FitElements(array, type.name);
-  if (!fit.why.empty()) fit.why = "in the array for " + ToSourceForm(type) + ": " + fit.why;
+  if (!fit.why.empty()) fit.why = "in the array for " + ToSourceForm(type) + ", " + fit.why;
   if (fit.IsNone() || IsPlainType(type.name)) return fit;
   const bool hasOneClass =
       HoldsObjects(array) ? HaveOneClass(array, FirstElement(array)) : !BoxClassOf(array).empty();

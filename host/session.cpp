@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/held_argument.h"
 #include "host/host.h"
 #include "host/overload_choice.h"
 #include "host/utf8.h"
@@ -59,6 +60,17 @@ TypeDesc TypeOfElement(const type::Object& element) {
                       "has");
 }
 
+// An error of the operation is about the word, unless it knows better.
+template <typename Operation>
+decltype(auto) About(const Word& word, Operation operation) {
+  try {
+    return operation();
+  } catch (HostError& error) {
+    if (!error.place) error.place = word.GetPlace();
+    throw;
+  }
+}
+
 }  // namespace
 
 void Report::Fail(ExitStatus newStatus, const std::string& newError) {
@@ -67,16 +79,22 @@ void Report::Fail(ExitStatus newStatus, const std::string& newError) {
   document["error"] = newError;
 }
 
+void Report::Fail(const HostError& newError, std::string_view statement) {
+  Fail(newError.exitStatus,
+       newError.place ? ShowPlace(newError.what(), statement, *newError.place) : newError.what());
+}
+
 template <typename Operation>
 Report Session::Reported(Operation operation) {
   Report report;
   try {
     operation(report);
   } catch (const HostError& error) {
-    report.Fail(error.exitStatus, error.what());
+    report.Fail(error, statement);
   } catch (const std::exception& error) {
     report.Fail(ExitStatus::Failed, std::string("it can't be done: ") + error.what());
   }
+  loan.End();
   host.Collect();
   return report;
 }
@@ -96,17 +114,21 @@ ObjectView Session::View(const type::Object& value, const std::string& letName) 
   if (!object) return view;
   view.className = object->ClassName();
   if (const std::optional<WideString> text = object->ToText()) view.text = ToUtf8(*text);
-  view.heldName = letName.empty() ? held.NameOf(object->GetHandler()) : letName;
+  view.heldName = letName.empty() ? names.NameOf(object->GetHandler()) : letName;
   return view;
 }
 
-BeanObject Session::Make(const std::string& className, Report& report) {
-  Host::Creation creation = host.Create(className);
+BeanObject Session::Make(const Word& className, Report& report) {
+  Host::Creation creation = host.Create(className.text);
   if (!creation.object) {
     report.document["status"] = creation.status;
-    throw HostError(ExitStatus::Failed, creation.text);
+    throw HostError(ExitStatus::Failed, creation.text, className.GetPlace());
   }
   return std::move(*creation.object);
+}
+
+BeanObject& Session::GetObject(const Word& name) {
+  return About(name, [&]() -> BeanObject& { return loan.GetObject(name.text); });
 }
 
 const std::vector<MethodDescription>& Session::MethodsOf(BeanObject& bean) {
@@ -116,15 +138,16 @@ const std::vector<MethodDescription>& Session::MethodsOf(BeanObject& bean) {
                                           "all classes that it needs are on the class path");
 }
 
-Report Session::New(const std::string& name, const std::string& className) {
+Report Session::New(const Word& name, const Word& className) {
   return Reported([&](Report& report) {
-    report.document["name"] = name;
-    report.document["class"] = className;
+    report.document["name"] = name.text;
+    report.document["class"] = className.text;
+    About(name, [&] { loan.RequireFree(name.text); });
     Held bean;
     bean.object = Make(className, report);
     report.document["class"] = bean.object->ClassName();
     report.document["status"] = handler_status::kSuccess;
-    held.Keep(name, std::move(bean));
+    About(name, [&] { loan.Keep(name.text, std::move(bean)); });
   });
 }
 
@@ -135,11 +158,11 @@ void Session::DescribeBean(BeanObject& bean, Report& report) {
   report.text = DescriptionText(bean.ClassName(), description, methods);
 }
 
-Report Session::Describe(const std::string& nameOrClass) {
+Report Session::Describe(const Word& nameOrClass) {
   return Reported([&](Report& report) {
-    report.document["class"] = nameOrClass;
-    if (held.Find(nameOrClass) != nullptr) {
-      DescribeBean(held.GetObject(nameOrClass), report);
+    report.document["class"] = nameOrClass.text;
+    if (loan.Find(nameOrClass.text) != nullptr) {
+      DescribeBean(GetObject(nameOrClass), report);
       return;
     }
     BeanObject bean = Make(nameOrClass, report);
@@ -149,10 +172,12 @@ Report Session::Describe(const std::string& nameOrClass) {
 
 void Session::Prepare(BeanObject& bean, const CallRequest& request, PreparedCall& call) {
   std::vector<Argument> arguments;
-  for (const Argument& argument : request.arguments) arguments.push_back(held.Resolve(argument));
-  call.called = bean.ClassName() + "." + request.method.name;
+  for (const Argument& argument : request.arguments) {
+    const Word word{argument.source, argument.at};
+    arguments.push_back(About(word, [&] { return Resolve(host, argument, loan); }));
+  }
   call.method = &ChooseMethod(MethodsOf(bean), bean.ClassName(), request.method, arguments);
-  call.called = bean.ClassName() + "." + ToSourceForm(*call.method);
+  call.called = ToSourceForm(bean.ClassName()) + "." + ToSourceForm(*call.method);
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const ParameterDescription& parameter = call.method->parameters[i];
     call.parameters.push_back(BuildValue(arguments[i], parameter, boxes));
@@ -164,23 +189,25 @@ void Session::Prepare(BeanObject& bean, const CallRequest& request, PreparedCall
   }
 }
 
-void Session::KeepResult(const std::string& letName, PreparedCall& call) {
+void Session::KeepResult(const Word& letName, PreparedCall& call) {
   if (!call.outcome.result) {
     const bool isVoid = call.method->returnType.key == TypeDesc::Key::Void;
     throw HostError(ExitStatus::Failed,
                     "\"let\" needs a result to keep; " + call.called +
                         (isVoid ? " gives none" : " gave null or an empty array") + ", and \"" +
-                        letName + "\" is as it was");
+                        letName.text + "\" is as it was");
   }
   Held result;
   result.type = call.method->returnType;
   result.object = BeanObject::FromValue(host, *call.outcome.result);
   if (result.object) {
-    held.Keep(letName, std::move(result));
-    return;
+    // Learnt now, so that the copies which statements take know it, and none sets the identity of
+    // a handler that others use. What fails here fails again where it is needed.
+    result.object->Introspect();
+  } else {
+    result.value = std::move(call.outcome.result);
   }
-  result.value = std::move(call.outcome.result);
-  held.Keep(letName, std::move(result));
+  loan.Keep(letName.text, std::move(result));
 }
 
 void Session::ReportCall(const std::string& letName, PreparedCall& call, Report& report) {
@@ -223,40 +250,43 @@ void Session::KeepArrays(const CallRequest& request, PreparedCall& call) {
   for (std::size_t i = 0; i < request.arguments.size(); ++i) {
     const Argument& argument = request.arguments[i];
     if (argument.kind != Argument::Kind::Reference) continue;
-    Held* target = held.Find(argument.text);
+    const Held* before = loan.Find(argument.text);
     const auto* array = dynamic_cast<const type::Array*>(call.parameters[i].get());
-    if (target == nullptr || !target->value || array == nullptr || array->GetItemCount() < 1) {
+    if (before == nullptr || !before->value || array == nullptr || array->GetItemCount() < 1) {
       continue;
     }
-    if (JavaTypeOf(target->type) == JavaTypeOf(call.method->parameters[i].type)) {
-      target->value = std::move(call.parameters[i]);
+    if (JavaTypeOf(before->type) == JavaTypeOf(call.method->parameters[i].type)) {
+      Held after;
+      after.type = before->type;
+      after.value = std::move(call.parameters[i]);
+      loan.Keep(argument.text, std::move(after));
     }
   }
 }
 
-void Session::Call(BeanObject& bean, const CallRequest& request, const std::string& letName,
+void Session::Call(BeanObject& bean, const CallRequest& request, const Word& letName,
                    Report& report) {
+  if (!letName.text.empty()) About(letName, [&] { loan.RequireFree(letName.text); });
   PreparedCall call;
   Prepare(bean, request, call);
   call.outcome = bean.Call(*call.method, call.parameters);
   // What a void method gives is a value too, but no result.
   if (call.method->returnType.key == TypeDesc::Key::Void) call.outcome.result.reset();
-  // Shown before it is kept: keeping may release the bean and what went in.
-  ReportCall(letName, call, report);
+  // Shown before it is kept: keeping may release what went in.
+  ReportCall(letName.text, call, report);
   KeepArrays(request, call);
-  if (!letName.empty()) KeepResult(letName, call);
+  if (!letName.text.empty()) KeepResult(letName, call);
 }
 
-Report Session::CallHeld(const std::string& name, const CallRequest& request) {
-  return Reported([&](Report& report) { Call(held.GetObject(name), request, {}, report); });
+Report Session::CallHeld(const Word& name, const CallRequest& request) {
+  return Reported([&](Report& report) { Call(GetObject(name), request, {}, report); });
 }
 
-Report Session::Let(const std::string& name, const std::string& beanName,
-                    const CallRequest& request) {
-  return Reported([&](Report& report) { Call(held.GetObject(beanName), request, name, report); });
+Report Session::Let(const Word& name, const Word& beanName, const CallRequest& request) {
+  return Reported([&](Report& report) { Call(GetObject(beanName), request, name, report); });
 }
 
-Report Session::CallClass(const std::string& className, const CallRequest& request) {
+Report Session::CallClass(const Word& className, const CallRequest& request) {
   return Reported([&](Report& report) {
     BeanObject bean = Make(className, report);
     Call(bean, request, {}, report);
@@ -277,20 +307,20 @@ void Session::WalkBean(BeanObject& bean, int skip, Report& report) {
   if (outcome.status != handler_status::kSuccess) RefuseWalk(bean);
 }
 
-Report Session::Walk(const std::string& name, int skip) {
-  return Reported([&](Report& report) { WalkBean(held.GetObject(name), skip, report); });
+Report Session::Walk(const Word& name, int skip) {
+  return Reported([&](Report& report) { WalkBean(GetObject(name), skip, report); });
 }
 
-Report Session::WalkClass(const std::string& className, int skip) {
+Report Session::WalkClass(const Word& className, int skip) {
   return Reported([&](Report& report) {
     BeanObject bean = Make(className, report);
     WalkBean(bean, skip, report);
   });
 }
 
-Report Session::Size(const std::string& name) {
+Report Session::Size(const Word& name) {
   return Reported([&](Report& report) {
-    BeanObject& bean = held.GetObject(name);
+    BeanObject& bean = GetObject(name);
     int size = 0;
     if (bean.CollectionSize(size) != handler_status::kSuccess) RefuseWalk(bean);
     report.document["size"] = size;
@@ -298,10 +328,10 @@ Report Session::Size(const std::string& name) {
   });
 }
 
-Report Session::Release(const std::string& name) {
+Report Session::Release(const Word& name) {
   return Reported([&](Report& report) {
-    report.document["name"] = name;
-    report.document["status"] = held.Release(name);
+    report.document["name"] = name.text;
+    report.document["status"] = About(name, [&] { return loan.Release(name.text); });
   });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/argument.h"
@@ -23,6 +24,8 @@ struct Report {
   std::string error;
 
   void Fail(ExitStatus newStatus, const std::string& newError);
+  // With the place in the statement where the reason stands, if it stands somewhere.
+  void Fail(const HostError& error, std::string_view statement);
 };
 
 // METHOD and ARGs of a call, read and not yet looked up.
@@ -31,28 +34,34 @@ struct CallRequest {
   std::vector<Argument> arguments;
 };
 
-// What commands and statements do: makes beans, calls them, describes them, keeps what they give
-// under names. Every operation answers with a report, of a failure too; no exception leaves one.
-// For one thread; gone before its Host is.
+// What a statement does, with the names that it shares with others: makes beans, calls them,
+// describes them, keeps what they give under names. Every operation answers with a report, of a
+// failure too; no exception leaves one. For one thread, one operation at a time; gone before its
+// Host and its names are.
 class Session {
  public:
-  explicit Session(Host& host) : host(host), boxes(host), held(host) {}
+  Session(Host& host, HeldValues& names) : host(host), boxes(host), names(names), loan(names) {}
 
-  Report New(const std::string& name, const std::string& className);
+  // The statement whose words the next operations take, for their messages. Must stay.
+  void SetStatement(std::string_view line) { statement = line; }
+  // Whatever the operation under way comes to, it changes no name any more. For any thread.
+  void Abandon() { loan.Abandon(); }
+
+  Report New(const Word& name, const Word& className);
   // Of a held name or, where nothing is held under it, of a class.
-  Report Describe(const std::string& nameOrClass);
-  Report CallHeld(const std::string& name, const CallRequest& request);
+  Report Describe(const Word& nameOrClass);
+  Report CallHeld(const Word& name, const CallRequest& request);
   // Keeps the result under `name`.
-  Report Let(const std::string& name, const std::string& beanName, const CallRequest& request);
+  Report Let(const Word& name, const Word& beanName, const CallRequest& request);
   // Makes a bean for this one call.
-  Report CallClass(const std::string& className, const CallRequest& request);
-  Report Release(const std::string& name);
+  Report CallClass(const Word& className, const CallRequest& request);
+  Report Release(const Word& name);
   // Walks what is held under the name as a collection, without its first `skip` elements.
-  Report Walk(const std::string& name, int skip);
+  Report Walk(const Word& name, int skip);
   // Makes a bean for this one walk.
-  Report WalkClass(const std::string& className, int skip);
+  Report WalkClass(const Word& className, int skip);
   // What the collection held under the name says of its size.
-  Report Size(const std::string& name);
+  Report Size(const Word& name);
 
  private:
   struct PreparedCall;
@@ -61,13 +70,13 @@ class Session {
   // frees what nobody holds any more.
   template <typename Operation>
   Report Reported(Operation operation);
-  BeanObject Make(const std::string& className, Report& report);
+  BeanObject Make(const Word& className, Report& report);
+  BeanObject& GetObject(const Word& name);
   const std::vector<MethodDescription>& MethodsOf(BeanObject& bean);
   void DescribeBean(BeanObject& bean, Report& report);
-  void Call(BeanObject& bean, const CallRequest& request, const std::string& letName,
-            Report& report);
+  void Call(BeanObject& bean, const CallRequest& request, const Word& letName, Report& report);
   void Prepare(BeanObject& bean, const CallRequest& request, PreparedCall& call);
-  void KeepResult(const std::string& letName, PreparedCall& call);
+  void KeepResult(const Word& letName, PreparedCall& call);
   void ReportCall(const std::string& letName, PreparedCall& call, Report& report);
   void WalkBean(BeanObject& bean, int skip, Report& report);
   void KeepArrays(const CallRequest& request, PreparedCall& call);
@@ -75,7 +84,9 @@ class Session {
 
   Host& host;
   Boxes boxes;
-  HeldValues held;
+  HeldValues& names;
+  HeldValues::Loan loan;
+  std::string_view statement;
 };
 
 }  // namespace quenlatrix::host

@@ -28,14 +28,14 @@ std::string Shown(const Argument& argument) {
   return kinds.at(argument.kind) + (argument.kind == Kind::Null ? "" : argument.text);
 }
 
-// Why a text is no argument, or one that no parameter takes; empty for one that may be passed.
-std::string WhyNot(std::string_view source, ExitStatus status) {
+// Why a text is no literal, with its place.
+std::string WhyNoLiteral(std::string_view source) {
   try {
-    RefuseUnpassable(ParseArgument(source));
+    ParseArgument(source);
     return {};
   } catch (const HostError& error) {
-    EXPECT_EQ(error.exitStatus, status) << source;
-    return error.what();
+    EXPECT_EQ(error.exitStatus, ExitStatus::Usage) << source;
+    return ShowPlace(error.what(), source, error.place.value());
   }
 }
 
@@ -75,12 +75,12 @@ TEST(Argument, IsALiteralACharacterANameOrABareWord) {
 
 TEST(Argument, ThatBeginsLikeALiteralAndIsNoneShowsThePlace) {
   const std::pair<const char*, const char*> cases[] = {
-      {"[1,2", "character 5:\n  [1,2\n      ^"},
-      {"[\"ü\",x]", "character 6:\n  [\"ü\",x]\n       ^"},
-      {"\"abc", "character 5:"},
-      {"\"a\"b", "character 4:"},
+      {"[1,2", "\n  [1,2\n      ^\n"},
+      {"[\"ü\",x]", "\n  [\"ü\",x]\n       ^\n"},
+      {"\"abc", "\n  \"abc\n      ^\n"},
+      {"\"a\"b", "\n  \"a\"b\n     ^\n"},
       {"{\"a\":1}", "a JSON object is no value"},
-      {"[{}]", "a JSON object is no value that an array holds, at character 2:"},
+      {"[{}]", "a JSON object is no value that an array holds\n  [{}]\n   ^"},
       {"[[[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]]]", "one or two dimensions"},
       {"[1e999]", "number overflow"},
       {"'c", "closing ' is missing"},
@@ -94,7 +94,7 @@ TEST(Argument, ThatBeginsLikeALiteralAndIsNoneShowsThePlace) {
       {"\"\xff\"", "ill-formed UTF-8"},
   };
   for (const auto& [source, expected] : cases) {
-    EXPECT_THAT(WhyNot(source, ExitStatus::Usage), HasSubstr(expected)) << source;
+    EXPECT_THAT(WhyNoLiteral(source), HasSubstr(expected)) << source;
   }
 }
 
@@ -111,10 +111,10 @@ TEST(Argument, ThatNoParameterCanTakeIsRefusedWithItsOwnText) {
       {"[\"\\u0000\"]", "U+0000"},
   };
   for (const auto& [source, expected] : cases) {
-    EXPECT_THAT(WhyNot(source, ExitStatus::Failed), HasSubstr(expected)) << source;
+    EXPECT_THAT(WhyUnpassable(ParseArgument(source)), HasSubstr(expected)) << source;
   }
   for (const char* source : {"[[1,2],[3,4]]", "[\"\"]", "\"\"", "true", "1e400"}) {
-    EXPECT_EQ(WhyNot(source, ExitStatus::Failed), "") << source;
+    EXPECT_EQ(WhyUnpassable(ParseArgument(source)), "") << source;
   }
 }
 

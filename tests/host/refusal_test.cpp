@@ -1,0 +1,152 @@
+// What a person reads whose statement is refused: each reason has its own text.
+#include <gmock/gmock.h>
+
+#include "host/bean_script.h"
+#include "host/host.h"
+#include "tests/support/test_vm.h"
+
+namespace quenlatrix::host {
+namespace {
+
+using test::TestVm;
+
+TEST(Refusals, SayWhatWhereWhyAndWhatWouldFit) {
+  Host::Options options;
+  options.pluginFile = PLUGIN_FILE;
+  options.javaHome = TestVm::JavaHome();
+  options.classPath = TestVm::Jar("test_beans.jar");
+  options.javaOptions = {"-Xcheck:jni"};
+  std::string why;
+  const std::unique_ptr<Host> host = Host::Start(options, why);
+  ASSERT_NE(host, nullptr) << why;
+  HeldValues names;
+  Session session(*host, names);
+  for (const char* statement : {"new echo beans.ScalarEcho", "new over beans.Overloads",
+                                "new taker beans.ObjectTaker", "new text beans.ArrayText",
+                                "new list java.util.ArrayList", "let five = call echo echoInt 5"}) {
+    EXPECT_EQ(RunStatement(statement, session).error, "") << statement;
+  }
+  const std::pair<const char*, const char*> cases[] = {
+      {"call echo echoString null",
+       R"(argument 1 (null): null can't be passed: the plug-in has no way to carry it; for text pass ""
+  call echo echoString null
+                       ^~~~
+there are:
+    echoString(java.lang.String))"},
+      {"call echo echoByte 128",
+       R"(beans.ScalarEcho.echoByte can't be called like this; echoByte(byte): argument 1 (128): expected a whole number from -128 to 127 (byte), found number 128
+  call echo echoByte 128
+                     ^~~)"},
+      {"call echo echoLong 2.5",
+       R"(beans.ScalarEcho.echoLong can't be called like this; echoLong(long): argument 1 (2.5): expected a whole number from -9223372036854775808 to 9223372036854775807 (long), found number 2.5
+  call echo echoLong 2.5
+                     ^~~)"},
+      {"call echo echoFloat 1e39",
+       R"(beans.ScalarEcho.echoFloat can't be called like this; echoFloat(float): argument 1 (1e39): expected a number in the range of float, found number 1e39
+  call echo echoFloat 1e39
+                      ^~~~)"},
+      {"call echo echoChar abc",
+       R"(beans.ScalarEcho.echoChar can't be called like this; echoChar(char): argument 1 (abc): expected one character, such as 'c', found text "abc" of 3 characters
+  call echo echoChar abc
+                     ^~~)"},
+      {"call echo echoChar 'é'",
+       R"(beans.ScalarEcho.echoChar can't be called like this; echoChar(char): argument 1 ('é'): expected a character from U+0001 to U+007F, which is what a single char carries, found character 'é'
+  call echo echoChar 'é'
+                     ^~~)"},
+      {"call text text(int[][]) [[1,2],[3]]",
+       R"(argument 1 ([[1,2],[3]]): the rows of an array must have one length; row 1 has 2 elements, row 2 has 1
+  call text text(int[][]) [[1,2],[3]]
+                          ^~~~~~~~~~~
+there are:
+    text(int[][]))"},
+      {"call text text(int[]) []",
+       R"(argument 1 ([]): an empty array can't be passed: the plug-in has no way to carry one
+  call text text(int[]) []
+                        ^~
+there are:
+    text(int[]))"},
+      {R"(call text text(int[]) [1,"a"])",
+       R"(beans.ArrayText.text can't be called like this; text(int[]): argument 1 ([1,"a"]): in the array for int[], element 2: expected a whole number from -2147483648 to 2147483647 (int), found text "a"
+  call text text(int[]) [1,"a"]
+                        ^~~~~~~)"},
+      {"call text text(int[]) [[1],[2]]",
+       R"(beans.ArrayText.text can't be called like this; text(int[]): argument 1 ([[1],[2]]): expected an array of one dimension (int[]), found array of 2 x 1 numbers
+  call text text(int[]) [[1],[2]]
+                        ^~~~~~~~~)"},
+      {"call text text(long[]) [1,5000000000]",
+       R"(beans.ArrayText.text can't be called like this; text(long[]): argument 1 ([1,5000000000]): in the array for long[], element 2: expected a number of 32 bits, which is what an element of a long array carries, found number 5000000000
+  call text text(long[]) [1,5000000000]
+                         ^~~~~~~~~~~~~~)"},
+      {"call echo echoInt [1]",
+       R"(beans.ScalarEcho.echoInt can't be called like this; echoInt(int): argument 1 ([1]): expected one value (int), found array of 1 numbers
+  call echo echoInt [1]
+                    ^~~)"},
+      {"call over which 1 2",
+       R"(several beans.Overloads.which fit these arguments equally well
+  call over which 1 2
+            ^~~~~
+give METHOD with the parameter types of one:
+    which(int, java.lang.String)
+    which(java.lang.String, int))"},
+      {"call taker takesPoint @echo",
+       R"(beans.ObjectTaker.takesPoint can't be called like this; takesPoint(beans.Point): argument 1 (@echo): expected an object of class beans.Point, found object of class beans.ScalarEcho
+  call taker takesPoint @echo
+                        ^~~~~)"},
+      {"call list add a b",
+       R"(no java.util.ArrayList.add fits these arguments
+  call list add a b
+                ^
+there are, the nearest first:
+    add(int, java.lang.Object): argument 1 (a): expected a whole number from -2147483648 to 2147483647 (int), found text "a"
+    add(java.lang.Object): takes 1 argument, found 2)"},
+      {"call echo echoInt(long) 5",
+       R"(no beans.ScalarEcho.echoInt has these parameter types
+  call echo echoInt(long) 5
+            ^~~~~~~~~~~~~
+there are:
+    echoInt(int))"},
+      {"call list get",
+       R"(java.util.ArrayList.get can't be called like this; get(int): takes 1 argument, found 0
+  call list get
+               ^)"},
+      {"call echo ehcoInt 5",
+       R"(class beans.ScalarEcho has no method "ehcoInt"; did you mean echoInt?
+  call echo ehcoInt 5
+            ^~~~~~~
+"describe" lists those it has)"},
+      {"call echo echoString [1,",
+       R"(no literal: syntax error while parsing value - unexpected end of input; expected '[', '{', or a literal
+  call echo echoString [1,
+                          ^
+to pass text that begins like this, write it as "text")"},
+      {"call echo echoString 'ab'",
+       R"(a character is written 'c', with one character (or \n, \', \u0041) between the marks
+  call echo echoString 'ab'
+                        ^
+to pass text that begins like this, write it as "text")"},
+      {"call echo echoString @none",
+       R"(nothing is held under the name "none"; the names in use are echo, five, list, over, taker, text
+  call echo echoString @none
+                       ^~~~~)"},
+      {"call five toString",
+       R"("five" holds a plain value (int); only a bean has methods
+  call five toString
+       ^~~~)"},
+      {"describe",
+       R"(NAME or CLASS is missing
+  describe
+          ^
+the statement is "describe NAME|CLASS")"},
+      {"cal echo echoInt 5",
+       R"("cal" is no statement; did you mean call?
+  cal echo echoInt 5
+  ^~~
+there are new, call, let, describe, walk, size, release and # comment)"},
+  };
+  for (const auto& [statement, error] : cases) {
+    EXPECT_EQ(RunStatement(statement, session).error, error) << statement;
+  }
+}
+
+}  // namespace
+}  // namespace quenlatrix::host
