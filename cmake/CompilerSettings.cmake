@@ -3,6 +3,8 @@
 add_library(project_settings INTERFACE)
 target_include_directories(project_settings INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(project_settings INTERFACE -Wall -Wextra -Wconversion -Werror)
+# Who uses one source of a library doesn't load what another source of it needs.
+target_link_options(project_settings INTERFACE -Wl,--as-needed)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Members carry plain names, so a parameter may shadow a member but never a local.
   # A library with unique symbols can't be unloaded.

@@ -172,6 +172,10 @@ class ZuText : public ZuData {
   void StripQuotes();
   void StripBrackets();
 
+  // Whether the text is 1 to 62 letters, digits and underscores, the first of them a letter. What is
+  // a letter, the process's locale says.
+  bool validScalarName() const;
+
   // Splits at the first `sep`: what stands before it, and all that follows its first character.
   // `trim` is Trim of both. False, with `out` unchanged, if there is no `sep` or it is empty.
   bool SplitNameValuePair(std::pair<ZuText, ZuText>& out, const ZuText& sep, bool trim) const;
