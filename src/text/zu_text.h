@@ -172,8 +172,8 @@ class ZuText : public ZuData {
   void StripQuotes();
   void StripBrackets();
 
-  // Whether the text is 1 to 62 letters, digits and underscores, the first of them a letter. What is
-  // a letter, the process's locale says.
+  // Whether the text is 1 to 62 letters, digits and underscores, the first of them a letter. What
+  // is a letter, the process's locale says.
   bool validScalarName() const;
 
   // Splits at the first `sep`: what stands before it, and all that follows its first character.
