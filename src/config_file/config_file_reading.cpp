@@ -1,0 +1,151 @@
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <vector>
+
+#include "config_file/config_file.h"
+#include "config_file/held_file.h"
+#include "config_file/stanza.h"
+#include "config_file/tokenizer.h"
+#include "os/event_log.h"
+#include "os/file.h"
+
+namespace quenlatrix::config_file {
+
+namespace {
+
+constexpr off_t kLargestFile = 131072;
+// Names and keys are shorter.
+constexpr std::size_t kNameLimit = 255;
+
+// Reads stanzas off the bytes of a file: bytes in memory, so that the buffer for tokens holds the
+// longest one even if the file grows meanwhile.
+class StanzaReader {
+ public:
+  enum class Found { Stanza, End, Fault };
+
+  // Keeps using `bytes`, of which there is one at least.
+  explicit StanzaReader(std::vector<char>& bytes)
+      : stream(fmemopen(bytes.data(), bytes.size(), "r")),
+        token(std::max<std::size_t>(bytes.size() + 1, kValueRoom)),
+        value(kValueRoom) {}
+  ~StanzaReader() {
+    if (stream != nullptr) {
+      std::fclose(stream);
+    }
+  }
+  StanzaReader(const StanzaReader&) = delete;
+  StanzaReader& operator=(const StanzaReader&) = delete;
+
+  // The next stanza, in `stanza`.
+  Found Read(std::unique_ptr<ConfigFile::Stanza>& stanza) {
+    if (stream == nullptr) {
+      return Found::Fault;
+    }
+    Token found = Token::EndOfLine;
+    while (found == Token::EndOfLine) {
+      found = Next();
+    }
+    if (found == Token::EndOfFile) {
+      return Found::End;
+    }
+    if (found != Token::StanzaName || !IsNameTaken()) {
+      return Found::Fault;
+    }
+    const ZuText name(token.data());
+    collect::AttributeList attributes;
+    if (Next() != Token::EndOfLine || !ReadAttributes(attributes)) {
+      return Found::Fault;
+    }
+    stanza = std::make_unique<ConfigFile::Stanza>(name.GetTextEx(), attributes);
+    return Found::Stanza;
+  }
+
+ private:
+  Token Next() { return getToken(stream, token.data(), false); }
+  bool IsNameTaken() const { return std::strlen(token.data()) < kNameLimit; }
+
+  bool ReadAttributes(collect::AttributeList& attributes) {
+    for (;;) {
+      const Token found = Next();
+      if (found == Token::EndOfLine || found == Token::EndOfFile) {
+        return true;
+      }
+      if (found != Token::Word || !IsNameTaken()) {
+        return false;
+      }
+      const ZuText key(token.data());
+      if (Next() != Token::EqualsSign || getToken(stream, value.data(), true) != Token::Value) {
+        return false;
+      }
+      attributes.addAttribute(key.GetTextEx(), value.data());
+    }
+  }
+
+  std::FILE* stream;
+  std::vector<char> token;
+  std::vector<char> value;
+};
+
+// The file's bytes; none when they could not be read, which is reported, or are too few or many.
+std::vector<char> ReadBytes(const HeldFile& file) {
+  struct stat status = {};
+  if (GetFileStatusInfo(file.Path(), file.Descriptor(), status) == -1) {
+    file.Report("[%s] cannot retrieve file status data for %s");
+    return {};
+  }
+  if (status.st_size <= 0 || status.st_size > kLargestFile) {
+    const off_t size = std::min<off_t>(status.st_size, INT_MAX);
+    ReportSystemEvent(EVT_ERROR, CAT_CONFIG, "Invalid size (%d) of the file %s",
+                      static_cast<int>(size), file.Path());
+    return {};
+  }
+  std::vector<char> bytes(static_cast<std::size_t>(status.st_size));
+  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.Stream()));
+  if (ferror(file.Stream()) != 0) {
+    file.Report("[%s] could not read file %s");
+    return {};
+  }
+  return bytes;
+}
+
+}  // namespace
+
+bool ConfigFile::parseConfigFile() {
+  HeldFile file(path.GetTextEx(), HeldFile::Access::Read);
+  if (!file.IsHeld()) {
+    file.ReportFailure();
+    return false;
+  }
+  return ReadFrom(file);
+}
+
+bool ConfigFile::ReadFrom(HeldFile& file) {
+  std::vector<char> bytes = ReadBytes(file);
+  if (bytes.empty()) {
+    return false;
+  }
+  StanzaReader reader(bytes);
+  const MutexLock hold(lock);
+  removeAllStanzas();
+  for (;;) {
+    std::unique_ptr<Stanza> stanza;
+    const StanzaReader::Found found = reader.Read(stanza);
+    if (found == StanzaReader::Found::Fault) {
+      return false;
+    }
+    if (found == StanzaReader::Found::End) {
+      break;
+    }
+    Append(std::move(stanza));
+  }
+  // Not through getModificationDate: closing a second descriptor would give up the file's lock.
+  struct stat status = {};
+  const bool known = GetFileStatusInfo(file.Path(), file.Descriptor(), status) == 0;
+  parseTimestamp = known ? status.st_mtime : 0;
+  return true;
+}
+
+}  // namespace quenlatrix::config_file

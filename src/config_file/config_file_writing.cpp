@@ -1,0 +1,107 @@
+#include <sys/stat.h>
+
+#include "config_file/config_file.h"
+#include "config_file/held_file.h"
+#include "config_file/stanza.h"
+#include "os/file.h"
+
+namespace quenlatrix::config_file {
+
+// Each operation takes the file before the lock of this object, and keeps both until it is done.
+
+bool ConfigFile::writeFile(bool merge, bool /*flag*/) {
+  HeldFile file(path.GetTextEx(), merge ? HeldFile::Access::Change : HeldFile::Access::Replace);
+  if (!file.IsHeld()) {
+    file.ReportFailure();
+    return false;
+  }
+  const MutexLock hold(lock);
+  if (!merge) {
+    return WriteTo(file);
+  }
+  ConfigFile stored(path.GetTextEx(), directoryStanzaName.GetTextEx());
+  return stored.ReadFrom(file) && stored.mergeConfigFiles(*this) && stored.WriteTo(file);
+}
+
+bool ConfigFile::removeStanzaWithWrite(const char* name) {
+  HeldFile file(path.GetTextEx(), HeldFile::Access::Change);
+  if (!file.IsHeld()) {
+    file.ReportFailure();
+    return false;
+  }
+  const ZuText removed(name);
+  const MutexLock hold(lock);
+  ConfigFile stored(path.GetTextEx(), directoryStanzaName.GetTextEx());
+  if (!stored.ReadFrom(file) || !stored.mergeConfigFiles(*this)) {
+    return false;
+  }
+  stored.removeStanza(removed);
+  if (!stored.WriteTo(file)) {
+    return false;
+  }
+  removeStanza(removed);
+  return true;
+}
+
+bool ConfigFile::changeStanzaWithWrite(const char* name, bool /*flag*/) {
+  HeldFile file(path.GetTextEx(), HeldFile::Access::Change);
+  if (!file.IsHeld()) {
+    file.ReportFailure();
+    return false;
+  }
+  const ZuText changed(name);
+  const MutexLock hold(lock);
+  ConfigFile stored(path.GetTextEx(), directoryStanzaName.GetTextEx());
+  if (!stored.ReadFrom(file)) {
+    return false;
+  }
+  if (!findStanza(changed) && !stored.findStanza(changed)) {
+    return true;
+  }
+  stored.BringStanza(*this, changed);
+  return stored.WriteTo(file);
+}
+
+void ConfigFile::BringStanza(const ConfigFile& from, const ZuText& name) {
+  const Stanza* const theirs = from.getStanza(name);
+  if (theirs == nullptr) {
+    return;
+  }
+  const MutexLock hold(lock);
+  if (Stanza* const ours = Find(name); ours != nullptr) {
+    ours->SetAttributes(theirs->CopyAttributes());
+    return;
+  }
+  if (const Stanza* const directory = from.getStanza(directoryStanzaName); directory != nullptr) {
+    MergeOrAppend(std::make_unique<Stanza>(*directory));
+  }
+  MergeOrAppend(std::make_unique<Stanza>(*theirs));
+}
+
+bool ConfigFile::WriteTo(HeldFile& file) const {
+  std::FILE* const stream = file.Stream();
+  std::rewind(stream);
+  if (!ChangeOSFileSize(file.Descriptor(), 0)) {
+    return file.Report("[%s] could not change size of the file %s");
+  }
+  const MutexLock hold(lock);
+  for (const Stanza* const stanza : stanzas) {
+    if (!stanza->saveStanza(stream, false) || std::fflush(stream) != 0) {
+      return file.Report("[%s] could not write file %s");
+    }
+  }
+  return true;
+}
+
+std::time_t ConfigFile::getModificationDate() const {
+  const HeldFile file(path.GetTextEx(), HeldFile::Access::Read);
+  if (!file.IsOpen()) {
+    file.ReportFailure();
+  }
+  struct stat status = {};
+  const bool known =
+      file.IsHeld() && GetFileStatusInfo(file.Path(), file.Descriptor(), status) == 0;
+  return known ? status.st_mtime : 0;
+}
+
+}  // namespace quenlatrix::config_file
