@@ -45,6 +45,9 @@ class ParamInfo;
 class Handler {
  public:
   class Attribute;
+  // The registry's view of handlers: handler_registry.h.
+  class Enum;
+  class EnumInfo;
 
   // An empty object: no real object, no identity, one reference.
   Handler();

@@ -5,6 +5,7 @@
 
 #include "meta_object/array_iterator.h"
 #include "meta_object/environment.h"
+#include "meta_object/handler_registry.h"
 #include "meta_object/type/array.h"
 #include "meta_object/type/blob.h"
 #include "meta_object/type/scalar_values.h"
@@ -80,6 +81,20 @@ TEST(BinaryContract, ValueOperationsKeepTheirSlotsBehindTheDestructors) {
               &O::SetParamEmptyFlag, &O::IsParamEmptyFlagSet, &O::CanInvoke, &O::SetInvoke,
               &O::IsVariant, &O::SetVariant, &O::GetNameAndScope, &O::SetNameAndScope),
       ElementsAreArray(SlotsFrom(2, 31)));
+}
+
+TEST(BinaryContract, RegistryEntriesKeepTheirSlotsAndFields) {
+  using R = Handler::Enum;
+  EXPECT_THAT(SlotsOf(&R::GetFirst, &R::GetNext, &R::IsRegistryAvailable, &R::GetRegistryName),
+              ElementsAreArray(SlotsFrom(2, 4)));
+  EXPECT_EQ(sizeof(R), 8 + 8 + 24 + 8U);
+  using I = Handler::EnumInfo;
+  const std::ptrdiff_t text = sizeof(ZuText);
+  const std::ptrdiff_t behind = 8 + 4 * text;
+  EXPECT_THAT(LayoutOf<I>(&I::shortName, &I::handlerName, &I::description, &I::serverPath,
+                          &I::supportsScanning, &I::loadHandler, &I::attributes),
+              ElementsAre(8, 8 + text, 8 + 2 * text, 8 + 3 * text, behind, behind + 1, behind + 8,
+                          behind + 32));
 }
 
 struct ObjectProbe : type::Int {

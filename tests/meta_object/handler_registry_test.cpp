@@ -1,0 +1,179 @@
+#include "meta_object/handler_registry.h"
+
+#include <gmock/gmock.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "os/event_log.h"
+
+namespace quenlatrix::meta_object {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using Texts = std::vector<std::string>;
+
+// An installation whose registry and event log are real files.
+class HandlerRegistryTest : public testing::Test {
+ protected:
+  HandlerRegistryTest() {
+    std::string pattern = testing::TempDir() + "registry_XXXXXX";
+    root = mkdtemp(pattern.data());
+    std::filesystem::create_directory(root / "Configuration");
+    setenv("QUENLATRIX_PATH", root.c_str(), 1);
+    EXPECT_TRUE(OpenSystemEventLog((root / "log").c_str(), nullptr));
+  }
+  ~HandlerRegistryTest() override {
+    CloseSystemEventLog();
+    std::filesystem::remove_all(root);
+  }
+
+  void WriteFile(const std::string& text) const {
+    std::ofstream(root / "Configuration" / "handlers.ini") << text;
+  }
+
+  // Category, type and message of each line that was logged.
+  Texts Events() const {
+    Texts events;
+    std::ifstream log(root / "log");
+    for (std::string line; std::getline(log, line);) {
+      events.push_back(std::regex_replace(line.substr(line.find(']') + 22), std::regex(" +"), " "));
+    }
+    return events;
+  }
+
+  static Texts NamesIn(Handler::Enum& registry) {
+    Texts names;
+    for (const auto* entry = registry.GetFirst(true); entry; entry = registry.GetNext()) {
+      names.emplace_back(entry->handlerName.GetTextEx());
+    }
+    return names;
+  }
+
+  std::filesystem::path root;
+};
+
+TEST_F(HandlerRegistryTest, AnEntryHoldsWhatItsStanzaSays) {
+  WriteFile(
+      "[Handlers]\nFoo=\n\n[Foo]\nShortName=F\nServerPath=lib/foo.so\nColor=red\nLoadHandler=1\n"
+      "Description=Of foos = bars\nSupportsScanning=y\nshortname=g\nColor=blue\n");
+  Handler::Enum registry;
+  const Handler::EnumInfo* foo = registry.GetFirst(false);
+  ASSERT_NE(foo, nullptr);
+  EXPECT_STREQ(foo->handlerName.GetTextEx(), "Foo");
+  EXPECT_STREQ(foo->shortName.GetTextEx(), "F");
+  EXPECT_STREQ(foo->serverPath.GetTextEx(), "lib/foo.so");
+  EXPECT_STREQ(foo->description.GetTextEx(), "Of foos = bars");
+  EXPECT_TRUE(foo->loadHandler);
+  EXPECT_TRUE(foo->supportsScanning);
+  std::vector<std::pair<std::string, std::string>> attributes;
+  for (const auto& attribute : foo->attributes) {
+    EXPECT_STREQ(attribute->handlerName.GetTextEx(), "Foo");
+    attributes.emplace_back(attribute->key.GetTextEx(), attribute->value.GetTextEx());
+  }
+  EXPECT_THAT(attributes,
+              ElementsAre(Pair("Color", "red"), Pair("shortname", "g"), Pair("Color", "blue")));
+  EXPECT_STREQ(foo->GetHandlerAttrbiute("Color"), "red");
+  for (const char* key : {"", "color", "ShortName", static_cast<const char*>(nullptr)}) {
+    EXPECT_EQ(foo->GetHandlerAttrbiute(key), nullptr);
+  }
+  EXPECT_THAT(Events(), IsEmpty());
+}
+
+TEST_F(HandlerRegistryTest, ASwitchIsOnForYesTrueOneAndNothing) {
+  const std::pair<const char*, bool> cases[] = {
+      {"=1", true},  {"=True", true}, {"=true", true}, {"=Yes", true}, {"=y2", true},  {"=", true},
+      {"=0", false}, {"=no", false},  {"=N", false},   {"= 1", false}, {"=on", false},
+  };
+  for (const auto& [value, isOn] : cases) {
+    WriteFile(std::string("[Handlers]\nFoo=\n\n[Foo]\nLoadHandler") + value + "\n");
+    Handler::Enum registry;
+    EXPECT_EQ(registry.GetFirst(false)->loadHandler, isOn) << value;
+  }
+  config_file::ConfigFile::Stanza stanza("Foo");
+  for (const char* key : {"LoadHandler", static_cast<const char*>(nullptr)}) {
+    EXPECT_FALSE(IsStanzaValueTrue(&stanza, key));
+    EXPECT_FALSE(IsStanzaValueTrue(nullptr, key));
+  }
+}
+
+TEST_F(HandlerRegistryTest, AHandlerThatIsSwitchedOffStaysAndIsReported) {
+  WriteFile("[Handlers]\n100%s=\nSilent=\n\n[100%s]\nLoadHandler=0\n\n[Silent]\nShortName=S\n");
+  Handler::Enum registry;
+  EXPECT_THAT(NamesIn(registry), ElementsAre("100%s", "Silent"));
+  EXPECT_FALSE(registry.GetFirst(false)->loadHandler);
+  EXPECT_FALSE(registry.GetNext()->loadHandler);
+  EXPECT_THAT(Events(),
+              ElementsAre("START INFO 100%s Handler: LoadHandler in handlers.ini is set to 0",
+                          "START INFO 100%s Handler: Administratively Disabled"));
+}
+
+TEST_F(HandlerRegistryTest, ListsTheStanzasOfItsDirectoryUntilItIsLoadedAgain) {
+  WriteFile("[Handlers]\nB=\nMissing=\na=\n\n[A]\nx=1\n\n[B]\nx=1\n\n[Unlisted]\nx=1\n");
+  Handler::Enum registry;
+  EXPECT_STREQ(registry.GetRegistryName(), "handlers.ini");
+  EXPECT_TRUE(registry.IsRegistryAvailable());
+  EXPECT_EQ(registry.GetNext(), nullptr);
+  EXPECT_THAT(NamesIn(registry), ElementsAre("B", "A"));
+  EXPECT_EQ(registry.GetNext(), nullptr) << "past the end";
+  WriteFile("[Handlers]\nC=\n\n[C]\nx=1\n");
+  EXPECT_THAT(NamesIn(registry), ElementsAre("B", "A"));
+  EXPECT_TRUE(registry.LoadRegistryEntries());
+  EXPECT_THAT(NamesIn(registry), ElementsAre("C"));
+  registry.ResetObjectHandlerEnum();
+  EXPECT_EQ(registry.GetNext(), nullptr);
+  EXPECT_THAT(NamesIn(registry), ElementsAre("C"));
+}
+
+TEST_F(HandlerRegistryTest, GivesNothingWhereThereIsNothingToRead) {
+  Handler::Enum registry;
+  EXPECT_FALSE(registry.IsRegistryAvailable());
+  EXPECT_TRUE(registry.LoadRegistryEntries());
+  EXPECT_EQ(registry.GetFirst(false), nullptr);
+  WriteFile("[Handlers]\nFoo=\n[Foo]\n");
+  EXPECT_TRUE(registry.IsRegistryAvailable());
+  EXPECT_TRUE(registry.LoadRegistryEntries());
+  EXPECT_EQ(registry.GetFirst(false), nullptr) << "an invalid file";
+  WriteFile("[Handlers]\nFoo=\n\n[Foo]\nx=1\n");
+  ASSERT_NE(registry.GetFirst(false), nullptr);
+  setenv("QUENLATRIX_PATH", std::string(300, 'x').c_str(), 1);
+  EXPECT_FALSE(registry.IsRegistryAvailable());
+  EXPECT_FALSE(registry.LoadRegistryEntries());
+  EXPECT_EQ(registry.GetFirst(false), nullptr) << "no path";
+}
+
+TEST(HandlerEntry, ACloneOutlivesWhatItWasMadeOf) {
+  auto original = std::make_unique<Handler::EnumInfo>();
+  original->handlerName = "Foo";
+  original->shortName = "F";
+  original->description = "D";
+  original->serverPath = "P";
+  original->supportsScanning = true;
+  original->loadHandler = true;
+  original->AddHandlerAttribute("Foo", "Gone", "1");
+  original->ClearHandlerInfo();
+  EXPECT_EQ(original->GetHandlerAttrbiute("Gone"), nullptr);
+  original->AddHandlerAttribute("Foo", "Color", "red");
+  original->AddHandlerAttribute("Foo", nullptr, "red");
+  original->AddHandlerAttribute("Foo", "Color", nullptr);
+  EXPECT_EQ(original->attributes.size(), 2U) << "a place that was cleared, and one attribute";
+  const std::unique_ptr<Handler::EnumInfo> clone(original->CloneHandlerInfo());
+  original.reset();
+  EXPECT_STREQ(clone->handlerName.GetTextEx(), "Foo");
+  EXPECT_STREQ(clone->shortName.GetTextEx(), "F");
+  EXPECT_STREQ(clone->description.GetTextEx(), "D");
+  EXPECT_STREQ(clone->serverPath.GetTextEx(), "P");
+  EXPECT_TRUE(clone->supportsScanning);
+  EXPECT_TRUE(clone->loadHandler);
+  EXPECT_EQ(clone->attributes.size(), 1U);
+  EXPECT_STREQ(clone->GetHandlerAttrbiute("Color"), "red");
+}
+
+}  // namespace
+}  // namespace quenlatrix::meta_object
