@@ -95,6 +95,7 @@ std::optional<BeanObject> BeanObject::Share() const {
   if (shared) {
     shared->identified = identified;
     shared->introspected = introspected;
+    shared->ownMethods = ownMethods;
   }
   return shared;
 }

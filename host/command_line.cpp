@@ -25,8 +25,9 @@ void AddOptions(CLI::App& app, CommandOptions& options) {
   app.add_option("--java-option", options.javaOptions, "an option for the Java VM, such as -Xmx64m")
       ->type_name("OPT")
       ->allow_extra_args(false);
-  app.add_option("--plugin", options.pluginFile,
-                 "the plug-in; else the javabean_handler.so that came with the program")
+  app.add_option(
+         "--plugin", options.pluginFile,
+         "the one plug-in; else those of handlers.ini, else the one that came with beanhost")
       ->type_name("FILE");
   app.add_option("--allow", options.allow, "makes a list of the classes that are allowed (* and ?)")
       ->type_name("PATTERN")
@@ -34,6 +35,8 @@ void AddOptions(CLI::App& app, CommandOptions& options) {
   app.add_option("--deny", options.deny, "classes that are refused, allowed or not")
       ->type_name("PATTERN")
       ->allow_extra_args(false);
+  app.add_option("--event-log", options.eventLog, "a file that events are appended to")
+      ->type_name("FILE");
   app.add_flag("--json", options.json, "one JSON document a command or statement");
   app.add_flag("--keep-going", options.keepGoing, "a script goes on after a statement that fails");
 }
@@ -42,7 +45,7 @@ void AddOptions(CLI::App& app, CommandOptions& options) {
 // have a fixed number of words, and options may stand between and behind them.
 void AddCommands(CLI::App& app, CommandLine& line) {
   for (const Command& command : Commands()) {
-    const std::string form = std::string(command.words) + ": ";
+    const std::string form = command.mostWords == 0 ? "" : std::string(command.words) + ": ";
     CLI::App* sub = app.add_subcommand(command.name, form + command.help);
     if (command.mostWords == kAnyNumberOfWords) {
       sub->prefix_command();
@@ -89,7 +92,8 @@ std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& 
   }
   const Command& command = *line.command;
   if (words.size() >= command.leastWords && words.size() <= command.mostWords) return {};
-  return "\"" + std::string(command.name) + "\" takes " + command.words + ", found " +
+  return "\"" + std::string(command.name) + "\" takes " +
+         (command.mostWords == 0 ? "no words" : command.words) + ", found " +
          (words.empty() ? "nothing" : std::to_string(words.size()) + " words");
 }
 

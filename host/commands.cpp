@@ -9,6 +9,7 @@
 #include "host/bean_discovery.h"
 #include "host/bean_script.h"
 #include "host/document_output.h"
+#include "host/handlers_listing.h"
 #include "host/host.h"
 
 namespace quenlatrix::host {
@@ -102,6 +103,11 @@ ExitStatus RunOnHost(const CommandOptions& options, DocumentOutput& output,
   return reporter.Write(operation(session));
 }
 
+ExitStatus RunHandlers(const CommandOptions& options, const std::vector<std::string>& /*words*/,
+                       DocumentOutput& output) {
+  return Reporter(options, output).Write(ListHandlers(options.pluginFile));
+}
+
 ExitStatus RunDescribe(const CommandOptions& options, const std::vector<std::string>& words,
                        DocumentOutput& output) {
   const CommandStatement statement("describe", words);
@@ -188,6 +194,7 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
 
 const std::vector<Command>& Commands() {
   static const std::vector<Command> commands = {
+      {"handlers", "", "what handlers.ini offers, what of it is used, and why", 0, 0, RunHandlers},
       {"beans", "JAR|DIR", "the bean classes found there", 1, 1, RunBeans},
       {"describe", "CLASS", "its accessors and methods, as a table", 1, 1, RunDescribe},
       {"call", "CLASS METHOD [ARG]...", "makes a bean, calls one method, prints the result", 2,

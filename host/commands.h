@@ -1,6 +1,7 @@
 #pragma once
 
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@ struct CommandOptions {
   std::string pluginFile;
   std::vector<std::string> allow;
   std::vector<std::string> deny;
+  std::optional<std::string> eventLog;
   bool json = false;
   bool keepGoing = false;
   int skip = 0;

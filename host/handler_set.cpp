@@ -51,14 +51,16 @@ const PluginLibrary* HandlerSet::Add(const std::string& file, std::string& why) 
 }
 
 bool HandlerSet::Start(JavaVM* machine, std::string& why) {
+  bool makesAny = false;
   for (const std::unique_ptr<PluginLibrary>& plugin : plugins) {
     plugin->SetVm(machine);
-    if (!plugin->MakeReceiver(why)) {
-      ReportEvent(EVT_ERROR, CAT_START, "handler " + plugin->GetType() + " is dropped: " + why);
+    if (plugin->MakeReceiver(why)) {
+      makesAny = true;
+    } else {
+      ReportEvent(EVT_ERROR, CAT_START, "handler " + plugin->GetType() + " is of no use: " + why);
     }
   }
-  std::erase_if(plugins, [](const auto& plugin) { return plugin->GetReceiver() == nullptr; });
-  return !plugins.empty();
+  return makesAny;
 }
 
 PluginLibrary* HandlerSet::FindByType(std::string_view type) const {

@@ -28,8 +28,8 @@ class HandlerSet {
   // Loads a plug-in and initialises it; lends it. Null when it doesn't serve, or when what it
   // serves is served already: the first of a type stays. `why` as for PluginLibrary::Load.
   const PluginLibrary* Add(const std::string& file, std::string& why);
-  // Hands the machine to every plug-in and has each make its receiver. One that can't is dropped
-  // with an event; false when none is left, `why` then holds the last one's reason.
+  // Hands the machine to every plug-in and has each make its receiver. One that can't is an event;
+  // false when none can, `why` then holds the last one's reason.
   bool Start(JavaVM* machine, std::string& why);
 
   // Each lends a plug-in, or null. Types are compared exactly.

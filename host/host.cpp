@@ -8,6 +8,7 @@
 
 #include "host/companion_files.h"
 #include "host/events.h"
+#include "host/handler_loading.h"
 #include "meta_object/handlers/bean/class_path.h"
 #include "meta_object/identity.h"
 #include "meta_object/no_throw.h"
@@ -74,14 +75,13 @@ std::vector<std::string> SplitPath(std::string_view path) {
   return entries;
 }
 
-// As the plug-in has it, and what the options add. `pluginFile` is empty when no bean plug-in is
-// loaded.
-std::string ClassPathOf(const Host::Options& options, const std::string& pluginFile) {
-  namespace bean = meta_object::handlers::bean;
+// As the bean plug-in has it, and what the options add.
+std::string ClassPathOf(const Host::Options& options, const PluginLibrary* bean) {
   std::string classPath;
-  if (!pluginFile.empty()) {
-    bean::GetClassPath((fs::path(pluginFile).parent_path() / bean::ClassPathFile).string(),
-                       classPath);
+  if (bean != nullptr) {
+    namespace handler = meta_object::handlers::bean;
+    handler::GetClassPath(
+        (fs::path(bean->GetFile()).parent_path() / handler::ClassPathFile).string(), classPath);
   }
   if (!classPath.empty() && !options.classPath.empty()) {
     classPath += ':';
@@ -89,28 +89,32 @@ std::string ClassPathOf(const Host::Options& options, const std::string& pluginF
   return classPath + options.classPath;
 }
 
-// A jar beside the plug-in or among what came with the program; empty when it is at neither place.
-std::string FindJar(const std::string& name, const std::string& pluginFile) {
-  for (const fs::path& jar : {fs::path(pluginFile).parent_path() / name, FindCompanion(name)}) {
-    std::error_code ignored;
+// A jar beside the bean plug-in or among what came with the program; empty when it is at neither
+// place.
+std::string FindJar(const std::string& name, const PluginLibrary* bean) {
+  std::error_code ignored;
+  if (bean != nullptr) {
+    const fs::path jar = fs::path(bean->GetFile()).parent_path() / name;
     if (fs::exists(jar, ignored)) {
       return jar.string();
     }
   }
-  return {};
+  const fs::path jar = FindCompanion(name);
+  return fs::exists(jar, ignored) ? jar.string() : std::string();
 }
 
-// Puts the Java sides of the bean plug-in and of this host on the class path.
-bool AddJars(const std::string& pluginFile, std::vector<std::string>& classPath, std::string& why) {
-  const std::string pluginJar = FindJar(kPluginJar, pluginFile);
-  if (pluginJar.empty()) {
-    why = std::string("the plug-in's Java side, ") + kPluginJar + ", lies neither beside " +
-          pluginFile + " nor beside this program. Put it there, or build it.";
-    return false;
-  }
-  classPath.push_back(pluginJar);
-  if (const std::string hostJar = FindJar(kHostJar, pluginFile); !hostJar.empty()) {
-    classPath.push_back(hostJar);
+// Puts the Java sides of the bean plug-in and of this host on the class path; false, and why, when
+// a loaded bean plug-in would lack its own.
+bool AddJars(const PluginLibrary* bean, std::vector<std::string>& classPath, std::string& why) {
+  for (const char* name : {kPluginJar, kHostJar}) {
+    const std::string jar = FindJar(name, bean);
+    if (!jar.empty()) {
+      classPath.push_back(jar);
+    } else if (bean != nullptr && name == kPluginJar) {
+      why = std::string("the plug-in's Java side, ") + name + ", lies neither beside " +
+            bean->GetFile() + " nor with this program. Put it there, or build it.";
+      return false;
+    }
   }
   return true;
 }
@@ -147,11 +151,11 @@ std::unique_ptr<Host> Host::Start(const Options& options, std::string& why) {
 }
 
 bool Host::TryStart(const Options& options, std::string& why) {
-  const std::string file =
-      options.pluginFile.empty() ? PluginLibrary::DefaultFile() : options.pluginFile;
-  if (handlers.Add(file, why) == nullptr) {
-    why = "the plug-in doesn't serve: " + why +
-          ". Use the plug-in that came with this host, or name its file with --plugin.";
+  std::vector<RegisteredHandler> registered;
+  if (options.pluginFile.empty()) {
+    registered = ReadRegistry();
+  }
+  if (!LoadHandlers(options.pluginFile, registered, environment, handlers, why)) {
     return false;
   }
   SecurityPolicy::Install(&policy);
@@ -160,12 +164,11 @@ bool Host::TryStart(const Options& options, std::string& why) {
 
 bool Host::StartVm(const Options& options, std::string& why) {
   const PluginLibrary* bean = handlers.FindByType(HandlerSet::kBeanType);
-  const std::string pluginFile = bean == nullptr ? "" : bean->GetFile();
   JavaVm::Options vmOptions;
   vmOptions.home = options.javaHome;
-  classPath = ClassPathOf(options, pluginFile);
+  classPath = ClassPathOf(options, bean);
   vmOptions.classPath = SplitPath(classPath);
-  if (bean != nullptr && !AddJars(pluginFile, vmOptions.classPath, why)) {
+  if (!AddJars(bean, vmOptions.classPath, why)) {
     return false;
   }
   // Signals are the program's own affair: without this the machine takes SIGINT for itself.

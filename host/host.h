@@ -28,7 +28,7 @@ class Host {
   static constexpr const char* kBoxingBean = "BeanHostBoxes";
 
   struct Options {
-    // The plug-in's file; empty: the javabean_handler.so that came with the program.
+    // The one plug-in's file; empty: those of "handlers.ini" (see handler_loading.h).
     std::string pluginFile;
     // See JavaVm::Options::home.
     std::string javaHome;

@@ -1,10 +1,25 @@
+#include <iostream>
+
 #include "host/command_line.h"
 #include "host/document_output.h"
+#include "host/events.h"
+#include "host/installation_root.h"
 
 int main(int argc, char** argv) {
   using namespace quenlatrix::host;
   const CommandLine line = ParseCommandLine(argc, argv);
   if (line.command == nullptr) return static_cast<int>(line.status);
+  ChooseInstallationRoot();
+  std::string why;
+  std::unique_ptr<EventLogFile> log;
+  if (line.options.eventLog && !(log = EventLogFile::Open(*line.options.eventLog, why))) {
+    std::cerr << "beanhost: " << why << std::endl;
+    return static_cast<int>(ExitStatus::Usage);
+  }
+  ReportEvent(EVT_INFO, CAT_START, std::string("beanhost starts: ") + line.command->name);
   DocumentOutput output;
-  return static_cast<int>(line.command->run(line.options, line.words, output));
+  const ExitStatus status = line.command->run(line.options, line.words, output);
+  ReportEvent(EVT_INFO, CAT_STOP,
+              "beanhost stops with exit status " + std::to_string(static_cast<int>(status)));
+  return static_cast<int>(status);
 }

@@ -50,8 +50,8 @@ class PluginLibrary {
   void FreeHandler(meta_object::Handler* handler);
 
   // The handler through which the plug-in's values and records are given back when the one that
-  // made them may be gone. It stands for no object; the environment's collector frees it at the
-  // end.
+  // made them may be gone; null before MakeReceiver. It stands for no object; the environment's
+  // collector frees it at the end.
   meta_object::Handler* GetReceiver() const { return receiver; }
 
   // Lends the plug-in's description record, filled by Initialise. Its texts are for one thread at a
