@@ -1,39 +1,25 @@
 // Runs operations of the narrow and the wide text that the input picks, against a plain model of
 // what the text must be, and checks after each what always holds.
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <algorithm>
 #include <clocale>
-#include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <string>
 #include <vector>
 
+#include "narrow_text.h"
 #include "text/c_numbers.h"
 #include "text/wide_chars.h"
 #include "text/wide_string.h"
 #include "text/zu_text.h"
-#include "text/zu_text_local.h"
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 void CheckText(const ZuText& t) {
   Require(t.GetDataSize() <= t.GetBufferSize());
   Require(t.GetDataSize() == 0 || t.GetText()[t.GetDataSize() - 1] == '\0');
   Require(std::strlen(t.GetTextEx()) == t.GetSize());
-}
-
-// A short text without NULs.
-std::string TakeText(FuzzedDataProvider& input) {
-  return input.ConsumeRandomLengthString(60).c_str();
 }
 
 std::string Replaced(std::string text, const std::string& find, const std::string& with) {
@@ -43,19 +29,6 @@ std::string Replaced(std::string text, const std::string& find, const std::strin
   }
   return text;
 }
-
-// A text, what it must hold, and a fixed text that goes through the same operations.
-struct NarrowState {
-  ZuText text;
-  ZuTextLocal<31> fixed;
-  std::string model;
-
-  template <typename Operation>
-  void Both(Operation operation) {
-    operation(static_cast<ZuText&>(fixed));
-    operation(text);
-  }
-};
 
 void Assign(NarrowState& s, FuzzedDataProvider& input) {
   s.model = TakeText(input);
@@ -139,7 +112,7 @@ void Compare(NarrowState& s, FuzzedDataProvider& input) {
 
 void RunNarrow(FuzzedDataProvider& input) {
   constexpr void (*operations[])(NarrowState&, FuzzedDataProvider&) = {
-      Assign, Append, ReplacePart, ReplaceEvery, TakePart, Resize, Compare};
+      Assign, Append, ReplacePart, ReplaceEvery, TakePart, Resize, Compare, EditText, AskText};
   NarrowState s;
   for (int i = 0; i < 200 && input.remaining_bytes() > 0; ++i) {
     input.PickValueInArray(operations)(s, input);
