@@ -18,7 +18,7 @@ function(quenlatrix_handler name)
     VISIBILITY_INLINES_HIDDEN ON
     LINK_DEPENDS "${ARG_EXPORTS}")
   target_link_options(${name} PRIVATE -Wl,-Bsymbolic "-Wl,--version-script=${ARG_EXPORTS}"
-                      -Wl,--no-undefined)
+                      -Wl,--no-undefined -Wl,--as-needed)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # A library with unique symbols can't be unloaded.
     target_compile_options(${name} PRIVATE -fno-gnu-unique)
