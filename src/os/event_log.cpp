@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -63,6 +64,7 @@ using EventText = ZuTextLocal<kLineRoom>;
 class CAPABILITY("mutex") Gate {
  public:
   void Lock() ACQUIRE() { mutex.lock(); }
+  bool TryLock() TRY_ACQUIRE(true) { return mutex.try_lock(); }
   void UnLock() RELEASE() { mutex.unlock(); }
 
  private:
@@ -80,23 +82,39 @@ class SCOPED_CAPABILITY GateLock {
   Gate& gate;
 };
 
+// A failed call's reason is often what an event is about ("%m"), and its caller's to look at after.
+class KeepErrno {
+ public:
+  KeepErrno() : saved(errno) {}
+  ~KeepErrno() { errno = saved; }
+  KeepErrno(const KeepErrno&) = delete;
+  KeepErrno& operator=(const KeepErrno&) = delete;
+
+ private:
+  int saved;
+};
+
 // The state, in the order in which it is made.
 
 Gate gate;
 
-// Changed, and its stream used, only with the gate locked. Whether there is a stream may be asked
-// without.
+// Changed, and its stream used, only with the gate locked; whether there is one may be asked
+// without that.
 std::atomic<FILE*> EvtLogFile = nullptr;
 
 // Holds a whole line, so that the stream hands each to the system in one write.
 std::array<char, kLineRoom> streamBuffer GUARDED_BY(gate);
 
-// The name that the system log was opened with: the C library keeps no copy.
 struct Free {
   void operator()(char* text) const { free(text); }
 };
+
+// The name that the system log was opened with: the C library keeps no copy.
 Gate identityGate;
 std::unique_ptr<char, Free> identity GUARDED_BY(identityGate);
+
+// One thread after the other looks whether the time zone was changed.
+Gate timeZoneGate;
 
 Mutex EvtLogCS(Mutex::Private);
 
@@ -122,19 +140,26 @@ bool CloseStream() REQUIRES(gate, EvtLogCS) {
   return false;
 }
 
-// Leaves nothing behind when the library is unloaded with its log open.
+// Leaves neither a stream nor a name behind when the library is unloaded with its log open. A
+// thread that is writing, and may be waiting for another process, doesn't hold up the end of its
+// own.
 struct CloseAtUnload {
   CloseAtUnload() = default;
   CloseAtUnload(const CloseAtUnload&) = delete;
   CloseAtUnload& operator=(const CloseAtUnload&) = delete;
   ~CloseAtUnload() {
-    const GateLock turn(gate);
-    if (EvtLogFile != nullptr) {
-      const MutexLock lock(EvtLogCS);
-      CloseStream();
+    if (gate.TryLock()) {
+      FILE* const stream = EvtLogFile.exchange(nullptr);
+      if (stream != nullptr && stream != stdout) {
+        fclose(stream);
+      }
+      EvtLogCS.DestroyMutex();
+      gate.UnLock();
     }
-    EvtLogFile = nullptr;
-    EvtLogCS.DestroyMutex();
+    const GateLock turn(identityGate);
+    if (identity != nullptr) {
+      closelog();
+    }
   }
 } closeAtUnload;
 
@@ -147,17 +172,30 @@ const EventType& FindType(TSysEventType type) {
   return kUnknownType;
 }
 
-void FormatPrefix(ZuText& line, TSysEventType type, TSysEventCategory category) {
-  const std::time_t now = std::time(nullptr);
+// Fields that print as 0 if the time can't be told.
+std::tm LocalTime() {
   // localtime_r alone need not notice that the time zone was changed.
-  tzset();
+  {
+    const GateLock turn(timeZoneGate);
+    tzset();
+  }
+  const std::time_t now = std::time(nullptr);
   std::tm local = {};
-  const bool known = localtime_r(&now, &local) != nullptr;
+  if (localtime_r(&now, &local) == nullptr) {
+    local = {};
+    local.tm_year = -1900;
+    local.tm_mon = -1;
+  }
+  return local;
+}
+
+void FormatPrefix(ZuText& line, TSysEventType type, TSysEventCategory category) {
+  const KeepErrno keep;
+  const auto number = [](int field) { return static_cast<unsigned int>(field); };
+  const std::tm now = LocalTime();
   line.Format("[%5u] %04u-%02u-%02u %02u:%02u:%02u %-10.10s %-8.8s ", GetCurrentProcessID(),
-              static_cast<unsigned int>(known ? local.tm_year + 1900 : 0),
-              static_cast<unsigned int>(known ? local.tm_mon + 1 : 0),
-              static_cast<unsigned int>(local.tm_mday), static_cast<unsigned int>(local.tm_hour),
-              static_cast<unsigned int>(local.tm_min), static_cast<unsigned int>(local.tm_sec),
+              number(now.tm_year + 1900), number(now.tm_mon + 1), number(now.tm_mday),
+              number(now.tm_hour), number(now.tm_min), number(now.tm_sec),
               GetSystemEventCategoryText(category), GetSystemEventTypeText(type));
 }
 
@@ -177,6 +215,7 @@ bool WriteLine(const ZuText& line) {
 
 [[gnu::format(printf, 3, 0)]] bool ReportToFile(TSysEventType type, TSysEventCategory category,
                                                 const char* fmt, va_list args) {
+  const KeepErrno keep;
   EventText line;
   FormatPrefix(line, type, category);
   line.VArgAppFormat(fmt, args);
@@ -233,6 +272,7 @@ bool ReportSystemEvent(TSysEventType type, TSysEventCategory category, const cha
 
 bool ReportSystemEventEx(TSysEventType type, TSysEventCategory category, const char* fmt,
                          va_list args) {
+  const KeepErrno keep;
   EventText message;
   message.Format("%-10.10s %-8.8s ", GetSystemEventCategoryText(category),
                  GetSystemEventTypeText(type));

@@ -12,7 +12,7 @@
 // characters. A message's own line feeds stay; its continuation lines then carry no prefix.
 //
 // Threads: any thread may call any function at any time. A process forked while another thread of
-// its parent reports must not report before it has called exec.
+// its parent reports must not report itself (a program that it executes may).
 
 // How severe an event is. The values are part of the interface; so are the texts.
 enum TSysEventType : int {
@@ -49,15 +49,15 @@ struct ExOSException {
 bool OpenSystemEventLog(const char* path, const char* ident);
 
 // Closes the event log and the connection to the system log; standard output itself stays open.
-// False when the log isn't open, and when the file couldn't be closed without loss: the log then
-// stays open. Waits for events that are being written; those reported later go to the system log
-// alone. A log that was closed may be opened again.
+// False when the log isn't open, and when closing the file fails: the log then stays open. Waits
+// for an event that is being written; those that come after go to the system log alone, until the
+// log is opened again.
 bool CloseSystemEventLog();
 
-// Reports an event; `fmt` is a printf format, and null or empty gives an empty message. True unless
-// the event log is open and its line could not be written whole; the system log has it in any case.
-// Waits while another process has the file locked. When the file can't be locked, as on some file
-// systems, the line is written all the same.
+// Reports an event; `fmt` is a printf format, null or empty gives an empty message, and "%m" stands
+// for errno, which stays as it is. True unless the event log is open and the line could not be
+// written whole; the system log gets the event in any case. Waits while another process has the
+// file locked; where a file system knows no locks the line is written all the same.
 [[gnu::format(printf, 3, 4)]] bool ReportSystemEvent(TSysEventType type, TSysEventCategory category,
                                                      const char* fmt, ...);
 
