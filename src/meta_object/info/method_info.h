@@ -8,6 +8,15 @@
 
 namespace quenlatrix::meta_object::info {
 
+// The bits of a request mask, and so the fields that may be asked for.
+enum MethodField : unsigned long {
+  kMethodName = 1,
+  kMethodReturnType = 2,
+  kMethodParamCount = 4,
+  kMethodType = 8,
+  kMethodDescription = 16,
+};
+
 // The answer to a question about one method. Its request mask says which fields were asked for;
 // the others hold the values below. Not thread-safe.
 class MethodInfo {
@@ -22,11 +31,11 @@ class MethodInfo {
   std::uint64_t reserved = 0;
   std::uint64_t context = 0;                   // the asker's own value, always filled
   WideString methodId;                         // always filled
-  WideString name;                             // mask 1
-  TypeDesc returnType;                         // mask 2
-  MethodType methodType = MethodType::Invoke;  // mask 8
-  std::uint32_t paramCount = 0;                // mask 4
-  WideString description;                      // mask 16
+  WideString name;                             // kMethodName
+  TypeDesc returnType;                         // kMethodReturnType
+  MethodType methodType = MethodType::Invoke;  // kMethodType
+  std::uint32_t paramCount = 0;                // kMethodParamCount
+  WideString description;                      // kMethodDescription
 };
 
 }  // namespace quenlatrix::meta_object::info

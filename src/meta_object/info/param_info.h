@@ -8,6 +8,15 @@
 
 namespace quenlatrix::meta_object::info {
 
+// The bits of a request mask, and so the fields that may be asked for.
+enum ParamField : unsigned long {
+  kParamType = 1,
+  kParamName = 2,
+  kParamDirection = 4,
+  kParamOption1 = 8,
+  kParamOption2 = 16,
+};
+
 // The answer to a question about one parameter of a method. Its request mask says which fields were
 // asked for; the others hold the values below. Not thread-safe.
 class ParamInfo {
@@ -23,11 +32,11 @@ class ParamInfo {
   std::uint64_t context = 0;                      // the asker's own value, always filled
   WideString methodId;                            // always filled
   std::uint32_t index = 0;                        // 0-based position, always filled
-  WideString name;                                // mask 2
-  TypeDesc type;                                  // mask 1
-  ParamDirection direction = ParamDirection::In;  // mask 4
-  bool option1 = false;                           // mask 8
-  bool option2 = false;                           // mask 16
+  WideString name;                                // kParamName
+  TypeDesc type;                                  // kParamType
+  ParamDirection direction = ParamDirection::In;  // kParamDirection
+  bool option1 = false;                           // kParamOption1
+  bool option2 = false;                           // kParamOption2
 };
 
 }  // namespace quenlatrix::meta_object::info

@@ -24,22 +24,6 @@ using info::cache::CachedParamInfo;
 constexpr int kDescriptionFormatSize = 100;
 constexpr std::uint32_t kObjectInfoKind = 1;
 
-// The bits of a request mask.
-enum MethodField : unsigned long {
-  kMethodName = 1,
-  kMethodReturnType = 2,
-  kMethodParamCount = 4,
-  kMethodType = 8,
-  kMethodDescription = 16,
-};
-enum ParamField : unsigned long {
-  kParamType = 1,
-  kParamName = 2,
-  kParamDirection = 4,
-  kParamOption1 = 8,
-  kParamOption2 = 16,
-};
-
 std::size_t ParamCount(const CachedMethodInfo& method) {
   return method.params == nullptr ? 0 : method.params->size();
 }
@@ -125,19 +109,19 @@ HandlerStatus BeanHandler::GetMethodInfo(const WideString& methodId, unsigned lo
     auto info = std::make_unique<info::MethodInfo>();
     info->context = context;
     info->methodId = methodId;
-    if ((requestMask & kMethodName) != 0) {
+    if ((requestMask & info::kMethodName) != 0) {
       info->name = method->name;
     }
-    if ((requestMask & kMethodReturnType) != 0) {
+    if ((requestMask & info::kMethodReturnType) != 0) {
       info->returnType = method->returnType;
     }
-    if ((requestMask & kMethodParamCount) != 0) {
+    if ((requestMask & info::kMethodParamCount) != 0) {
       info->paramCount = static_cast<std::uint32_t>(ParamCount(*method));
     }
-    if ((requestMask & kMethodType) != 0) {
+    if ((requestMask & info::kMethodType) != 0) {
       info->methodType = method->methodType;
     }
-    if ((requestMask & kMethodDescription) != 0) {
+    if ((requestMask & info::kMethodDescription) != 0) {
       info->description = method->description;
     }
     methodInfo = info.release();
@@ -164,19 +148,19 @@ HandlerStatus BeanHandler::GetParamInfo(const WideString& methodId, unsigned int
     info->context = context;
     info->methodId = methodId;
     info->index = paramIndex;
-    if ((requestMask & kParamType) != 0) {
+    if ((requestMask & info::kParamType) != 0) {
       info->type = param->type;
     }
-    if ((requestMask & kParamName) != 0) {
+    if ((requestMask & info::kParamName) != 0) {
       info->name = param->name;
     }
-    if ((requestMask & kParamDirection) != 0) {
+    if ((requestMask & info::kParamDirection) != 0) {
       info->direction = param->direction;
     }
-    if ((requestMask & kParamOption1) != 0) {
+    if ((requestMask & info::kParamOption1) != 0) {
       info->option1 = param->option1;
     }
-    if ((requestMask & kParamOption2) != 0) {
+    if ((requestMask & info::kParamOption2) != 0) {
       info->option2 = param->option2;
     }
     paramInfo = info.release();
