@@ -130,7 +130,6 @@ int main(int argc, char** argv) {
   Find<decltype(SetEnvironment)>(plugin, "SetEnvironment")(&environment);
   Expect(Find<decltype(InitHandler)>(plugin, "InitHandler")(plugin), "the plug-in won't start");
   Find<decltype(SetJavaVM)>(plugin, "SetJavaVM")(StartVm(argv[1], argv[3]));
-
   Handler* bean = Find<decltype(GetHandlerObject)>(plugin, "GetHandlerObject")();
   Expect(bean->CreateObject("JAVABEAN://java.util.BitSet", nullptr) == kSuccess, "no object");
   Expect(bean->OpenIntrospect(nullptr) == kSuccess, "no description");
@@ -140,7 +139,6 @@ int main(int argc, char** argv) {
   Call(*bean, "set", {&position});
   Call(*bean, "length", {});
   Call(*bean, "toString", {});
-
   // The last reference lets the Java object go; the handlers themselves go back to the plug-in.
   bean->Release();
   for (Handler* handler : services.handlers) {
