@@ -139,7 +139,8 @@ void GatherParameters(Handler* handler, const WideString& id, unsigned int count
                       std::vector<ParameterDescription>& parameters) {
   for (unsigned int i = 0; i < count; ++i) {
     info::ParamInfo* record = nullptr;
-    if (handler->GetParamInfo(id, i, kEverything, record, 0) != status::kSuccess) {
+    if (handler->GetParamInfo(id, i, kEverything, record, 0) != status::kSuccess ||
+        record == nullptr) {
       continue;
     }
     const GivenPtr<info::ParamInfo> given(record, GiveBack{handler});
@@ -185,13 +186,14 @@ HandlerStatus BeanObject::Introspect() {
 std::vector<MethodDescription> BeanObject::GatherMethods() {
   std::vector<MethodDescription> methods;
   std::list<WideString>* ids = nullptr;
-  if (handler->GetMethodIDs(ids) != status::kSuccess) {
+  if (handler->GetMethodIDs(ids) != status::kSuccess || ids == nullptr) {
     return methods;  // a class without methods has no list
   }
   const GivenPtr<std::list<WideString>> givenIds(ids, GiveBack{handler});
   for (const WideString& id : *givenIds) {
     info::MethodInfo* record = nullptr;
-    if (handler->GetMethodInfo(id, kEverything, record, 0) != status::kSuccess) {
+    if (handler->GetMethodInfo(id, kEverything, record, 0) != status::kSuccess ||
+        record == nullptr) {
       continue;
     }
     const GivenPtr<info::MethodInfo> given(record, GiveBack{handler});
