@@ -5,8 +5,8 @@
 #                              the command will do
 
 BUILD_PACKAGES="g++=g++ cmake=cmake ninja=ninja-build ccache=ccache javac=default-jdk-headless
-  libboost-regex-dev libicu-dev libcli11-dev nlohmann-json3-dev"
-TEST_PACKAGES="libgtest-dev libgmock-dev locales nm=binutils git=git pkg-config=pkg-config clang++=clang
+  pkg-config=pkg-config libboost-regex-dev libicu-dev libcli11-dev libedit-dev nlohmann-json3-dev"
+TEST_PACKAGES="libgtest-dev libgmock-dev locales nm=binutils git=git clang++=clang
   clang-tidy=clang-tidy clang-format=clang-format libcommons-lang3-java"
 BENCH_PACKAGES="libbenchmark-dev"
 

@@ -10,6 +10,11 @@ namespace quenlatrix::host {
 
 namespace {
 
+constexpr const char* kArguments =
+    "An ARG is a JSON literal (5, 2.5, true, \"text\", [1,2], [[1,2],[3,4]]), a character 'c',\n"
+    "@NAME (what a script holds under that name), or a bare word, which is text.\n"
+    "METHOD may carry its parameter types to pick an overload: \"sum(int[], long)\".\n";
+
 constexpr std::string_view kBlanks = " \t\r\n";
 
 // What is left of a statement's line while it is read from left to right.
@@ -184,6 +189,14 @@ std::string StatementsHelp() {
     text += "  " + form + statement.help + "\n";
   }
   return text + "  # comment\n";
+}
+
+std::string ArgumentsHelp() { return kArguments; }
+
+std::vector<std::string> StatementForms() {
+  std::vector<std::string> forms;
+  for (const Statement& statement : kStatements) forms.emplace_back(statement.form);
+  return forms;
 }
 
 bool IsStatement(std::string_view line) {

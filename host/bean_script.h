@@ -2,7 +2,9 @@
 
 #include <functional>
 #include <iosfwd>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/session.h"
 
@@ -20,6 +22,12 @@ namespace quenlatrix::host {
 
 // One line each, for the help.
 std::string StatementsHelp();
+
+// What ARG and METHOD may be, for the help.
+std::string ArgumentsHelp();
+
+// The statements' forms as above, without the comment.
+std::vector<std::string> StatementForms();
 
 // Reads a count of elements, a whole number from 0 on; false for any other text.
 bool ReadCount(std::string_view text, int& count);

@@ -9,11 +9,6 @@ namespace quenlatrix::host {
 
 namespace {
 
-constexpr const char* kArguments =
-    "An ARG is a JSON literal (5, 2.5, true, \"text\", [1,2], [[1,2],[3,4]]), a character 'c',\n"
-    "@NAME (what a script holds under that name), or a bare word, which is text.\n"
-    "METHOD may carry its parameter types to pick an overload: \"sum(int[], long)\".\n";
-
 constexpr const char* kStatuses =
     "Exit status: 0 done; 1 the call failed or was refused; 2 wrong usage;\n"
     "3 nothing to run on (no Java VM, no plug-in).\n";
@@ -61,8 +56,11 @@ void AddCommands(CLI::App& app, CommandLine& line) {
         int count = 0;
         return ReadCount(text, count) ? std::string() : "expected a count from 0 on, found " + text;
       });
-  app.get_subcommand("call")->footer(kArguments);
-  app.get_subcommand("run")->footer("Statements:\n" + StatementsHelp() + "\n" + kArguments);
+  app.get_subcommand("call")->footer(ArgumentsHelp());
+  app.get_subcommand("shell")->footer("Statements:\n" + StatementsHelp() +
+                                      "  help, quit, exit\n\n" + ArgumentsHelp() +
+                                      "Piped input is run as \"run --keep-going\" would.\n");
+  app.get_subcommand("run")->footer("Statements:\n" + StatementsHelp() + "\n" + ArgumentsHelp());
 }
 
 const Command* FindCommand(const std::string& name) {

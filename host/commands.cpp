@@ -11,47 +11,12 @@
 #include "host/document_output.h"
 #include "host/handlers_listing.h"
 #include "host/host.h"
+#include "host/reporter.h"
+#include "host/shell.h"
 
 namespace quenlatrix::host {
 
 namespace {
-
-void WriteError(const std::string& text) { std::cerr << "beanhost: " << text << std::endl; }
-
-// Writes reports the way that the options ask for: documents or text to standard output, errors to
-// standard error.
-class Reporter {
- public:
-  Reporter(const CommandOptions& options, DocumentOutput& output)
-      : asJson(options.json), output(output) {}
-
-  // The status to end with: that of the report, or Failed when it could not be written.
-  ExitStatus Write(const Report& report) {
-    Put(asJson ? ToLine(report.document) : report.text);
-    if (report.status != ExitStatus::Done) WriteError(report.error);
-    return isBroken ? ExitStatus::Failed : report.status;
-  }
-
-  // A line of a script, shown before what it came to.
-  void WriteLine(std::string_view line) {
-    if (asJson) return;
-    const bool isStatement = IsStatement(line);
-    Put((isStatement ? "> " : "") + std::string(line) + "\n");
-  }
-
-  bool IsBroken() const { return isBroken; }
-
- private:
-  void Put(const std::string& text) {
-    if (isBroken || text.empty() || output.Write(text)) return;
-    isBroken = true;
-    WriteError(std::string("standard output takes no more: ") + std::strerror(errno));
-  }
-
-  bool asJson;
-  DocumentOutput& output;
-  bool isBroken = false;
-};
 
 // Null when there is nothing to run on; what was looked for has been reported then.
 std::unique_ptr<Host> StartHost(const CommandOptions& options, Reporter& reporter) {
@@ -94,12 +59,13 @@ class CommandStatement {
 template <typename Operation>
 ExitStatus RunOnHost(const CommandOptions& options, DocumentOutput& output,
                      const CommandStatement& statement, Operation operation) {
-  Reporter reporter(options, output);
+  Reporter reporter(options.json, output);
   const std::unique_ptr<Host> host = StartHost(options, reporter);
   if (!host) return ExitStatus::NothingToRunOn;
   HeldValues names;
-  Session session(*host, names);
+  Session session(*host, names, reporter.GetStyle());
   session.SetStatement(statement.Line());
+  reporter.GetProgress().Begin(statement.Line(), session.GetElements());
   return reporter.Write(operation(session));
 }
 
@@ -127,7 +93,7 @@ ExitStatus RunCall(const CommandOptions& options, const std::vector<std::string>
   } catch (const HostError& error) {
     Report report;
     report.Fail(error, statement.Line());
-    return Reporter(options, output).Write(report);
+    return Reporter(options.json, output).Write(report);
   }
   return RunOnHost(options, output, statement,
                    [&](Session& session) { return session.CallClass(statement[0], request); });
@@ -142,9 +108,10 @@ ExitStatus RunWalk(const CommandOptions& options, const std::vector<std::string>
 
 ExitStatus RunBeans(const CommandOptions& options, const std::vector<std::string>& words,
                     DocumentOutput& output) {
-  Reporter reporter(options, output);
+  Reporter reporter(options.json, output);
   const std::unique_ptr<Host> host = StartHost(options, reporter);
   if (!host) return ExitStatus::NothingToRunOn;
+  reporter.GetProgress().Begin("looking for beans in " + words[0]);
   const Discovery found = DiscoverBeans(host->GetVm(), words[0]);
   Report report;
   report.document["path"] = words[0];
@@ -154,14 +121,14 @@ ExitStatus RunBeans(const CommandOptions& options, const std::vector<std::string
     report.Fail(ExitStatus::Failed,
                 words[0] + " can't be read: expected a jar or a directory of classes");
   } else if (found.names.empty()) {
-    std::cerr << "beanhost: no bean found in " << words[0] << std::endl;
+    reporter.WriteError("no bean found in " + words[0]);
   }
   return reporter.Write(report);
 }
 
 ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::string>& words,
                          DocumentOutput& output) {
-  Reporter reporter(options, output);
+  Reporter reporter(options.json, output);
   std::ifstream file;
   if (words[0] != "-") {
     file.open(words[0]);
@@ -177,10 +144,11 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
   const std::unique_ptr<Host> host = StartHost(options, reporter);
   if (!host) return ExitStatus::NothingToRunOn;
   HeldValues names;
-  Session session(*host, names);
+  Session session(*host, names, reporter.GetStyle());
   const auto sink = [&](std::string_view line, const Report* report) {
     if (report == nullptr) {
       reporter.WriteLine(line);
+      reporter.GetProgress().Begin(std::string(line), session.GetElements());
     } else {
       reporter.Write(*report);
     }
@@ -188,6 +156,14 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
   const ExitStatus status =
       RunScript(words[0] == "-" ? std::cin : file, options.keepGoing, session, sink);
   return status == ExitStatus::Done && reporter.IsBroken() ? ExitStatus::Failed : status;
+}
+
+ExitStatus RunShellCommand(const CommandOptions& options, const std::vector<std::string>& /*none*/,
+                           DocumentOutput& output) {
+  Reporter reporter(options.json, output);
+  const std::unique_ptr<Host> host = StartHost(options, reporter);
+  if (!host) return ExitStatus::NothingToRunOn;
+  return RunShell(*host, options.classPath, reporter);
 }
 
 }  // namespace
@@ -202,6 +178,8 @@ const std::vector<Command>& Commands() {
       {"walk", "CLASS [--skip N]", "a collection's elements", 1, 1, RunWalk},
       {"run", "FILE", "a script, one statement a line; \"-\" is standard input", 1, 1,
        RunScriptFile},
+      {"shell", "", "the same statements, typed, with history and completion", 0, 0,
+       RunShellCommand},
   };
   return commands;
 }

@@ -119,6 +119,16 @@ void HeldValues::Loan::End() {
   copies.clear();
 }
 
+std::vector<std::string> HeldValues::Loan::GetNames() const {
+  const MonitorLock lock(values.monitor);
+  std::vector<std::string> names;
+  for (const auto& [name, entry] : values.values) {
+    const std::vector<const Loan*>& loans = entry.loans;
+    if (std::find(loans.begin(), loans.end(), this) != loans.end()) names.push_back(name);
+  }
+  return names;
+}
+
 void HeldValues::Loan::Abandon() {
   const MonitorLock lock(values.monitor);
   isAbandoned = true;

@@ -32,8 +32,8 @@ class HeldValues {
 
   // One statement's use of names. It works on copies of what they hold, so that a statement that
   // nobody waits for any more and later ones don't meet; and the names that it has used stay held
-  // until it ends: others can use them, and can't let them go or take them over. Abandon may be
-  // called by any thread, the rest by one.
+  // until it ends: others can use them, and can't let them go or take them over. Abandon and
+  // GetNames may be called by any thread, the rest by one.
   class Loan {
    public:
     explicit Loan(HeldValues& values) : values(values) {}
@@ -58,6 +58,8 @@ class HeldValues {
     void End();
     // From now on nothing that this loan keeps or releases counts.
     void Abandon();
+    // The names that this loan uses just now. For any thread.
+    std::vector<std::string> GetNames() const;
 
    private:
     HeldValues& values;

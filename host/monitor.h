@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 
@@ -18,6 +19,12 @@ class CAPABILITY("mutex") Monitor {
   void Wait() REQUIRES(this) {
     std::unique_lock<std::mutex> lock(mutex, std::adopt_lock);
     changed.wait(lock);
+    lock.release();
+  }
+  // The same, for so long at the most.
+  void WaitFor(std::chrono::milliseconds time) REQUIRES(this) {
+    std::unique_lock<std::mutex> lock(mutex, std::adopt_lock);
+    changed.wait_for(lock, time);
     lock.release();
   }
   void NotifyAll() { changed.notify_all(); }

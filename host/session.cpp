@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/description_text.h"
 #include "host/held_argument.h"
 #include "host/host.h"
 #include "host/overload_choice.h"
@@ -84,6 +85,14 @@ void Report::Fail(const HostError& newError, std::string_view statement) {
        newError.place ? ShowPlace(newError.what(), statement, *newError.place) : newError.what());
 }
 
+Session::Session(Host& host, HeldValues& names, const TextStyle& style)
+    : host(host),
+      boxes(host),
+      names(names),
+      loan(names),
+      style(style),
+      elements(std::make_shared<std::atomic<std::size_t>>(0)) {}
+
 template <typename Operation>
 Report Session::Reported(Operation operation) {
   Report report;
@@ -155,7 +164,7 @@ void Session::DescribeBean(BeanObject& bean, Report& report) {
   const std::vector<MethodDescription>& methods = MethodsOf(bean);
   const ObjectDescription description = bean.Describe();
   report.document = DescriptionDocument(bean.ClassName(), description, methods);
-  report.text = DescriptionText(bean.ClassName(), description, methods);
+  report.text = DescriptionText(bean.ClassName(), description, methods, style);
 }
 
 Report Session::Describe(const Word& nameOrClass) {
@@ -294,6 +303,7 @@ Report Session::CallClass(const Word& className, const CallRequest& request) {
 }
 
 void Session::WalkBean(BeanObject& bean, int skip, Report& report) {
+  *elements = 0;
   const WalkOutcome outcome = bean.Walk(skip);
   Document items = Document::array();
   const ObjectViewer view = [this](const type::Object& value) { return View(value, {}); };
@@ -301,6 +311,7 @@ void Session::WalkBean(BeanObject& bean, int skip, Report& report) {
     const TypeDesc desc = item ? TypeOfElement(*item) : TypeDesc();
     items.push_back(ValueDocument(item.get(), desc, view));
     report.text += ValueText(item.get(), desc, view) + "\n";
+    ++*elements;
   }
   report.document["size"] = outcome.size;
   report.document["items"] = std::move(items);

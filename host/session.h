@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +11,8 @@
 #include "host/held_values.h"
 #include "host/host_error.h"
 #include "host/method_pattern.h"
+#include "host/progress_line.h"
+#include "host/terminal.h"
 #include "host/value_json.h"
 
 namespace quenlatrix::host {
@@ -40,12 +44,16 @@ struct CallRequest {
 // Host and its names are.
 class Session {
  public:
-  Session(Host& host, HeldValues& names) : host(host), boxes(host), names(names), loan(names) {}
+  Session(Host& host, HeldValues& names, const TextStyle& style = {});
 
   // The statement whose words the next operations take, for their messages. Must stay.
   void SetStatement(std::string_view line) { statement = line; }
   // Whatever the operation under way comes to, it changes no name any more. For any thread.
   void Abandon() { loan.Abandon(); }
+  // The names that the operation under way uses. For any thread.
+  std::vector<std::string> GetUsedNames() const { return loan.GetNames(); }
+  // Of the walk under way; stays when the session goes. For any thread.
+  ElementCount GetElements() const { return elements; }
 
   Report New(const Word& name, const Word& className);
   // Of a held name or, where nothing is held under it, of a class.
@@ -86,7 +94,9 @@ class Session {
   Boxes boxes;
   HeldValues& names;
   HeldValues::Loan loan;
+  const TextStyle style;
   std::string_view statement;
+  std::shared_ptr<std::atomic<std::size_t>> elements;
 };
 
 }  // namespace quenlatrix::host

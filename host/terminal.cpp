@@ -1,5 +1,7 @@
 #include "host/terminal.h"
 
+#include <sys/ioctl.h>
+
 #include <cstdlib>
 #include <cwchar>
 
@@ -18,6 +20,12 @@ std::size_t WidthOf(std::wstring_view characters) {
 }
 
 std::size_t WidthOf(std::string_view utf8) { return WidthOf(Utf8ToWide(utf8)); }
+
+std::size_t ColumnsOf(int descriptor) {
+  winsize size = {};
+  const bool isKnown = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : 80;
+}
 
 TextStyle TextStyle::For(bool isTerminal) {
   const char* refused = std::getenv("NO_COLOR");

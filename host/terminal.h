@@ -9,6 +9,9 @@ namespace quenlatrix::host {
 std::size_t WidthOf(std::wstring_view characters);
 std::size_t WidthOf(std::string_view utf8);
 
+// How many columns the terminal behind the descriptor has; 80 when it doesn't say.
+std::size_t ColumnsOf(int descriptor);
+
 // Colours for a terminal, or none. A plain value.
 class TextStyle {
  public:

@@ -1,7 +1,5 @@
 #include "host/value_text.h"
 
-#include <algorithm>
-
 #include "host/method_pattern.h"
 #include "host/utf8.h"
 #include "meta_object/type/array.h"
@@ -11,7 +9,6 @@ namespace quenlatrix::host {
 
 namespace {
 
-using meta_object::MethodType;
 using meta_object::TypeDesc;
 namespace type = meta_object::type;
 
@@ -37,32 +34,9 @@ std::string ArrayText(const type::Array& array, const TypeDesc& desc, const Obje
 
 std::string ObjectText(const type::Object& value, const ObjectViewer& view) {
   const ObjectView object = view(value);
-  std::string text = object.className.empty() ? "(unknown class)" : object.className;
+  std::string text = object.className.empty() ? "(unknown class)" : ToSourceForm(object.className);
   if (object.text) text += ": " + *object.text;
   return text;
-}
-
-struct Row {
-  std::string kind;
-  std::string returns;
-  std::string method;
-};
-
-Row RowOf(const MethodDescription& method) {
-  Row row;
-  row.kind = method.kind == MethodType::Get ? "get" : method.kind == MethodType::Set ? "set" : "";
-  row.returns = ToSourceForm(JavaTypeOf(method.returnType));
-  row.method = ToUtf8(method.name) + "(";
-  for (const ParameterDescription& parameter : method.parameters) {
-    if (row.method.back() != '(') row.method += ", ";
-    row.method += ToSourceForm(JavaTypeOf(parameter.type)) + " " + ToUtf8(parameter.name);
-  }
-  row.method += ")";
-  return row;
-}
-
-std::string Padded(const std::string& text, std::size_t width) {
-  return text + std::string(width - std::min(text.size(), width) + 2, ' ');
 }
 
 }  // namespace
@@ -82,21 +56,6 @@ std::string ValueText(const type::Object* value, const TypeDesc& desc, const Obj
     return ArrayText(*array, desc, view);
   }
   return desc.key == TypeDesc::Key::Object ? ObjectText(*value, view) : PlainText(*value);
-}
-
-std::string DescriptionText(const std::string& className, const ObjectDescription& description,
-                            const std::vector<MethodDescription>& methods) {
-  std::vector<Row> rows = {{"KIND", "RETURNS", "METHOD"}};
-  for (const MethodDescription& method : methods) rows.push_back(RowOf(method));
-  std::size_t width = 0;
-  for (const Row& row : rows) width = std::max(width, row.returns.size());
-  std::string text = className + ": " + std::to_string(description.attributeMethods) +
-                     " accessors, " + std::to_string(description.regularMethods) +
-                     " other methods\n";
-  for (const Row& row : rows) {
-    text += Padded(row.kind, 4) + Padded(row.returns, width) + row.method + "\n";
-  }
-  return text;
 }
 
 }  // namespace quenlatrix::host

@@ -13,8 +13,4 @@ namespace quenlatrix::host {
 std::string ValueText(const meta_object::type::Object* value, const meta_object::TypeDesc& type,
                       const ObjectViewer& view);
 
-// What a class offers, as a table of lines.
-std::string DescriptionText(const std::string& className, const ObjectDescription& description,
-                            const std::vector<MethodDescription>& methods);
-
 }  // namespace quenlatrix::host

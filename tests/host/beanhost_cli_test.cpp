@@ -258,6 +258,19 @@ TEST_F(BeanhostCli, EndsAScriptAtItsFirstFailureUnlessItIsToKeepGoing) {
   EXPECT_EQ(documents[3]["result"]["value"], "1");
 }
 
+TEST_F(BeanhostCli, GoesOnAfterAFailureInThePipedShell) {
+  std::ofstream(directory / "in") << "new l java.util.ArrayList\ncall l get 0\ndance\n"
+                                     "call l size\n exit\ncall l size\n";
+  const ProgramRun run = Host({"--json", "shell"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, HasSubstr("IndexOutOfBoundsException"));
+  std::vector<json> documents;
+  std::istringstream lines(run.out);
+  for (std::string line; std::getline(lines, line);) documents.push_back(json::parse(line));
+  ASSERT_EQ(documents.size(), 4U);
+  EXPECT_EQ(documents[3]["result"]["value"], "0");
+}
+
 TEST_F(BeanhostCli, SaysWhatAStatementLacks) {
   const std::pair<const char*, const char*> cases[] = {
       {"new", "a name is missing"},           {"new x", "CLASS is missing"},
