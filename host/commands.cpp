@@ -71,7 +71,7 @@ ExitStatus RunOnHost(const CommandOptions& options, DocumentOutput& output,
 
 ExitStatus RunHandlers(const CommandOptions& options, const std::vector<std::string>& /*words*/,
                        DocumentOutput& output) {
-  return Reporter(options, output).Write(ListHandlers(options.pluginFile));
+  return Reporter(options.json, output).Write(ListHandlers(options.pluginFile));
 }
 
 ExitStatus RunDescribe(const CommandOptions& options, const std::vector<std::string>& words,
