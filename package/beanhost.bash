@@ -1,7 +1,7 @@
 # bash completion for beanhost
 
 _beanhost() {
-  local commands="handlers beans describe call walk run"
+  local commands="handlers beans describe call walk run shell"
   local options="--help --class-path --java-option --plugin --allow --deny --event-log --json
     --keep-going --version"
   local current="${COMP_WORDS[COMP_CWORD]}" command="" i
