@@ -22,12 +22,22 @@ void CheckText(const ZuText& t) {
   Require(std::strlen(t.GetTextEx()) == t.GetSize());
 }
 
-std::string Replaced(std::string text, const std::string& find, const std::string& with) {
-  for (std::size_t at = 0; !find.empty() && (at = text.find(find, at)) != std::string::npos;) {
-    text.replace(at, find.size(), with);
-    at += with.size();
+// What stands in `text` where `searched`, of the same length, holds `find` is replaced.
+std::string Replaced(const std::string& text, const std::string& searched, const std::string& find,
+                     const std::string& with) {
+  std::string replaced;
+  std::size_t from = 0;
+  for (std::size_t at; !find.empty() && (at = searched.find(find, from)) != std::string::npos;) {
+    replaced += text.substr(from, at - from) + with;
+    from = at + find.size();
   }
-  return text;
+  return replaced + text.substr(from);
+}
+
+std::string UpperCased(const std::string& text) {
+  ZuText t(text.c_str());
+  t.UpperCase();
+  return t.GetTextEx();
 }
 
 void Assign(NarrowState& s, FuzzedDataProvider& input) {
@@ -68,10 +78,16 @@ void ReplacePart(NarrowState& s, FuzzedDataProvider& input) {
 void ReplaceEvery(NarrowState& s, FuzzedDataProvider& input) {
   std::string const find = TakeText(input).substr(0, 3);
   std::string const with = TakeText(input).substr(0, 5);
-  s.Both([&](ZuText& t) { t.ReplaceAll(find.c_str(), with.c_str()); });
-  s.model = Replaced(s.model, find, with);
+  const bool caseSensitive = input.ConsumeBool();
+  const bool agree = s.fixed.GetTextEx() == s.model;
+  s.Both([&](ZuText& t) { t.ReplaceAll(find.c_str(), with.c_str(), caseSensitive); });
+  s.model = caseSensitive ? Replaced(s.model, s.model, find, with)
+                          : Replaced(s.model, UpperCased(s.model), UpperCased(find), with);
+  Require(!agree || s.model.size() > 30 || s.fixed.GetTextEx() == s.model);
   ZuText other(s.text);
-  other.ReplaceAll(with.c_str(), find.c_str(), false);
+  other.ReplaceAll(other, with.c_str(), caseSensitive);
+  Require(s.model.empty() || other.GetTextEx() == with);
+  other.ReplaceAll(find.c_str(), other, caseSensitive);
   CheckText(other);
   other.ReplaceOccurrence(find.c_str(), with.c_str(),
                           input.ConsumeIntegralInRange<unsigned long>(0, 4), input.ConsumeBool());

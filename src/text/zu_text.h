@@ -210,5 +210,8 @@ class ZuText : public ZuData {
   // Makes the text its `count` characters from `start`; both are within it.
   void KeepOnly(unsigned long start, unsigned long count);
   void TrimSet(std::string_view set, bool trailing);
-  void ReplaceAllWithoutCase(const ZuText& find, const ZuText& repl);
+  // Replaces what `searched`, a text of the same length or this one, has of `find`.
+  void ReplaceMatches(const ZuText& searched, const ZuText& find, const ZuText& repl);
+  // How many of so many growths of the text there is room for, which is made if it can be.
+  unsigned long MakeRoom(unsigned long times, unsigned long growth);
 };

@@ -1,10 +1,25 @@
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "text/zu_text.h"
 
 // Lengths are those up to the first NUL, as strstr sees them: a match is always as long as what was
 // searched, and nothing is looked at or replaced past the end of the text.
+
+namespace {
+
+unsigned long CountMatches(const char* text, const char* find) {
+  const unsigned long length = std::strlen(find);
+  unsigned long count = 0;
+  while (length > 0 && (text = std::strstr(text, find)) != nullptr) {
+    ++count;
+    text += length;
+  }
+  return count;
+}
+
+}  // namespace
 
 void ZuText::ReplaceText(unsigned long pos, unsigned long count, const ZuText& t) {
   if (IsEmptyText()) {
@@ -18,62 +33,62 @@ void ZuText::ReplaceText(unsigned long pos, unsigned long count, const ZuText& t
 }
 
 void ZuText::ReplaceAll(const ZuText& find, const ZuText& repl) {
-  if (&find == this || &repl == this) {
-    ReplaceAll(ZuText(find), ZuText(repl));
-    return;
-  }
-  const unsigned long findLength = std::strlen(find.GetTextEx());
-  if (findLength == 0) {
-    return;
-  }
-  unsigned long from = 0;
-  while (!IsEmptyText()) {
-    const char* const match = std::strstr(GetText() + from, find.GetText());
-    if (match == nullptr) {
-      return;
-    }
-    const auto pos = static_cast<unsigned long>(match - GetText());
-    if (!Replace(pos, findLength, repl.GetText(), repl.GetUsableDataSize())) {
-      return;
-    }
-    from = pos + repl.GetUsableDataSize();
-  }
+  ReplaceMatches(*this, find, repl);
 }
 
 void ZuText::ReplaceAll(const ZuText& find, const ZuText& repl, bool caseSensitive) {
   if (caseSensitive) {
     ReplaceAll(find, repl);
-  } else if (&repl == this) {
-    ReplaceAllWithoutCase(find, ZuText(repl));
-  } else {
-    ReplaceAllWithoutCase(find, repl);
+    return;
   }
-}
-
-void ZuText::ReplaceAllWithoutCase(const ZuText& find, const ZuText& repl) {
   ZuText upperFind(find);
   ZuText upperText(*this);
   upperFind.UpperCase();
   upperText.UpperCase();
-  const unsigned long findLength = std::strlen(upperFind.GetTextEx());
-  if (findLength == 0) {
+  ReplaceMatches(upperText, upperFind, repl);
+}
+
+unsigned long ZuText::MakeRoom(unsigned long times, unsigned long growth) {
+  const unsigned long room = (bufferSize - dataSize) / growth;
+  if (times <= room) {
+    return times;
+  }
+  const bool fits = times <= (std::numeric_limits<long>::max() - dataSize) / growth &&
+                    SetBufferSize(dataSize + times * growth);
+  return fits ? times : room;
+}
+
+// In one pass: the text moves to the end of the room that it will need and is copied from there, so
+// that what is written stays behind what is still to be read.
+void ZuText::ReplaceMatches(const ZuText& searched, const ZuText& find, const ZuText& repl) {
+  if (Holds(find.GetText()) || Holds(repl.GetText())) {
+    ReplaceMatches(searched, ZuText(find), ZuText(repl));
     return;
   }
-  // Where the unchanged text's characters now stand: `growth` wraps around when the text shrinks.
-  unsigned long growth = 0;
-  const char* from = upperText.GetTextEx();
-  while (!IsEmptyText()) {
-    const char* const match = std::strstr(from, upperFind.GetText());
-    if (match == nullptr) {
-      return;
-    }
-    const auto pos = static_cast<unsigned long>(match - upperText.GetText()) + growth;
-    if (!Replace(pos, findLength, repl.GetText(), repl.GetUsableDataSize())) {
-      return;
-    }
-    growth += repl.GetUsableDataSize() - findLength;
-    from = match + findLength;
+  const unsigned long findLength = std::strlen(find.GetTextEx());
+  const unsigned long replLength = repl.GetUsableDataSize();
+  unsigned long matches = CountMatches(searched.GetTextEx(), find.GetTextEx());
+  const unsigned long growth = replLength > findLength ? replLength - findLength : 0;
+  if (growth > 0) {
+    matches = MakeRoom(matches, growth);
   }
+  if (matches == 0) {
+    return;
+  }
+  char* const source = GetText() + matches * growth;
+  std::memmove(source, GetText(), dataSize);
+  const char* const sought = &searched == this ? source : searched.GetText();
+  char* target = GetText();
+  unsigned long from = 0;
+  for (; matches > 0; --matches) {
+    const auto pos =
+        static_cast<unsigned long>(std::strstr(sought + from, find.GetText()) - sought);
+    std::memmove(target, source + from, pos - from);
+    target = std::copy_n(repl.GetText(), replLength, target + (pos - from));
+    from = pos + findLength;
+  }
+  std::memmove(target, source + from, dataSize - from);
+  dataSize = static_cast<unsigned long>(target - GetText()) + dataSize - from;
 }
 
 void ZuText::ReplaceOccurrence(const ZuText& find, const ZuText& repl, unsigned long n,
