@@ -5,21 +5,25 @@ set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 . cmake/packages.sh
 
-require_packages $BUILD_PACKAGES
-configure_once run >/dev/null
-beanhost=build/run/bin/beanhost
-[ -x "$beanhost" ] || echo "Building; the first time takes a minute or two." >&2
-build_quietly run --target beanhost javabean_handler examples_jar beanhost_jar
+# QUENLATRIX_BUILD names a build directory to use as it is.
+build="${QUENLATRIX_BUILD:-build/run}"
+beanhost="$build/bin/beanhost"
+if [ -z "${QUENLATRIX_BUILD:-}" ]; then
+  require_packages $BUILD_PACKAGES
+  configure_once run >/dev/null
+  [ -x "$beanhost" ] || echo "Building; the first time takes a minute or two." >&2
+  build_quietly run --target beanhost javabean_handler examples_jar beanhost_jar
+fi
 
 if [ "$#" -gt 0 ]; then
-  exec "$beanhost" --class-path build/run/bin/examples.jar "$@"
+  exec "$beanhost" --class-path "$build/bin/examples.jar" "$@"
 fi
 
 show() {
   printf '\n$ beanhost'
   printf ' %s' "$@"
   printf '\n'
-  "$beanhost" --class-path build/run/bin/examples.jar "$@"
+  "$beanhost" --class-path "$build/bin/examples.jar" "$@"
 }
 
 show describe examples.Greeter

@@ -54,22 +54,24 @@ std::string Narrow(const WideString& text) {
 }
 
 std::string Named(const char* name, const WideString& text) {
-  return text.length() == 0 ? "" : std::string(", ") + name + " " + Narrow(text);
+  const std::string narrow = Narrow(text);
+  return narrow.empty() ? "" : std::string(", ") + name + " " + narrow;
 }
 
 std::string DescribeType(const TypeDesc& desc) {
   if (desc.arrayInfo) {
     std::string text = "array";
     for (const auto& dimension : desc.arrayInfo->dimensions) {
-      text += " " + std::to_string(dimension.lowerBound) + "," +
-              std::to_string(dimension.elementCount);
+      text +=
+          " " + std::to_string(dimension.lowerBound) + "," + std::to_string(dimension.elementCount);
     }
     return text;
   }
-  const std::pair<TypeDesc::Key, const char*> names[] = {
-      {TypeDesc::Key::Int, "Int"},       {TypeDesc::Key::Real, "Real"},
-      {TypeDesc::Key::Object, "Object"}, {TypeDesc::Key::Enum, "Enum"},
-      {TypeDesc::Key::Struct, "Struct"}};
+  const std::pair<TypeDesc::Key, const char*> names[] = {{TypeDesc::Key::Int, "Int"},
+                                                         {TypeDesc::Key::Real, "Real"},
+                                                         {TypeDesc::Key::Object, "Object"},
+                                                         {TypeDesc::Key::Enum, "Enum"},
+                                                         {TypeDesc::Key::Struct, "Struct"}};
   std::string text = "key ";
   for (const auto& [key, name] : names) {
     if (key == desc.key) text += name;
