@@ -12,7 +12,7 @@ if [ -z "${QUENLATRIX_BUILD:-}" ]; then
   require_packages $BUILD_PACKAGES
   configure_once run >/dev/null
   [ -x "$beanhost" ] || echo "Building; the first time takes a minute or two." >&2
-  build_quietly run --target beanhost javabean_handler examples_jar beanhost_jar
+  build_quietly run --target beanhost javabean_handler tally_handler examples_jar beanhost_jar
 fi
 
 if [ "$#" -gt 0 ]; then

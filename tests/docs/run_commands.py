@@ -7,7 +7,8 @@ A block that begins with ```console holds commands ("$ " before each; one with a
 on to its end) and what they print, standard output and standard error as one. "..." on a line of
 its own stands for any lines, within a line for any text. Behind ```console, "fails" says that the
 last command's exit status is not 0, and "not run: REASON" that the block can't be run here. Blocks
-of a document run in its order, in one scratch directory, with the build's programs on the PATH.
+of a document run in its order, in a directory that looks like the top of the tree after ./run.sh,
+with beanhost on the PATH.
 """
 
 import os
@@ -108,6 +109,8 @@ def main():
             for entry in os.listdir(root):
                 if entry != "build" and not entry.startswith("."):
                     os.symlink(os.path.join(root, entry), os.path.join(scratch, entry))
+            os.mkdir(os.path.join(scratch, "build"))
+            os.symlink(build, os.path.join(scratch, "build", "run"))
             counts = check(document, build, environment, scratch)
         ran, failures = ran + counts[0], failures + counts[1]
     if ran == 0:
