@@ -2,11 +2,12 @@
 # Builds the plug-in and the reference host and shows the main job on real classes.
 # With arguments: builds the same and runs `beanhost` with them.
 set -euo pipefail
+caller="$PWD"
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 . cmake/packages.sh
 
 # QUENLATRIX_BUILD names a build directory to use as it is.
-build="${QUENLATRIX_BUILD:-build/run}"
+build="${QUENLATRIX_BUILD:-$PWD/build/run}"
 beanhost="$build/bin/beanhost"
 if [ -z "${QUENLATRIX_BUILD:-}" ]; then
   require_packages $BUILD_PACKAGES
@@ -16,6 +17,7 @@ if [ -z "${QUENLATRIX_BUILD:-}" ]; then
 fi
 
 if [ "$#" -gt 0 ]; then
+  cd "$caller"
   exec "$beanhost" --class-path "$build/bin/examples.jar" "$@"
 fi
 
