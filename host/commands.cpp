@@ -145,12 +145,18 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
   if (!host) return ExitStatus::NothingToRunOn;
   HeldValues names;
   Session session(*host, names, reporter.GetStyle());
+  const std::string name = words[0] == "-" ? "line " : words[0] + ":";
+  std::size_t number = 0;
+  reporter.GetProgress().Begin(words[0]);
   const auto sink = [&](std::string_view line, const Report* report) {
     if (report == nullptr) {
       reporter.WriteLine(line);
-      reporter.GetProgress().Begin(std::string(line), session.GetElements());
+      const std::string origin = name + std::to_string(++number);
+      reporter.GetProgress().Continue(origin + ": " + std::string(line), session.GetElements());
     } else {
-      reporter.Write(*report);
+      reporter.Write(*report, name + std::to_string(number));
+      // What standard input has next may take its time.
+      if (words[0] == "-") reporter.GetProgress().Continue({});
     }
   };
   const ExitStatus status =

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cwchar>
 
@@ -176,9 +177,17 @@ void LineEditor::Terminal::Remember(const std::string& line) {
 LineEditor::Outcome LineEditor::Terminal::Read(std::string& line) {
   wasInterrupted = false;
   int count = 0;
-  const PlainInterruptKey key;
-  const char* typed = el_gets(editor.get(), &count);
-  if (wasInterrupted) return Outcome::Interrupted;
+  const char* typed = nullptr;
+  bool wasSignal = false;
+  {
+    const PlainInterruptKey key;
+    errno = 0;
+    typed = el_gets(editor.get(), &count);
+    // An interrupt from elsewhere, or of a terminal that was set anew after a stop.
+    wasSignal = typed == nullptr && errno == EINTR;
+  }
+  if (wasSignal) std::fputs("^C\n", screen.get());
+  if (wasSignal || wasInterrupted) return Outcome::Interrupted;
   if (typed == nullptr || count <= 0) {
     std::fputc('\n', screen.get());
     std::fflush(screen.get());

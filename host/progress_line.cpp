@@ -41,12 +41,17 @@ ProgressLine::~ProgressLine() {
 }
 
 void ProgressLine::Begin(const std::string& newWhat, ElementCount newElements) {
-  if (!isOn) return;
+  Continue(newWhat, std::move(newElements));
   const MonitorLock lock(monitor);
   Wipe();
+  begin = Clock::now();
+}
+
+void ProgressLine::Continue(const std::string& newWhat, ElementCount newElements) {
+  if (!isOn) return;
+  const MonitorLock lock(monitor);
   what = newWhat;
   elements = std::move(newElements);
-  begin = Clock::now();
 }
 
 void ProgressLine::End() { Begin({}); }

@@ -26,6 +26,8 @@ class ProgressLine {
 
   // What goes on from now on; its second begins.
   void Begin(const std::string& what, ElementCount elements = nullptr);
+  // How far that has come, in its stead: the second goes on.
+  void Continue(const std::string& what, ElementCount elements = nullptr);
   void End();
   // Wipes the line away, because something else is to be written; it comes back at its next turn.
   void Hide();

@@ -18,9 +18,11 @@ Reporter::Reporter(bool asJson, DocumentOutput& output)
       style(TextStyle::For(!asJson && output.IsTerminal())),
       errorStyle(TextStyle::For(isatty(STDERR_FILENO) == 1)) {}
 
-ExitStatus Reporter::Write(const Report& report) {
+ExitStatus Reporter::Write(const Report& report, const std::string& origin) {
   Put(asJson ? ToLine(report.document) : report.text);
-  if (report.status != ExitStatus::Done) WriteError(report.error);
+  if (report.status != ExitStatus::Done) {
+    WriteError((origin.empty() ? "" : origin + ": ") + report.error);
+  }
   return isBroken ? ExitStatus::Failed : report.status;
 }
 

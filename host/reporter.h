@@ -18,8 +18,9 @@ class Reporter {
  public:
   Reporter(bool asJson, DocumentOutput& output);
 
-  // The status to end with: that of the report, or Failed when it could not be written.
-  ExitStatus Write(const Report& report);
+  // The status to end with: that of the report, or Failed when it could not be written. `origin`
+  // stands in front of an error, such as "tour.bean:12".
+  ExitStatus Write(const Report& report, const std::string& origin = {});
   // A line of a script, shown before what it came to.
   void WriteLine(std::string_view line);
   // What is for the person alone: beside documents it goes to standard error.

@@ -155,7 +155,9 @@ ExitStatus RunLines(Host& host, Reporter& reporter) {
   HeldValues names;
   Session session(host, names, reporter.GetStyle());
   ExitStatus status = ExitStatus::Done;
+  std::size_t number = 0;
   for (std::string line; std::getline(std::cin, line);) {
+    ++number;
     const OwnStatement own = OwnStatementOf(line);
     if (own == OwnStatement::Quit) break;
     reporter.WriteLine(line);
@@ -163,7 +165,9 @@ ExitStatus RunLines(Host& host, Reporter& reporter) {
       reporter.WriteNote(HelpText());
     } else if (IsStatement(line)) {
       reporter.GetProgress().Begin(line, session.GetElements());
-      const ExitStatus ended = reporter.Write(RunStatement(line, session));
+      const Report report = RunStatement(line, session);
+      reporter.GetProgress().End();
+      const ExitStatus ended = reporter.Write(report, "line " + std::to_string(number));
       if (status == ExitStatus::Done) status = ended;
     }
     if (reporter.IsBroken()) break;
