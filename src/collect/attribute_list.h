@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "collect/attribute.h"
 #include "collect/lists.h"
 
@@ -17,6 +19,8 @@ class AttributeList {
   using EndOfListError = ListIterators<Attribute>::EndOfListError;
 
   AttributeList() = default;
+  explicit AttributeList(const std::vector<Attribute>& attributes)
+      : attributes(attributes.begin(), attributes.end()) {}
   // Deep copies.
   AttributeList(const AttributeList&) = default;
   AttributeList& operator=(const AttributeList&) = default;

@@ -72,14 +72,16 @@ class Lists {
   Lists() = default;
   virtual ~Lists() { removeAll(); }
 
-  // Copies of the elements, in the same order.
-  Lists(const Lists& other) {
-    std::unique_ptr<ListNode<T>>* end = &first;
-    for (const T& element : other) {
-      *end = MakeNode(element);
-      end = &(*end)->next;
+  // Copies of elements, in the same order: without a walk for each.
+  template <typename Iterator>
+  Lists(Iterator begin, Iterator end) {
+    std::unique_ptr<ListNode<T>>* place = &first;
+    for (; begin != end; ++begin) {
+      *place = MakeNode(*begin);
+      place = &(*place)->next;
     }
   }
+  Lists(const Lists& other) : Lists(other.begin(), other.end()) {}
   Lists& operator=(const Lists& other) {
     if (this != &other) {
       Lists copy(other);

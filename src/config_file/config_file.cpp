@@ -47,9 +47,9 @@ void ConfigFile::MergeOrAppend(std::unique_ptr<Stanza> theirs) {
   }
 }
 
-ConfigFile::StanzaCopies ConfigFile::CopyListed(const ZuText& directoryName) const {
+ConfigFile::OwnedStanzas ConfigFile::CopyListed(const ZuText& directoryName) const {
   const MutexLock hold(lock);
-  StanzaCopies copies;
+  OwnedStanzas copies;
   const Stanza* const directory = Find(directoryName);
   if (directory == nullptr) {
     return copies;
@@ -69,7 +69,7 @@ bool ConfigFile::mergeConfigFiles(const ConfigFile& other) {
   }
   // Copied before this object's lock is taken: two that are merged into each other don't wait for
   // each other.
-  StanzaCopies theirs = other.CopyListed(directoryStanzaName);
+  OwnedStanzas theirs = other.CopyListed(directoryStanzaName);
   const MutexLock hold(lock);
   if (theirs.empty() || Find(directoryStanzaName) == nullptr) {
     return false;

@@ -132,14 +132,16 @@ class ConfigFile {
   static ZuText buildMiscFilesPath(const ZuText& name);
 
  private:
-  using StanzaCopies = std::vector<std::unique_ptr<Stanza>>;
+  using OwnedStanzas = std::vector<std::unique_ptr<Stanza>>;
 
   // Copies of the directory and of the stanzas that it lists, in that order; none without it.
-  StanzaCopies CopyListed(const ZuText& directoryName) const;
+  OwnedStanzas CopyListed(const ZuText& directoryName) const;
   Stanza* Find(const ZuText& name) const REQUIRES(lock);
   void Append(std::unique_ptr<Stanza> stanza) REQUIRES(lock);
   // Merges the stanza into the one of its name here, or appends it.
   void MergeOrAppend(std::unique_ptr<Stanza> theirs) REQUIRES(lock);
+  // Makes these all the stanzas, where there are none.
+  void Adopt(OwnedStanzas read) REQUIRES(lock);
   // What needs the file takes no file itself: it is held by the caller.
   bool ReadFrom(HeldFile& file);
   bool WriteTo(HeldFile& file) const;

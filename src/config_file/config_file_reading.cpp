@@ -24,7 +24,7 @@ constexpr std::size_t kNameLimit = 255;
 // longest one even if the file grows meanwhile.
 class StanzaReader {
  public:
-  enum class Found { Stanza, End, Fault };
+  using Stanzas = std::vector<std::unique_ptr<ConfigFile::Stanza>>;
 
   // Keeps using `bytes`, of which there is one at least.
   explicit StanzaReader(std::vector<char>& bytes)
@@ -39,35 +39,35 @@ class StanzaReader {
   StanzaReader(const StanzaReader&) = delete;
   StanzaReader& operator=(const StanzaReader&) = delete;
 
-  // The next stanza, in `stanza`.
-  Found Read(std::unique_ptr<ConfigFile::Stanza>& stanza) {
-    if (stream == nullptr) {
-      return Found::Fault;
+  // Reads them all. False at a fault: those before it are read.
+  bool Read(Stanzas& stanzas) {
+    while (stream != nullptr) {
+      Token found = Token::EndOfLine;
+      while (found == Token::EndOfLine) {
+        found = Next();
+      }
+      if (found == Token::EndOfFile) {
+        return true;
+      }
+      if (found != Token::StanzaName || !IsNameTaken()) {
+        return false;
+      }
+      const ZuText name(token.data());
+      std::vector<collect::Attribute> attributes;
+      if (Next() != Token::EndOfLine || !ReadAttributes(attributes)) {
+        return false;
+      }
+      stanzas.push_back(std::make_unique<ConfigFile::Stanza>(name.GetTextEx(),
+                                                             collect::AttributeList(attributes)));
     }
-    Token found = Token::EndOfLine;
-    while (found == Token::EndOfLine) {
-      found = Next();
-    }
-    if (found == Token::EndOfFile) {
-      return Found::End;
-    }
-    if (found != Token::StanzaName || !IsNameTaken()) {
-      return Found::Fault;
-    }
-    const ZuText name(token.data());
-    collect::AttributeList attributes;
-    if (Next() != Token::EndOfLine || !ReadAttributes(attributes)) {
-      return Found::Fault;
-    }
-    stanza = std::make_unique<ConfigFile::Stanza>(name.GetTextEx(), attributes);
-    return Found::Stanza;
+    return false;
   }
 
  private:
   Token Next() { return getToken(stream, token.data(), false); }
   bool IsNameTaken() const { return std::strlen(token.data()) < kNameLimit; }
 
-  bool ReadAttributes(collect::AttributeList& attributes) {
+  bool ReadAttributes(std::vector<collect::Attribute>& attributes) {
     for (;;) {
       const Token found = Next();
       if (found == Token::EndOfLine || found == Token::EndOfFile) {
@@ -80,7 +80,7 @@ class StanzaReader {
       if (Next() != Token::EqualsSign || getToken(stream, value.data(), true) != Token::Value) {
         return false;
       }
-      attributes.addAttribute(key.GetTextEx(), value.data());
+      attributes.emplace_back(key.GetTextEx(), value.data());
     }
   }
 
@@ -127,25 +127,29 @@ bool ConfigFile::ReadFrom(HeldFile& file) {
   if (bytes.empty()) {
     return false;
   }
-  StanzaReader reader(bytes);
+  StanzaReader::Stanzas found;
+  const bool whole = StanzaReader(bytes).Read(found);
   const MutexLock hold(lock);
   removeAllStanzas();
-  for (;;) {
-    std::unique_ptr<Stanza> stanza;
-    const StanzaReader::Found found = reader.Read(stanza);
-    if (found == StanzaReader::Found::Fault) {
-      return false;
-    }
-    if (found == StanzaReader::Found::End) {
-      break;
-    }
-    Append(std::move(stanza));
+  Adopt(std::move(found));
+  if (!whole) {
+    return false;
   }
   // Not through getModificationDate: closing a second descriptor would give up the file's lock.
   struct stat status = {};
   const bool known = GetFileStatusInfo(file.Path(), file.Descriptor(), status) == 0;
   parseTimestamp = known ? status.st_mtime : 0;
   return true;
+}
+
+void ConfigFile::Adopt(OwnedStanzas read) {
+  std::vector<Stanza*> pointers(read.size());
+  std::transform(read.begin(), read.end(), pointers.begin(),
+                 [](const std::unique_ptr<Stanza>& stanza) { return stanza.get(); });
+  stanzas = collect::Lists<Stanza*>(pointers.begin(), pointers.end());
+  for (std::unique_ptr<Stanza>& stanza : read) {
+    stanza.release();
+  }
 }
 
 }  // namespace quenlatrix::config_file

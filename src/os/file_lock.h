@@ -1,12 +1,15 @@
 #pragma once
 
+#include <time.h>
+
 #include <cerrno>
 
 #include "os/file.h"
 
 // Holds a whole-file lock on an open descriptor for a scope, which must end before the descriptor
-// is closed. Waits until the lock is granted: a signal doesn't end the wait. What the lock keeps
-// out, and what it doesn't, is said at LockOSFile. For one thread.
+// is closed. Waits until the lock is granted: a signal doesn't end the wait. A thread that holds
+// one must not wait for a second file that others take first. What the lock keeps out, and what it
+// doesn't, is said at LockOSFile. For one thread.
 class FileLock {
  public:
   FileLock(int fd, bool exclusive) : fd(fd), held(WaitFor(fd, exclusive)) {}
@@ -26,8 +29,13 @@ class FileLock {
 
  private:
   static bool WaitFor(int fd, bool exclusive) {
+    // A lock belongs to the process, so the system takes two processes for deadlocked when each has
+    // a thread that waits for a file which a thread of the other is about to give back.
+    constexpr timespec aMillisecond = {0, 1000000};
     while (!LockOSFile(fd, exclusive)) {
-      if (errno != EINTR) {
+      if (errno == EDEADLK) {
+        nanosleep(&aMillisecond, nullptr);
+      } else if (errno != EINTR) {
         return false;
       }
     }

@@ -1,0 +1,239 @@
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "config_file/config_file.h"
+#include "config_file/stanza.h"
+#include "os/event_log.h"
+#include "tests/config_file/temporary_file.h"
+
+namespace {
+
+using quenlatrix::collect::Attribute;
+using quenlatrix::config_file::ConfigFile;
+using Stanza = ConfigFile::Stanza;
+
+constexpr char kStored[] = "[D]\na=\nb=\n\n[a]\nk=1\n\n[b]\nk=1\nx=1\n\n";
+
+// Somebody who read the file, changed it in memory and writes it after somebody else did.
+class ConfigFileWriting : public testing::Test {
+ protected:
+  ConfigFileWriting() {
+    EXPECT_TRUE(file.parseConfigFile());
+    file.removeStanza("a");
+    file.changeValue("b", "k", "2");
+    file.getStanza("b")->removeKey("x");
+    auto added = std::make_unique<Stanza>("c");
+    added->addValue("k", "2");
+    file.addStanza(added.release(), true);
+  }
+
+  TemporaryFile stored{kStored};
+  ConfigFile file{stored.path.c_str(), "D"};
+  const std::string inMemory = "[D]\nb=\nc=\n\n[b]\nk=2\n\n[c]\nk=2\n\n";
+};
+
+TEST_F(ConfigFileWriting, ReplacesTheFileOrMergesIntoIt) {
+  EXPECT_TRUE(file.writeFile(true, false));
+  EXPECT_EQ(stored.Read(), "[D]\na=\nb=\nc=\n\n[a]\nk=1\n\n[b]\nk=2\nx=1\n\n[c]\nk=2\n\n");
+  EXPECT_EQ(DumpOf(file), inMemory);
+  EXPECT_TRUE(file.writeFile(false, false));
+  EXPECT_EQ(stored.Read(), inMemory);
+}
+
+TEST_F(ConfigFileWriting, WritesAtOnceWhatWasRemovedOrChanged) {
+  EXPECT_TRUE(file.removeStanzaWithWrite("C"));
+  EXPECT_FALSE(file.findStanza("c"));
+  EXPECT_EQ(stored.Read(), "[D]\na=\nb=\n\n[a]\nk=1\n\n[b]\nk=2\nx=1\n\n");
+  stored.Write(kStored);
+  EXPECT_TRUE(file.changeStanzaWithWrite("B", false));
+  EXPECT_EQ(stored.Read(), "[D]\na=\nb=\n\n[a]\nk=1\n\n[b]\nk=2\n\n");
+  file.addStanza(new Stanza("e"), true);
+  EXPECT_TRUE(file.changeStanzaWithWrite("e", false));
+  EXPECT_EQ(stored.Read(), "[D]\na=\nb=\ne=\n\n[a]\nk=1\n\n[b]\nk=2\n\n[e]\n\n");
+  // Rewritten when the file alone has the stanza, left alone when nobody has.
+  stored.Write("; a note\n[a]\n");
+  EXPECT_TRUE(file.changeStanzaWithWrite("nobody's", false));
+  EXPECT_EQ(stored.Read(), "; a note\n[a]\n");
+  EXPECT_TRUE(file.changeStanzaWithWrite("a", false));
+  EXPECT_EQ(stored.Read(), "[a]\n\n");
+  // A file without a directory gets the one that lists the stanza.
+  EXPECT_TRUE(file.changeStanzaWithWrite("e", false));
+  EXPECT_EQ(stored.Read(), "[a]\n\n[D]\nb=\ne=\n\n[e]\n\n");
+}
+
+TEST_F(ConfigFileWriting, ChangesNeitherFileNorMemoryWhenItFails) {
+  for (const char* const bytes : {"", "[D]\nc=\n\n[a] \n", "[c]\n"}) {
+    SCOPED_TRACE(bytes);
+    stored.Write(bytes);
+    EXPECT_FALSE(file.writeFile(true, false));
+    EXPECT_FALSE(file.removeStanzaWithWrite("c"));
+    EXPECT_EQ(file.changeStanzaWithWrite("nobody's", false), bytes[0] == '[' && bytes[1] == 'c');
+    EXPECT_EQ(stored.Read(), bytes);
+    EXPECT_EQ(DumpOf(file), inMemory);
+  }
+  std::filesystem::remove(stored.path);
+  EXPECT_FALSE(file.writeFile(true, false) || file.removeStanzaWithWrite("c") ||
+               file.changeStanzaWithWrite("c", false) || file.parseConfigFile());
+  EXPECT_FALSE(std::filesystem::exists(stored.path));
+  EXPECT_EQ(DumpOf(file), inMemory);
+  EXPECT_TRUE(file.writeFile(false, false));
+  EXPECT_EQ(stored.Read(), inMemory);
+}
+
+TEST_F(ConfigFileWriting, ThatIsCutShortIsNoSuccess) {
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit = {16, RLIM_INFINITY};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  EXPECT_FALSE(file.writeFile(false, false));
+  EXPECT_EQ(stored.Read(), inMemory.substr(0, 16));
+  stored.Write("[D]\na=\n");
+  EXPECT_FALSE(file.removeStanzaWithWrite("c"));
+  EXPECT_TRUE(file.findStanza("c"));
+  EXPECT_LE(stored.Read().size(), 16u);
+}
+
+TEST(ConfigFileEvents, SayWhatFailed) {
+  const TemporaryFile log;
+  const TemporaryFile empty;
+  const TemporaryFile large(std::string(131073, 'x'));
+  ASSERT_TRUE(OpenSystemEventLog(log.path.c_str(), nullptr));
+  for (const std::string& path : {std::string("/none/x"), empty.path, large.path}) {
+    EXPECT_FALSE(ConfigFile(path.c_str(), "D").parseConfigFile());
+  }
+  ConfigFile none("/none/x", "D");
+  EXPECT_FALSE(none.writeFile(false, false) || none.writeFile(true, false));
+  EXPECT_EQ(none.getModificationDate(), 0);
+  EXPECT_FALSE(ConfigFile("/dev/full", "D").writeFile(false, false));
+  CloseSystemEventLog();
+  const std::string opened = "[No such file or directory] could not open file /none/x";
+  std::vector<std::string> said;
+  std::istringstream lines(log.Read());
+  for (std::string line; std::getline(lines, line);) {
+    constexpr char kKind[] = "CONFIG     ERROR    ";
+    said.push_back(line.substr(line.find(kKind) + sizeof kKind - 1));
+  }
+  EXPECT_THAT(said, testing::ElementsAre(
+                        opened, "Invalid size (0) of the file " + empty.path,
+                        "Invalid size (131073) of the file " + large.path, opened, opened, opened,
+                        "[Invalid argument] could not change size of the file /dev/full"));
+}
+
+// What the form can carry: the lists at the declarations, turned around.
+class RandomContent {
+ public:
+  explicit RandomContent(unsigned int seed) : random(seed) {}
+
+  std::string Name() { return Text(254, "]"); }
+  std::string Key() {
+    std::string key = Text(253, ";=[");
+    while (!key.empty() && (key[0] == ' ' || key[0] == '\t')) {
+      key.erase(0, 1);
+    }
+    return key.empty() ? "k" : key;
+  }
+  std::string Value() { return Text(4095, ""); }
+  unsigned int Below(unsigned int end) { return static_cast<unsigned int>(random() % end); }
+
+ private:
+  // Often of the characters that mean something, else of any; mostly short.
+  std::string Text(unsigned int longest, std::string_view without) {
+    constexpr std::string_view kSpecial = "\\\\\\\r\n;=[]rn \t";
+    std::string text;
+    for (unsigned int left = Below(8) == 0 ? longest : Below(12); left > 0; --left) {
+      const char c =
+          Below(3) != 0 ? kSpecial[Below(kSpecial.size())] : static_cast<char>(1 + Below(255));
+      text += without.find(c) == std::string_view::npos ? c : 'x';
+    }
+    return text;
+  }
+
+  std::mt19937 random;
+};
+
+std::vector<Attribute> AttributesOf(const Stanza& stanza) {
+  std::vector<Attribute> attributes(stanza.getNumberOfAttributes());
+  for (unsigned long i = 0; i < attributes.size(); ++i) {
+    stanza.getAttributeIndex(i, attributes[i]);
+  }
+  return attributes;
+}
+
+TEST(ConfigFileRoundTrip, WhatTheFormCarriesIsReadAsItWasWritten) {
+  const TemporaryFile stored;
+  for (unsigned int seed = 0; seed < 300; ++seed) {
+    SCOPED_TRACE(seed);
+    RandomContent random(seed);
+    ConfigFile written(stored.path.c_str(), "D");
+    ConfigFile read(stored.path.c_str(), "D");
+    written.createDirectoryStanza();
+    std::vector<const Stanza*> stanzas;
+    for (unsigned int count = random.Below(5); count > 0; --count) {
+      auto stanza = std::make_unique<Stanza>(random.Name().c_str());
+      for (unsigned int attributes = random.Below(7); attributes > 0; --attributes) {
+        stanza->addValue(random.Key().c_str(), random.Value().c_str());
+      }
+      stanzas.push_back(stanza.get());
+      written.addStanza(stanza.release(), false);
+    }
+    ASSERT_TRUE(written.writeFile(false, false));
+    const std::string bytes = stored.Read();
+    ASSERT_TRUE(read.parseConfigFile());
+    for (const Stanza* const stanza : stanzas) {
+      const Stanza* const again = read.getStanza(stanza->getStanzaName());
+      ASSERT_NE(again, nullptr);
+      // Of two of one name the first is found, on both sides.
+      std::vector<Attribute> expected = AttributesOf(*written.getStanza(stanza->getStanzaName()));
+      std::stable_sort(expected.begin(), expected.end());
+      const std::vector<Attribute> found = AttributesOf(*again);
+      ASSERT_TRUE(std::equal(found.begin(), found.end(), expected.begin(), expected.end(),
+                             [](const Attribute& a, const Attribute& b) {
+                               return a.key.Equals(b.key, true) && a.value.Equals(b.value, true);
+                             }));
+    }
+    ASSERT_TRUE(read.writeFile(false, false));
+    ASSERT_EQ(stored.Read(), bytes);
+  }
+}
+
+TEST(ConfigFileRoundTrip, WhatTheFormCannotCarryIsNotReadAsItWasWritten) {
+  const struct {
+    std::string name;
+    std::string key;
+    std::string value;
+  } cases[] = {
+      {"]", "k", "v"},
+      {std::string(255, 'n'), "k", "v"},
+      {"n", std::string(255, 'k'), "v"},
+      {"n", "", "v"},
+      {"n", " k", "v"},
+      {"n", "\tk", "v"},
+      {"n", "a=b", "v"},
+      {"n", "a;b", "v"},
+      {"n", "a[b", "v"},
+      {"n", "k", std::string(4096, 'v')},
+  };
+  const TemporaryFile stored;
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.key);
+    ConfigFile file(stored.path.c_str(), "D");
+    auto stanza = std::make_unique<Stanza>(test.name.c_str());
+    stanza->addValue(test.key.c_str(), test.value.c_str());
+    file.addStanza(stanza.release(), false);
+    ASSERT_TRUE(file.writeFile(false, false));
+    file.parseConfigFile();
+    ZuText value;
+    EXPECT_FALSE(file.getValue(test.name.c_str(), test.key.c_str(), value) &&
+                 value == test.value.c_str());
+  }
+}
+
+}  // namespace
