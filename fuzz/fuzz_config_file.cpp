@@ -1,0 +1,100 @@
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "config_file/config_file.h"
+#include "config_file/stanza.h"
+
+namespace {
+
+using quenlatrix::collect::Attribute;
+using quenlatrix::collect::AttributeList;
+using quenlatrix::config_file::ConfigFile;
+
+void Require(bool holds) {
+  if (!holds) {
+    std::abort();
+  }
+}
+
+// A file in memory alone.
+class MemoryFile {
+ public:
+  MemoryFile() : fd(memfd_create("config_file", MFD_CLOEXEC)) {
+    Require(fd != -1);
+    path = "/proc/self/fd/" + std::to_string(fd);
+  }
+  ~MemoryFile() { close(fd); }
+  MemoryFile(const MemoryFile&) = delete;
+  MemoryFile& operator=(const MemoryFile&) = delete;
+
+  void Write(const unsigned char* data, std::size_t size) const {
+    Require(ftruncate(fd, 0) == 0);
+    Require(pwrite(fd, data, size, 0) == static_cast<ssize_t>(size));
+  }
+  std::string Read() const {
+    std::string bytes(static_cast<std::size_t>(lseek(fd, 0, SEEK_END)), '\0');
+    Require(pread(fd, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
+    return bytes;
+  }
+
+  std::string path;
+
+ private:
+  int fd;
+};
+
+// Keys that were read but can't be written so that they are read again.
+bool HasSuchKeys(const std::string& written) {
+  for (std::size_t line = 0; line < written.size(); line = written.find('\n', line) + 1) {
+    const std::string key = written.substr(line, written.find_first_of("=\n", line) - line);
+    if (written[line] == '=' || (written[line] != '[' && key.find('[') != std::string::npos)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// Operations on what was read keep their promises.
+void CheckStanzas(ConfigFile& file) {
+  ZuText name;
+  for (unsigned long i = 0; file.getStanzaInformationIndex(i, name); ++i) {
+    ConfigFile::Stanza* const stanza = file.getStanza(name);
+    Require(file.getStanzaAtIndex(i) == stanza);
+    if (stanza == nullptr || stanza->getNumberOfAttributes() == 0) {
+      continue;
+    }
+    Attribute first;
+    Require(stanza->getAttributeIndex(0, first));
+    AttributeList members;
+    Require(stanza->getAttributeList(first.key.GetTextEx(), members));
+    Require(members.getNumberOfAttributes() <= first.getValueListElementCount());
+    stanza->changeAttributeList(first.key.GetTextEx(), members);
+    stanza->removeAttributeList(first.key.GetTextEx());
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  if (size == 0) {
+    return 0;
+  }
+  const MemoryFile memory;
+  memory.Write(data, size);
+  ConfigFile first(memory.path.c_str(), "D");
+  first.parseConfigFile();
+  Require(first.writeFile(false, false));
+  const std::string written = memory.Read();
+  if (!written.empty() && written.size() <= 131072 && !HasSuchKeys(written)) {
+    ConfigFile second(memory.path.c_str(), "d");
+    Require(second.parseConfigFile());
+    Require(second.writeFile(false, false));
+    Require(memory.Read() == written);
+    Require(first.mergeConfigFiles(second) == first.findStanza("D"));
+  }
+  CheckStanzas(first);
+  return 0;
+}
