@@ -35,8 +35,7 @@ ConfigFile::Stanza* ConfigFile::Find(const ZuText& name) const {
 }
 
 void ConfigFile::Append(std::unique_ptr<Stanza> stanza) {
-  stanzas.append(stanza.get());
-  stanza.release();
+  stanzas.append(nullptr) = stanza.release();
 }
 
 void ConfigFile::MergeOrAppend(std::unique_ptr<Stanza> theirs) {

@@ -49,7 +49,7 @@ class StanzaReader {
       if (found == Token::EndOfFile) {
         return true;
       }
-      if (found != Token::StanzaName || !IsNameTaken()) {
+      if (found != Token::StanzaName || !NameFits()) {
         return false;
       }
       const ZuText name(token.data());
@@ -65,7 +65,7 @@ class StanzaReader {
 
  private:
   Token Next() { return getToken(stream, token.data(), false); }
-  bool IsNameTaken() const { return std::strlen(token.data()) < kNameLimit; }
+  bool NameFits() const { return std::strlen(token.data()) < kNameLimit; }
 
   bool ReadAttributes(std::vector<collect::Attribute>& attributes) {
     for (;;) {
@@ -73,7 +73,7 @@ class StanzaReader {
       if (found == Token::EndOfLine || found == Token::EndOfFile) {
         return true;
       }
-      if (found != Token::Word || !IsNameTaken()) {
+      if (found != Token::Word || !NameFits()) {
         return false;
       }
       const ZuText key(token.data());
@@ -143,13 +143,10 @@ bool ConfigFile::ReadFrom(HeldFile& file) {
 }
 
 void ConfigFile::Adopt(OwnedStanzas read) {
-  std::vector<Stanza*> pointers(read.size());
-  std::transform(read.begin(), read.end(), pointers.begin(),
-                 [](const std::unique_ptr<Stanza>& stanza) { return stanza.get(); });
-  stanzas = collect::Lists<Stanza*>(pointers.begin(), pointers.end());
-  for (std::unique_ptr<Stanza>& stanza : read) {
-    stanza.release();
-  }
+  const std::vector<Stanza*> places(read.size());
+  stanzas = collect::Lists<Stanza*>(places.begin(), places.end());
+  std::transform(read.begin(), read.end(), stanzas.begin(),
+                 [](std::unique_ptr<Stanza>& stanza) { return stanza.release(); });
 }
 
 }  // namespace quenlatrix::config_file

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <time.h>
-
 #include <cerrno>
+#include <ctime>
 
 #include "os/file.h"
 
