@@ -45,11 +45,13 @@ void LoadEnabled(std::vector<RegisteredHandler>& registered, meta_object::Enviro
     if (!handler.info->loadHandler) {
       continue;
     }
+    const std::size_t attributesBefore = environment.attributes.size();
     for (const auto& attribute : handler.info->attributes) {
       environment.attributes.push_back(std::make_unique<Handler::Attribute>(*attribute));
     }
     LoadOne(handler, handlers);
     if (!handler.isUsed) {
+      environment.attributes.resize(attributesBefore);
       ReportEvent(EVT_ERROR, CAT_CONFIG,
                   std::string(handler.info->handlerName.GetTextEx()) +
                       " Handler: not loaded: " + handler.why);

@@ -12,13 +12,14 @@ using meta_object::Identity;
 
 namespace {
 
-// "/" in a class name is read as ".".
-std::string DottedName(std::string className) {
-  std::replace(className.begin(), className.end(), '/', '.');
-  return className;
-}
-
 bool IsOfBean(const Identity& identity) { return identity.handler == HandlerSet::kBeanType; }
+
+// "/" in a class name is read as ".".
+void DotClassName(Identity& identity) {
+  std::string name = identity.handlerData;
+  std::replace(name.begin(), name.end(), '/', '.');
+  identity.SetHandlerData(name);
+}
 
 }  // namespace
 
@@ -44,25 +45,21 @@ std::string Host::DescribeFailure(const Identity& identity, std::uint32_t answer
 PluginLibrary* Host::Choose(const std::string& classOrIdentity, Identity& identity,
                             std::string& why) const {
   identity.SetIdentity(classOrIdentity);
-  if (identity.handler.empty()) {
+  const bool isBare = identity.handler.empty();
+  PluginLibrary* plugin = isBare ? handlers.GetDefault() : handlers.FindByType(identity.handler);
+  if (isBare) {
     // The parts' own check: a name with "?" or "=" in it would be cut there and mean another class.
-    PluginLibrary* plugin = handlers.GetDefault();
-    identity = Identity(plugin->GetType().c_str(), DottedName(classOrIdentity).c_str());
-    if (identity.IsValid()) {
-      return plugin;
-    }
-    why = "\"" + classOrIdentity + "\" is no class name. Expected one such as shop.cart.Widget.";
-    return nullptr;
+    identity = Identity(plugin->GetType().c_str(), classOrIdentity.c_str());
   }
-  PluginLibrary* plugin = handlers.FindByType(identity.handler);
   if (plugin == nullptr || !identity.IsValid()) {
-    why = "\"" + classOrIdentity +
-          "\" names no object. Expected TYPE://DATA, where TYPE is one of " +
-          handlers.DescribeTypes() + "; \"beanhost handlers\" shows what there is.";
+    why = "\"" + classOrIdentity + "\" is no " +
+          (isBare ? "class name. Expected one such as shop.cart.Widget."
+                  : "object's identity. Expected TYPE://DATA, where TYPE is one of " +
+                        handlers.DescribeTypes() + "; \"beanhost handlers\" shows what there is.");
     return nullptr;
   }
   if (IsOfBean(identity)) {
-    identity.SetHandlerData(DottedName(identity.handlerData));
+    DotClassName(identity);
   }
   return plugin;
 }
