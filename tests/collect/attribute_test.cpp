@@ -17,15 +17,13 @@ TEST(Attribute, ElementsOfItsValueAreCountedAndRead) {
     const char* value;
     unsigned long count;
     std::vector<const char*> elements;
-  } cases[] = {
-      {"", 0, {none}},
-      {"a", 1, {"a", none}},
-      {"a:b:c", 3, {"a", "b", "c", none}},
-      {"a:", 2, {"a", none}},
-      {":", 2, {"", none}},
-      {"::b", 3, {"", "", "b", none}},
-      {"a::", 3, {"a", "", none}},
-  };
+  } cases[] = {{"", 0, {none}},
+               {"a", 1, {"a", none}},
+               {"a:b:c", 3, {"a", "b", "c", none}},
+               {"a:", 2, {"a", none}},
+               {":", 2, {"", none}},
+               {"::b", 3, {"", "", "b", none}},
+               {"a::", 3, {"a", "", none}}};
   for (const auto& test : cases) {
     SCOPED_TRACE(test.value);
     const Attribute attribute("k", test.value);

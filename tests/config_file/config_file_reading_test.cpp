@@ -87,17 +87,15 @@ TEST(ConfigFileReading, ReadsWhatTheFormAllowsAndKeepsWhatStandsBeforeAFault) {
 TEST(ConfigFileReading, CutsAValueAt4095BytesAndGoesOnWithTheNextLine) {
   const std::string v4094(4094, 'v');
   const std::string v4095(4095, 'v');
-  const std::pair<std::string, std::string> cases[] = {
-      {v4094, v4094},
-      {v4095, v4095},
-      {v4095 + "v", v4095},
-      {v4095 + v4095, v4095},
-      {v4094 + "\\n", v4094 + "\n"},
-      {v4094 + "\\x", v4094 + "\\"},
-      {v4094 + "\\", v4094 + "\\"},
-      {v4095 + "\\n", v4095},
-      {v4095 + "\\", v4095},
-  };
+  const std::pair<std::string, std::string> cases[] = {{v4094, v4094},
+                                                       {v4095, v4095},
+                                                       {v4095 + "v", v4095},
+                                                       {v4095 + v4095, v4095},
+                                                       {v4094 + "\\n", v4094 + "\n"},
+                                                       {v4094 + "\\x", v4094 + "\\"},
+                                                       {v4094 + "\\", v4094 + "\\"},
+                                                       {v4095 + "\\n", v4095},
+                                                       {v4095 + "\\", v4095}};
   for (const auto& [written, read] : cases) {
     SCOPED_TRACE(written.substr(4094));
     const TemporaryFile stored("[a]\nk=" + written + "\nnext=1\n");

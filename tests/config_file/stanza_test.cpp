@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "tests/config_file/temporary_file.h"
 #include "tests/support/binary_layout.h"
 
 namespace {
@@ -110,19 +111,11 @@ TEST(Stanza, MergedCopiedAndAssignedWithItselfStaysAsItIs) {
 }
 
 TEST(Stanza, IsWrittenSortedByKeyWithEscapes) {
-  const std::string written = [] {
-    char bytes[200] = {};
-    const OpenFile memory(fmemopen(bytes, sizeof bytes, "w"));
-    const Stanza stanza = [] {
-      Stanza made = StanzaOf({{"b", "1\n"}, {"A\\", "2\r"}, {"c", " 3"}, {"C", ""}, {"c", "0"}});
-      made.setStanzaName("x\n");
-      return made;
-    }();
-    EXPECT_TRUE(stanza.saveStanza(memory.get(), true));
-    std::fflush(memory.get());
-    return std::string(bytes);
-  }();
-  EXPECT_EQ(written, "[x\\n]\nA\\\\=2\\r\nb=1\\n\nc= 3\nC=\nc=0\n\n");
+  Stanza stanza = StanzaOf({{"b", "1\n"}, {"A\\", "2\r"}, {"c", " 3"}, {"C", ""}, {"c", "0"}});
+  stanza.setStanzaName("x\n");
+  ConfigFile file("", "");
+  file.addStanza(new Stanza(stanza), false);
+  EXPECT_EQ(DumpOf(file), "[x\\n]\nA\\\\=2\\r\nb=1\\n\nc= 3\nC=\nc=0\n\n");
 }
 
 TEST(Stanza, SaysWhenItCouldNotBeWritten) {
