@@ -39,7 +39,8 @@ class HeldFile;
 // a half-written file; what reads, merges and writes does so under one lock and loses nobody's
 // change. Threads of one process take turns at a file, through whatever object. Locks are taken in
 // this order: the file (its turn, then its lock), the ConfigFile's lock, a stanza's lock; never two
-// files, and of two ConfigFiles or two stanzas one after the other.
+// files, and of two ConfigFiles or two stanzas one after the other. A process forked while another
+// thread of its parent is at a file must not use that file before it has called exec.
 class ConfigFile {
  public:
   class Stanza;
