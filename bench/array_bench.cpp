@@ -1,12 +1,16 @@
-// Arrays in and out, beside the same work in bare JNI with every identifier kept.
+// Arrays in and out, beside the same work in bare JNI with every identifier kept. An array comes
+// back after a call, too, unless the method throws: that shows what the way in costs alone.
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "bench/bench_host.h"
+#include "bench/heap_count.h"
 #include "meta_object/type/array.h"
 #include "meta_object/type/scalar_values.h"
 #include "meta_object/type/string_values.h"
@@ -51,7 +55,6 @@ std::unique_ptr<Array> MakeInts(int count) {
   return array;
 }
 
-// The array comes back after the call too, as for every array parameter: that is the larger part.
 void IntsInOurs(benchmark::State& state) {
   const Session session;
   const auto array = MakeInts(static_cast<int>(state.range(0)));
@@ -82,6 +85,31 @@ void IntsInFloor(benchmark::State& state) {
   }
 }
 
+void RefusedIntsOurs(benchmark::State& state) {
+  const Session session;
+  const auto array = MakeInts(static_cast<int>(state.range(0)));
+  std::list<Object*> params{array.get()};
+  const WideString id(L"Invoke:refuseInts:0");
+  const TypeDesc nothing;
+  for (auto _ : state) {
+    Call(session.bean.Get(), id, params, nothing, meta_object::handler_status::kCallFailed);
+  }
+}
+
+void RefusedIntsFloor(benchmark::State& state) {
+  const Session session;
+  const auto count = static_cast<jsize>(state.range(0));
+  std::vector<jint> values(static_cast<std::size_t>(count), 3);
+  const jmethodID refuse = session.Method("refuseInts", "([I)V");
+  for (auto _ : state) {
+    const jintArray array = session.env->NewIntArray(count);
+    session.env->SetIntArrayRegion(array, 0, count, values.data());
+    session.env->CallVoidMethod(session.Instance(), refuse, array);
+    session.env->ExceptionClear();
+    session.env->DeleteLocalRef(array);
+  }
+}
+
 const char* IntsMethod(const benchmark::State& state) {
   return state.range(0) == 1000 ? "giveThousand" : "giveMillion";
 }
@@ -95,10 +123,35 @@ void IntsOutOurs(benchmark::State& state) {
   const TypeDesc type = ArrayType(Key::Int, L"int", -1);
   for (auto _ : state) {
     auto* const result = static_cast<Array*>(Call(session.bean.Get(), id, params, type));
+    state.PauseTiming();
     if (result->GetItemCount() != state.range(0)) {
       state.SkipWithError("an array came back with another length");
     }
     Free(result);
+    malloc_trim(0);
+    state.ResumeTiming();
+  }
+  std::size_t const before = HeapBytes();
+  Object* const result = Call(session.bean.Get(), id, params, type);
+  state.counters["bytes"] =
+      static_cast<double>(HeapBytes() - before) / static_cast<double>(state.range(0));
+  Free(result);
+}
+
+// What an element's memory alone costs: one piece of a value's size, fresh from the system.
+void IntsOutBase(benchmark::State& state) {
+  const auto count = static_cast<std::size_t>(state.range(0));
+  std::vector<void*> elements(count);
+  for (auto _ : state) {
+    for (void*& element : elements) {
+      element = std::malloc(sizeof(Int));
+    }
+    state.PauseTiming();
+    for (void* const element : elements) {
+      std::free(element);
+    }
+    malloc_trim(0);
+    state.ResumeTiming();
   }
 }
 
@@ -118,10 +171,8 @@ void IntsOutFloor(benchmark::State& state) {
 
 constexpr int kTexts = 10000;
 
-// The array comes back after the call too, here as for ints.
-void TextsInOurs(benchmark::State& state) {
-  const Session session;
-  const auto array = std::make_unique<Array>();
+std::unique_ptr<Array> MakeTexts() {
+  auto array = std::make_unique<Array>();
   array->Create(ArrayType(Key::String, L"java.lang.String", kTexts));
   array->SetDesc(WideString(L"java.lang.String"));
   for (int i = 0; i < kTexts; ++i) {
@@ -129,6 +180,12 @@ void TextsInOurs(benchmark::State& state) {
     text->SetValue(WideString(("text " + std::to_string(i)).c_str()));
     array->SetItemAt(text, static_cast<unsigned int>(i));
   }
+  return array;
+}
+
+void TextsInOurs(benchmark::State& state) {
+  const Session session;
+  const auto array = MakeTexts();
   std::list<Object*> params{array.get()};
   const WideString id(L"Invoke:takeTexts:0");
   const TypeDesc intType = IntType();
@@ -147,24 +204,59 @@ void ReadTexts(JNIEnv* env, jobjectArray array, std::vector<std::string>& texts)
   }
 }
 
+std::vector<std::string> PlainTexts() {
+  std::vector<std::string> texts;
+  for (int i = 0; i < kTexts; ++i) {
+    texts.push_back("text " + std::to_string(i));
+  }
+  return texts;
+}
+
+jobjectArray NewTexts(JNIEnv* env, jclass stringClass, const std::vector<std::string>& texts) {
+  const jobjectArray array = env->NewObjectArray(kTexts, stringClass, nullptr);
+  for (jsize i = 0; i < kTexts; ++i) {
+    const jstring text = env->NewStringUTF(texts[static_cast<std::size_t>(i)].c_str());
+    env->SetObjectArrayElement(array, i, text);
+    env->DeleteLocalRef(text);
+  }
+  return array;
+}
+
 void TextsInFloor(benchmark::State& state) {
   const Session session;
   JNIEnv* const env = session.env;
   const jmethodID take = session.Method("takeTexts", "([Ljava/lang/String;)I");
   const jclass stringClass = env->FindClass("java/lang/String");
-  std::vector<std::string> texts;
-  for (int i = 0; i < kTexts; ++i) {
-    texts.push_back("text " + std::to_string(i));
-  }
+  std::vector<std::string> texts = PlainTexts();
   for (auto _ : state) {
-    const jobjectArray array = env->NewObjectArray(kTexts, stringClass, nullptr);
-    for (jsize i = 0; i < kTexts; ++i) {
-      const jstring text = env->NewStringUTF(texts[static_cast<std::size_t>(i)].c_str());
-      env->SetObjectArrayElement(array, i, text);
-      env->DeleteLocalRef(text);
-    }
+    const jobjectArray array = NewTexts(env, stringClass, texts);
     benchmark::DoNotOptimize(env->CallIntMethod(session.Instance(), take, array));
     ReadTexts(env, array, texts);
+    env->DeleteLocalRef(array);
+  }
+}
+
+void RefusedTextsOurs(benchmark::State& state) {
+  const Session session;
+  const auto array = MakeTexts();
+  std::list<Object*> params{array.get()};
+  const WideString id(L"Invoke:refuseTexts:0");
+  const TypeDesc nothing;
+  for (auto _ : state) {
+    Call(session.bean.Get(), id, params, nothing, meta_object::handler_status::kCallFailed);
+  }
+}
+
+void RefusedTextsFloor(benchmark::State& state) {
+  const Session session;
+  JNIEnv* const env = session.env;
+  const jmethodID refuse = session.Method("refuseTexts", "([Ljava/lang/String;)V");
+  const jclass stringClass = env->FindClass("java/lang/String");
+  const std::vector<std::string> texts = PlainTexts();
+  for (auto _ : state) {
+    const jobjectArray array = NewTexts(env, stringClass, texts);
+    env->CallVoidMethod(session.Instance(), refuse, array);
+    env->ExceptionClear();
     env->DeleteLocalRef(array);
   }
 }
@@ -199,6 +291,11 @@ BENCHMARK(IntsInOurs)->Name("int[1,000,000] in and back|ours")->Arg(1000000);
 BENCHMARK(IntsInFloor)->Name("int[1,000,000] in and back|floor")->Arg(1000000);
 BENCHMARK(IntsOutOurs)->Name("int[1,000,000] out|ours")->Arg(1000000);
 BENCHMARK(IntsOutFloor)->Name("int[1,000,000] out|floor")->Arg(1000000);
+BENCHMARK(IntsOutBase)->Name("int[1,000,000] out|base")->Arg(1000000);
+BENCHMARK(RefusedIntsOurs)->Name("int[1,000,000] in|ours")->Arg(1000000);
+BENCHMARK(RefusedIntsFloor)->Name("int[1,000,000] in|floor")->Arg(1000000);
+BENCHMARK(RefusedTextsOurs)->Name("String[10,000] in|ours");
+BENCHMARK(RefusedTextsFloor)->Name("String[10,000] in|floor");
 BENCHMARK(TextsInOurs)->Name("String[10,000] in and back|ours");
 BENCHMARK(TextsInFloor)->Name("String[10,000] in and back|floor");
 BENCHMARK(TextsOutOurs)->Name("String[10,000] out|ours");

@@ -1,10 +1,9 @@
 #include "bench/bench_host.h"
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-
-#include "meta_object/info/cached_method_info.h"
 
 namespace quenlatrix::bench {
 
@@ -29,26 +28,37 @@ BenchHost& BenchHost::Get() {
   return *host;
 }
 
-BenchHost::BenchHost() {
-  environment.hostContext = this;
-  environment.cacheOpenIntrospect = [](void*, const Identity&, bool& mustIntrospect) {
-    mustIntrospect = true;
+void BenchHost::FillCacheCallbacks() {
+  environment.cacheOpenIntrospect = [](void* host, const Identity&, bool& mustIntrospect) {
+    mustIntrospect = static_cast<BenchHost*>(host)->record.methods.empty();
     return true;
   };
   environment.cacheIntrospectDone = [](void*, const Identity&, bool succeeded) {
     return succeeded;
   };
   environment.cacheCloseIntrospect = [](void*, const Identity&) { return true; };
-  environment.cacheAddMethodInfo = [](void* host, const Identity&, const CachedMethodInfo&) {
-    ++static_cast<BenchHost*>(host)->methodsAdded;
+  environment.cacheAddMethodInfo = [](void* context, const Identity&,
+                                      const CachedMethodInfo& method) {
+    auto* const host = static_cast<BenchHost*>(context);
+    ++host->methodsAdded;
+    if (host->remembers) {
+      host->entries.push_back(std::make_unique<CachedMethodInfo>(method));
+      host->record.methods.push_back(host->entries.back().get());
+    }
     return true;
   };
   environment.cacheGetMethodInfo = [](void*, const Identity&, const char*) {
     return static_cast<CachedMethodInfo const*>(nullptr);
   };
-  environment.cacheGetObjectInfo = [](void*, const Identity&) {
-    return static_cast<CachedObjectInfo const*>(nullptr);
+  environment.cacheGetObjectInfo = [](void* context, const Identity&) {
+    auto* const host = static_cast<BenchHost*>(context);
+    return host->remembers ? static_cast<CachedObjectInfo const*>(&host->record) : nullptr;
   };
+}
+
+BenchHost::BenchHost() {
+  environment.hostContext = this;
+  FillCacheCallbacks();
   environment.gcRegHandlerObject = [](void* host, Handler* handler, const void*) {
     static_cast<BenchHost*>(host)->registered.push_back(handler);
   };
@@ -90,6 +100,17 @@ void BenchHost::Collect() {
   registered.clear();
 }
 
+void BenchHost::RememberClass() {
+  ForgetClass();
+  remembers = true;
+}
+
+void BenchHost::ForgetClass() {
+  remembers = false;
+  record.methods.clear();
+  entries.clear();
+}
+
 JNIEnv* BenchHost::Env() {
   void* env = nullptr;
   if (machine->Get()->GetEnv(&env, JNI_VERSION_1_8) != JNI_OK) {
@@ -97,6 +118,29 @@ JNIEnv* BenchHost::Env() {
   }
   return static_cast<JNIEnv*>(env);
 }
+
+namespace {
+
+long countedCalls = 0;
+
+long CountCall() {
+  ++countedCalls;
+  return 0;
+}
+
+}  // namespace
+
+CountedJniCalls::CountedJniCalls(JNIEnv* env) : env(env), functions(env->functions) {
+  static const auto table = [] {
+    std::array<long (*)(), sizeof(JNINativeInterface_) / sizeof(void*)> entries;
+    entries.fill(CountCall);
+    return entries;
+  }();
+  countedCalls = 0;
+  env->functions = reinterpret_cast<const JNINativeInterface_*>(table.data());
+}
+
+long CountedJniCalls::Get() const { return countedCalls; }
 
 KeptAttached::KeptAttached(Handler* handler) : handler(handler) {
   if (handler->OpenMethodCall(context, WideString(L"Invoke:keep:0")) != 0) {

@@ -9,13 +9,14 @@
 #include "host/plugin_library.h"
 #include "meta_object/environment.h"
 #include "meta_object/handler.h"
+#include "meta_object/info/cached_method_info.h"
 #include "meta_object/type/object.h"
 #include "meta_object/type_desc.h"
 
 namespace quenlatrix::bench {
 
-// The least host that the plug-in can live in: its cache forgets at once, its collector keeps a
-// list. One a process, for one thread.
+// The least host that the plug-in can live in: its cache forgets at once or keeps one class, its
+// collector keeps a list. One a process; what isn't said to be for any thread is for one.
 class BenchHost {
  public:
   // Starts the VM and loads the plug-in beside the program at the first call; ends the process with
@@ -34,15 +35,38 @@ class BenchHost {
   JavaVM* Vm() { return machine->Get(); }
   // How many catalogue entries the plug-in has handed over in all.
   long GetMethodsAdded() const { return methodsAdded; }
+  // From now on the cache keeps the class that is introspected next, until it is told to forget.
+  void RememberClass();
+  void ForgetClass();
 
  private:
   BenchHost();
+  void FillCacheCallbacks();
 
   std::unique_ptr<host::JavaVm> machine;
   std::unique_ptr<host::PluginLibrary> plugin;
   meta_object::Environment environment;
   std::vector<meta_object::Handler*> registered;
   long methodsAdded = 0;
+  bool remembers = false;
+  meta_object::info::cache::CachedObjectInfo record;
+  std::vector<std::unique_ptr<meta_object::info::cache::CachedMethodInfo>> entries;
+};
+
+// Counts the calls that go through the calling thread's environment while it lives. They do nothing
+// and answer 0: this is for work that is expected to make none.
+class CountedJniCalls {
+ public:
+  explicit CountedJniCalls(JNIEnv* env);
+  ~CountedJniCalls() { env->functions = functions; }
+  CountedJniCalls(const CountedJniCalls&) = delete;
+  CountedJniCalls& operator=(const CountedJniCalls&) = delete;
+
+  long Get() const;
+
+ private:
+  JNIEnv* env;
+  const JNINativeInterface_* functions;
 };
 
 // Keeps the calling thread attached with what the interface offers: a method call left open.

@@ -1,11 +1,15 @@
 // Creating and releasing, and calls with scalars, strings, objects and exceptions, each beside the
-// same work in bare JNI with every identifier kept.
+// same work in bare JNI with every identifier kept. The bases are bare JNI that looks class and
+// method up each time, as one does who is handed an object and two names.
 
 #include <benchmark/benchmark.h>
 
+#include <array>
+#include <memory>
 #include <string>
 
 #include "bench/bench_host.h"
+#include "bench/heap_count.h"
 #include "meta_object/type/scalar_values.h"
 #include "meta_object/type/string_values.h"
 
@@ -44,6 +48,12 @@ struct Floor {
   jmethodID Method(const char* name, const char* signature) const {
     return env->GetMethodID(work, name, signature);
   }
+  jmethodID LookUp(const char* name, const char* signature) const {
+    const jclass cls = env->GetObjectClass(instance);
+    const jmethodID method = env->GetMethodID(cls, name, signature);
+    env->DeleteLocalRef(cls);
+    return method;
+  }
 };
 
 void CreateOurs(benchmark::State& state) {
@@ -65,39 +75,100 @@ void CreateFloor(benchmark::State& state) {
   }
 }
 
-// The call that the loops below make: add(i, 7), whose answer changes with each turn.
-int AddOurs(Handler* bean, Int& a, std::list<Object*>& params, const TypeDesc& intType, int i) {
-  a.SetValue(i);
-  Object* const result = Call(bean, WideString(L"Invoke:add:0"), params, intType);
-  const int sum = static_cast<int>(static_cast<Int*>(result)->GetValue());
-  Free(result);
-  return sum;
-}
-
-void IntCallOurs(benchmark::State& state) {
+void CreateBase(benchmark::State& state) {
   const HeldBean bean("bench.Work");
-  const TypeDesc intType = NamedType(Key::Int, L"int");
-  Int a(0);
-  Int b(7);
-  a.GetMetaItemType() = intType;
-  b.GetMetaItemType() = intType;
-  std::list<Object*> params{&a, &b};
-  int i = 0;
+  JNIEnv* const env = BenchHost::Get().Env();
   for (auto _ : state) {
-    ++i;
-    if (AddOurs(bean.Get(), a, params, intType, i) != i + 7) {
-      state.SkipWithError("add answered a wrong sum");
-    }
+    const jclass cls = env->FindClass("bench/Plain");
+    const jobject local = env->NewObject(cls, env->GetMethodID(cls, "<init>", "()V"));
+    const jobject global = env->NewGlobalRef(local);
+    env->DeleteLocalRef(local);
+    env->DeleteLocalRef(cls);
+    env->DeleteGlobalRef(global);
   }
 }
 
-void IntCallFloor(benchmark::State& state) {
+// The call that the loops below make: add(i, 7), whose answer changes with each turn.
+class Adding {
+ public:
+  explicit Adding(Handler* bean) : bean(bean) {
+    a.GetMetaItemType() = intType;
+    b.GetMetaItemType() = intType;
+  }
+  Adding(const Adding&) = delete;
+  Adding& operator=(const Adding&) = delete;
+
+  int operator()(int i) {
+    a.SetValue(i);
+    Object* const result = Call(bean, id, params, intType);
+    const int sum = static_cast<int>(static_cast<Int*>(result)->GetValue());
+    Free(result);
+    return sum;
+  }
+
+ private:
+  Handler* bean;
+  const TypeDesc intType = NamedType(Key::Int, L"int");
+  const WideString id = L"Invoke:add:0";
+  Int a{0};
+  Int b{7};
+  std::list<Object*> params{&a, &b};
+};
+
+void IntCallOurs(benchmark::State& state) {
+  const HeldBean bean("bench.Work");
+  Adding add(bean.Get());
+  int i = 0;
+  std::size_t const before = Allocations();
+  for (auto _ : state) {
+    ++i;
+    if (add(i) != i + 7) {
+      state.SkipWithError("add answered a wrong sum");
+    }
+  }
+  state.counters["allocations"] = static_cast<double>(Allocations() - before) / i;
+}
+
+// Each thread calls a bean of its own.
+void TwoThreadsOurs(benchmark::State& state) {
+  static std::array<Handler*, 2> beans{};
+  if (state.thread_index() == 0) {
+    for (Handler*& bean : beans) {
+      bean = BenchHost::Get().Create("bench.Work");
+    }
+  }
+  std::unique_ptr<KeptAttached> attached;
+  std::unique_ptr<Adding> add;
+  int i = 0;
+  for (auto _ : state) {
+    if (add == nullptr) {
+      // Behind the loop's start, where the threads have met and the beans are there.
+      Handler* const bean = beans[static_cast<std::size_t>(state.thread_index())];
+      attached = std::make_unique<KeptAttached>(bean);
+      add = std::make_unique<Adding>(bean);
+    }
+    ++i;
+    if ((*add)(i) != i + 7) {
+      state.SkipWithError("add answered a wrong sum");
+    }
+  }
+  attached.reset();
+  if (state.thread_index() == 0) {
+    for (Handler* const bean : beans) {
+      bean->Release();
+    }
+    BenchHost::Get().Collect();
+  }
+}
+
+void IntCallFloor(benchmark::State& state, bool looksUp) {
   const HeldBean bean("bench.Work");
   const Floor floor(BenchHost::Get().Env());
-  const jmethodID add = floor.Method("add", "(II)I");
+  const jmethodID kept = floor.Method("add", "(II)I");
   int i = 0;
   for (auto _ : state) {
     ++i;
+    const jmethodID add = looksUp ? floor.LookUp("add", "(II)I") : kept;
     benchmark::DoNotOptimize(floor.env->CallIntMethod(floor.instance, add, i, 7));
     if (floor.env->ExceptionCheck() != JNI_FALSE) {
       state.SkipWithError("add threw");
@@ -109,16 +180,11 @@ void IntCallFloor(benchmark::State& state) {
 void UnattachedCallOurs(benchmark::State& state) {
   BenchHost& host = BenchHost::Get();
   Handler* const bean = host.Create("bench.Work");
-  const TypeDesc intType = NamedType(Key::Int, L"int");
-  Int a(0);
-  Int b(7);
-  a.GetMetaItemType() = intType;
-  b.GetMetaItemType() = intType;
-  std::list<Object*> params{&a, &b};
+  Adding add(bean);
   int i = 0;
   for (auto _ : state) {
     ++i;
-    benchmark::DoNotOptimize(AddOurs(bean, a, params, intType, i));
+    benchmark::DoNotOptimize(add(i));
   }
   host.Free(bean);
 }
@@ -155,11 +221,13 @@ void StringCallOurs(benchmark::State& state) {
   }
 }
 
-void StringCallFloor(benchmark::State& state) {
+void StringCallFloor(benchmark::State& state, bool looksUp) {
   const HeldBean bean("bench.Work");
   const Floor floor(BenchHost::Get().Env());
-  const jmethodID echo = floor.Method("echo", "(Ljava/lang/String;)Ljava/lang/String;");
+  const char* const signature = "(Ljava/lang/String;)Ljava/lang/String;";
+  const jmethodID kept = floor.Method("echo", signature);
   for (auto _ : state) {
+    const jmethodID echo = looksUp ? floor.LookUp("echo", signature) : kept;
     const jstring text = floor.env->NewStringUTF(kText);
     auto* const answer =
         static_cast<jstring>(floor.env->CallObjectMethod(floor.instance, echo, text));
@@ -183,11 +251,12 @@ void ObjectCallOurs(benchmark::State& state) {
   }
 }
 
-void ObjectCallFloor(benchmark::State& state) {
+void ObjectCallFloor(benchmark::State& state, bool looksUp) {
   const HeldBean bean("bench.Work");
   const Floor floor(BenchHost::Get().Env());
-  const jmethodID object = floor.Method("object", "()Ljava/lang/Object;");
+  const jmethodID kept = floor.Method("object", "()Ljava/lang/Object;");
   for (auto _ : state) {
+    const jmethodID object = looksUp ? floor.LookUp("object", "()Ljava/lang/Object;") : kept;
     const jobject local = floor.env->CallObjectMethod(floor.instance, object);
     const jobject global = floor.env->NewGlobalRef(local);
     floor.env->DeleteLocalRef(local);
@@ -227,14 +296,21 @@ void ThrowingCallFloor(benchmark::State& state) {
 
 BENCHMARK(CreateOurs)->Name("create and release|ours");
 BENCHMARK(CreateFloor)->Name("create and release|floor");
+BENCHMARK(CreateBase)->Name("create and release|base");
 BENCHMARK(IntCallOurs)->Name("int add(int, int)|ours");
-BENCHMARK(IntCallFloor)->Name("int add(int, int)|floor");
+BENCHMARK_CAPTURE(IntCallFloor, kept, false)->Name("int add(int, int)|floor");
+BENCHMARK_CAPTURE(IntCallFloor, lookedUp, true)->Name("int add(int, int)|base");
+BENCHMARK(TwoThreadsOurs)->Name("int add(int, int), two threads|ours")->Threads(2)->UseRealTime();
+BENCHMARK(IntCallOurs)->Name("int add(int, int), two threads|base")->UseRealTime();
 BENCHMARK(UnattachedCallOurs)->Name("int add(int, int), thread not kept attached|ours");
 BENCHMARK(UnattachedCallFloor)->Name("int add(int, int), thread not kept attached|floor");
 BENCHMARK(StringCallOurs)->Name("String echo, 11 characters|ours");
-BENCHMARK(StringCallFloor)->Name("String echo, 11 characters|floor");
+BENCHMARK_CAPTURE(StringCallFloor, kept, false)->Name("String echo, 11 characters|floor");
+BENCHMARK_CAPTURE(StringCallFloor, lookedUp, true)->Name("String echo, 11 characters|base");
 BENCHMARK(ObjectCallOurs)->Name("object result, wrapped and released|ours");
-BENCHMARK(ObjectCallFloor)->Name("object result, wrapped and released|floor");
+BENCHMARK_CAPTURE(ObjectCallFloor, kept, false)->Name("object result, wrapped and released|floor");
+BENCHMARK_CAPTURE(ObjectCallFloor, lookedUp, true)
+    ->Name("object result, wrapped and released|base");
 BENCHMARK(ThrowingCallOurs)->Name("a method that throws, with its text|ours");
 BENCHMARK(ThrowingCallFloor)->Name("a method that throws, with its text|floor");
 

@@ -1,13 +1,19 @@
-// Describing a class, beside reading the same names by reflection in bare JNI.
+// Describing a class, beside reading the same names by reflection in bare JNI, and asking about one
+// that the host knows.
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <string>
 
 #include "bench/bench_host.h"
+#include "meta_object/info/method_info.h"
+#include "meta_object/info/param_info.h"
 
 namespace quenlatrix::bench {
 namespace {
+
+using meta_object::Handler;
 
 std::string ClassName(const benchmark::State& state) {
   return "bench.ManyMethods" + std::to_string(state.range(0));
@@ -83,6 +89,45 @@ void DescribeFloor(benchmark::State& state) {
   }
 }
 
+// What a host asks before it calls a method of a class that its cache has. False when an answer
+// wasn't given.
+bool DescribeMethod(Handler* bean, const WideString& id) {
+  meta_object::info::MethodInfo* method = nullptr;
+  std::array<meta_object::info::ParamInfo*, 2> params{};
+  bean->OpenIntrospect(nullptr);
+  bool isDone = bean->GetMethodInfo(id, ~0UL, method, 0) == 0;
+  for (unsigned int i = 0; i < params.size(); ++i) {
+    isDone = bean->GetParamInfo(id, i, ~0UL, params[i], 0) == 0 && isDone;
+  }
+  bean->CloseIntrospect();
+  bean->Release(method);
+  for (meta_object::info::ParamInfo* const param : params) {
+    bean->Release(param);
+  }
+  return isDone;
+}
+
+void DescribeKnownOurs(benchmark::State& state) {
+  BenchHost& host = BenchHost::Get();
+  const HeldBean bean("bench.ManyMethods50");
+  const WideString id(L"Invoke:method007:7");
+  host.RememberClass();
+  bean.Get()->OpenIntrospect(nullptr);
+  bean.Get()->CloseIntrospect();
+  {
+    const CountedJniCalls calls(host.Env());
+    DescribeMethod(bean.Get(), id);
+    state.counters["JNI calls"] = static_cast<double>(calls.Get());
+  }
+  for (auto _ : state) {
+    if (!DescribeMethod(bean.Get(), id)) {
+      state.SkipWithError("a description was refused");
+    }
+  }
+  host.ForgetClass();
+}
+
+BENCHMARK(DescribeKnownOurs)->Name("describe a method of a class that is known|ours");
 BENCHMARK(DescribeOurs)->Name("introspect a class of 5 methods|ours")->Arg(5);
 BENCHMARK(DescribeFloor)->Name("introspect a class of 5 methods|floor")->Arg(5);
 BENCHMARK(DescribeOurs)->Name("introspect a class of 50 methods|ours")->Arg(50);

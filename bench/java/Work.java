@@ -36,6 +36,10 @@ public class Work {
 
   public int takeInts(int[] values) { return values[values.length - 1]; }
 
+  public void refuseInts(int[] values) { throw new IllegalStateException("as ordered"); }
+
+  public void refuseTexts(String[] values) { throw new IllegalStateException("as ordered"); }
+
   public int[] giveThousand() { return thousand; }
 
   public int[] giveMillion() { return million; }

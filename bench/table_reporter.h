@@ -1,0 +1,41 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "bench/goals.h"
+
+namespace quenlatrix::bench {
+
+// Collects the medians and prints two tables at the end: every row beside its floor, and every goal
+// with what was measured. What went wrong stands below. A benchmark's name is "work|ours",
+// "work|floor" or "work|base".
+class TableReporter : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context& context) override;
+  void ReportRuns(const std::vector<Run>& runs) override;
+  void Finalize() override;
+
+ private:
+  struct Row {
+    double ours = 0;
+    double floor = 0;
+    double base = 0;
+    std::map<std::string, double, std::less<>> counters;
+  };
+
+  void PrintRows() const;
+  void PrintGoals() const;
+  void PrintGoal(const Goal& goal, const Row& row) const;
+
+  // As the benchmarks were registered.
+  std::map<int64_t, std::string> order;
+  std::map<std::string, Row, std::less<>> rows;
+  std::map<std::string, std::string> errors;
+};
+
+}  // namespace quenlatrix::bench
