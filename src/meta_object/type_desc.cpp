@@ -157,15 +157,16 @@ TypeDesc& TypeDesc::operator=(const TypeDesc& other) {
 
 TypeDesc& TypeDesc::operator=(TypeDesc&& other) noexcept {
   if (this != &other) {
-    TypeDesc taken(std::move(other));
-    std::swap(enumInfo, taken.enumInfo);
-    std::swap(arrayInfo, taken.arrayInfo);
-    std::swap(structInfo, taken.structInfo);
-    key = taken.key;
-    refType = taken.refType;
-    displayName = std::move(taken.displayName);
-    typeName = std::move(taken.typeName);
-    detail = std::move(taken.detail);
+    // Goes last: `other` may be one of its members.
+    const std::unique_ptr<StructInfo> former = std::exchange(structInfo, nullptr);
+    structInfo = std::move(other.structInfo);
+    enumInfo = std::move(other.enumInfo);
+    arrayInfo = std::move(other.arrayInfo);
+    key = std::exchange(other.key, Key::Void);
+    refType = std::exchange(other.refType, RefType::ByValue);
+    displayName = std::move(other.displayName);
+    typeName = std::move(other.typeName);
+    detail = std::move(other.detail);
   }
   return *this;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "meta_object/type/object.h"
 
 namespace quenlatrix::meta_object::type {
@@ -15,7 +17,7 @@ class String : public Object {
   void SetDesc(const WideString& text) override;
 
   const WideString& GetValue() const { return value; }
-  void SetValue(const WideString& newValue) { value = newValue; }
+  void SetValue(WideString newValue) { value = std::move(newValue); }
 
  protected:
   explicit String(TypeDesc::Key key);

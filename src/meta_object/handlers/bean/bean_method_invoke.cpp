@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "meta_object/handlers/bean/java_exception.h"
 #include "meta_object/handlers/bean/java_lookup.h"
@@ -12,30 +13,18 @@
 #include "meta_object/handlers/bean/java_types.h"
 #include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/handlers/bean/plugin_state.h"
+#include "text/narrow_text.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
 namespace {
 
-// So many local references a native method may always have.
-constexpr std::size_t kSureLocalReferences = 16;
 constexpr char kRootClass[] = "java.lang.Object";
 // Only the VM's own class loaders define such classes, so every class loader sees the same ones.
 constexpr char kPlatformPackages[] = "java.";
 
-// An entry is a local reference of the conversion's when it is an array, or an object made from
-// text; a primitive value and a handler's global reference must never be deleted.
-bool HoldsLocalReference(const type::Object& param) {
-  const TypeDesc& desc = param.GetMetaItemType();
-  if (desc.arrayInfo != nullptr) {
-    return true;
-  }
-  const char* const name = desc.typeName.getCharPtr();
-  return name != nullptr && FindTextClass(name) != nullptr;
-}
-
 // "<init>" would run a constructor on an instance that exists.
-bool IsMethodName(const char* name) { return name != nullptr && *name != '<'; }
+bool IsMethodName(const char* name) { return *name != '<'; }
 
 }  // namespace
 
@@ -52,42 +41,6 @@ jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method,
   none.j = 0;
   return none;
 }
-
-// The converted parameters, and the local references among them until the scope ends.
-class CBeanMethodInvoke::Arguments {
- public:
-  Arguments(JNIEnv* env, const std::list<type::Object*>& params)
-      : env(env), params(params), values(std::make_unique<jvalue[]>(params.size())) {}
-  Arguments(const Arguments&) = delete;
-  Arguments& operator=(const Arguments&) = delete;
-  ~Arguments() {
-    const jvalue* value = values.get();
-    for (const type::Object* param : params) {
-      if (param != nullptr && HoldsLocalReference(*param)) {
-        LocalRef<jobject>::Adopt(env, value->l).Reset();
-      }
-      ++value;
-    }
-  }
-
-  // Makes room for a local reference of each; false when the VM has none.
-  bool Reserve() {
-    if (params.size() <= kSureLocalReferences) {
-      return true;
-    }
-    const bool isReserved =
-        env->EnsureLocalCapacity(static_cast<jint>(params.size() + kSureLocalReferences)) == JNI_OK;
-    return !bean::IsJavaExceptionHappened(env, nullptr) && isReserved;
-  }
-
-  // Null when there are none.
-  jvalue* Get() { return params.empty() ? nullptr : values.get(); }
-
- private:
-  JNIEnv* env;
-  const std::list<type::Object*>& params;
-  std::unique_ptr<jvalue[]> values;
-};
 
 CBeanMethodInvoke::CBeanMethodInvoke(const WideString& id, JNIEnv* env, jobject object, bool parse)
     : env(env), object(object) {
@@ -119,21 +72,17 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
   if (result != nullptr) {
     *result = nullptr;
   }
-  WideString bareName;
-  if (!MethodId2MethodName(methodName, bareName)) {
-    return handler_status::kCallFailed;
-  }
-  WideString signature;
+  const BareName name(methodName);
+  JavaSignature signature;
   int returnNumber = 0;
-  Arguments arguments(env, params);
-  if (!arguments.Reserve() ||
-      !SetUpParamArray(params, arguments.Get(), result, signature, returnNumber) ||
-      signature.getWCharPtr() == nullptr) {
+  Arguments arguments(env, params.size());
+  if (*name.Get() == '\0' || !arguments.Reserve() ||
+      !SetUpParamArray(params, arguments, signature, returnNumber)) {
     return handler_status::kCallFailed;
   }
   WideString exceptionText;
   type::Object* made = nullptr;
-  const bool isDone = Call(bareName, signature, returnNumber, arguments, &made, exceptionText);
+  const bool isDone = Call(name, signature, returnNumber, arguments, &made, exceptionText);
   ItemPtr item(made);
   if (isDone) {
     status.description.assign(L"JavaBean method call successful");
@@ -145,35 +94,26 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
   }
   status.statusCode = MethodInvokeStatus::kFailed;
   if (exceptionText.getWCharPtr() != nullptr) {
-    status.failureText = exceptionText;
+    status.failureText = std::move(exceptionText);
   } else {
     status.failureText.assign(L"JavaBean method call failed");
   }
+  WideString wideName;
+  MethodId2MethodName(methodName, wideName);
   status.description.assign(L"Method: ");
-  status.description.append(bareName.getWCharPtr());
+  status.description.append(wideName.getWCharPtr());
   return handler_status::kCallFailed;
 }
 
-bool CBeanMethodInvoke::Call(const WideString& bareName, const WideString& signature,
-                             int returnNumber, Arguments& arguments, type::Object** result,
+bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature, int returnNumber,
+                             Arguments& arguments, type::Object** result,
                              WideString& exceptionText) {
   // The host may have released the instance since the call was opened.
   if (!liveReferences.Contains(object)) {
     return false;
   }
-  auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
-  if (bean::IsJavaExceptionHappened(env, nullptr) || !cls) {
-    return false;
-  }
-  const JavaUtf8 name(bareName.getCharPtr());
-  const JavaUtf8 code(signature.getCharPtr());
-  if (!IsMethodName(name.Get()) || !HasWholeNarrowForm(methodName) || code.Get() == nullptr ||
-      !HasWholeNarrowForm(signature)) {
-    return false;
-  }
-  const jmethodID method = FindJavaMethod(env, cls.Get(), name.Get(), code.Get());
-  cls.Reset();
-  if (method == nullptr || !ArgumentsFit(arguments.Get())) {
+  const jmethodID method = FindMethod(bareName, signature.Get());
+  if (method == nullptr || !ArgumentsFit(arguments)) {
     return false;
   }
   const jvalue value = callJavaMethod(returnNumber, env, object, method, arguments.Get());
@@ -187,14 +127,31 @@ bool CBeanMethodInvoke::Call(const WideString& bareName, const WideString& signa
   return TranslateJavaResult(value, result, returnNumber);
 }
 
-bool CBeanMethodInvoke::ArgumentsFit(const jvalue* values) {
+jmethodID CBeanMethodInvoke::FindMethod(const BareName& bareName, const char* signature) {
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
+  if (bean::IsJavaExceptionHappened(env, nullptr) || !cls || !IsMethodName(bareName.Get()) ||
+      !(bareName.IsAscii() || HasWholeNarrowForm(methodName))) {
+    return nullptr;
+  }
+  const JavaUtf8 name(bareName.Get());
+  if (IsAscii(signature)) {
+    return name.Get() == nullptr ? nullptr : FindJavaMethod(env, cls.Get(), name.Get(), signature);
+  }
+  const WideString wide(signature);
+  const JavaUtf8 code(wide.getCharPtr());
+  if (name.Get() == nullptr || code.Get() == nullptr || !HasWholeNarrowForm(wide)) {
+    return nullptr;
+  }
+  return FindJavaMethod(env, cls.Get(), name.Get(), code.Get());
+}
+
+bool CBeanMethodInvoke::ArgumentsFit(Arguments& arguments) {
+  std::size_t index = 0;
   for (const type::Object* param : params) {
-    const jobject argument = values->l;
-    ++values;
-    const TypeDesc& desc = param->GetMetaItemType();
-    const bool isPrimitive =
-        desc.arrayInfo == nullptr && FindPrimitive(desc.typeName.getWCharPtr()) != nullptr;
-    if (!isPrimitive && argument != nullptr && !ArgumentFits(*param, argument)) {
+    const jobject argument =
+        arguments.KindOf(index) == Arguments::Kind::kPrimitive ? nullptr : arguments.Value(index).l;
+    ++index;
+    if (argument != nullptr && !ArgumentFits(*param, argument)) {
       return false;
     }
   }
@@ -203,27 +160,30 @@ bool CBeanMethodInvoke::ArgumentsFit(const jvalue* values) {
 
 bool CBeanMethodInvoke::ArgumentFits(const type::Object& param, jobject argument) {
   const TypeDesc& desc = param.GetMetaItemType();
-  WideString elementName;
+  WideString description;
+  const wchar_t* elementName = desc.typeName.getWCharPtr();
   std::string name;
-  if (desc.arrayInfo == nullptr) {
-    elementName = desc.typeName;
-  } else {
-    param.GetDesc(elementName);
-    if (FindPrimitive(elementName.getWCharPtr()) != nullptr) {
+  if (desc.arrayInfo != nullptr) {
+    param.GetDesc(description);
+    elementName = description.getWCharPtr();
+    if (FindPrimitive(elementName) != nullptr) {
       return true;
     }
     name.append(desc.arrayInfo->dimensions.size(), '[').append("L");
   }
-  const char* const narrow = elementName.getCharPtr();
-  if (narrow == nullptr) {
+  if (FindTextClass(elementName) != nullptr) {
+    return true;
+  }
+  const NarrowText narrow(elementName);
+  if (narrow.Get() == nullptr) {
     return false;
   }
-  if (std::strcmp(narrow, kRootClass) == 0 || FindTextClass(narrow) != nullptr) {
+  if (std::strcmp(narrow.Get(), kRootClass) == 0) {
     return true;
   }
   const bool isPlatformClass =
-      std::strncmp(narrow, kPlatformPackages, std::strlen(kPlatformPackages)) == 0;
-  name += narrow;
+      std::strncmp(narrow.Get(), kPlatformPackages, std::strlen(kPlatformPackages)) == 0;
+  name += narrow.Get();
   if (desc.arrayInfo != nullptr) {
     name += ';';
   }
@@ -259,7 +219,7 @@ bool CBeanMethodInvoke::TranslateOutParams(jvalue* values) {
       array->GetDesc(typeName);
       ReleaseItems(*array);
       array->Clear();
-      JavaArray2Native(javaArray, typeName, &param);
+      JavaArray2Native(javaArray, typeName.getWCharPtr(), &param);
     }
     param->SetInvoke(true);
   }

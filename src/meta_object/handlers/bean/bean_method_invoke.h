@@ -7,7 +7,11 @@
 
 #include "meta_object/context.h"
 #include "meta_object/handler_status.h"
+#include "meta_object/handlers/bean/arguments.h"
 #include "meta_object/handlers/bean/java_refs.h"
+#include "meta_object/handlers/bean/java_signature.h"
+#include "meta_object/handlers/bean/java_types.h"
+#include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/method_type.h"
 #include "meta_object/type/array.h"
 #include "meta_object/type/object.h"
@@ -45,11 +49,10 @@ class CBeanMethodInvoke {
   // then left alone when nothing reached the VM. `result` may be null: the result is dropped.
   virtual HandlerStatus InvokeMethod(MethodInvokeStatus& status, type::Object** result);
 
-  // Turns each parameter into an entry of `values`, which has a zeroed entry for each, and the
-  // whole into a JNI signature and the result's Java type number. False when one can't be
-  // converted; the entries made so far stay. `ignored` is not used.
-  bool SetUpParamArray(std::list<type::Object*>& params, jvalue* values, type::Object** ignored,
-                       WideString& signature, int& returnNumber);
+  // Turns each parameter into an argument, and the whole into a JNI signature and the result's Java
+  // type number. False when one can't be converted; the arguments made so far stay.
+  bool SetUpParamArray(std::list<type::Object*>& params, Arguments& arguments,
+                       JavaSignature& signature, int& returnNumber);
   // After the call: refills array parameters from their Java arrays and marks all parameters as
   // invoked. Always true.
   bool TranslateOutParams(jvalue* values);
@@ -59,63 +62,63 @@ class CBeanMethodInvoke {
   // To Java. Type names are in source form. Each conversion writes `value`, appends the signature
   // code and sets the Java type number; false when it can't be done.
 
-  // A scalar, string or object from its text; an empty text converts the type alone. `typeName` of
-  // a class is left in slash form.
-  bool NativeType2ClassType(WideString& typeName, WideString& valueText, jvalue* value,
-                            WideString& signature, int& number);
+  // A scalar, string or object from its text; a null `param` converts the type alone.
+  bool NativeType2ClassType(const wchar_t* typeName, const type::Object* param, jvalue* value,
+                            JavaSignature& signature, int& number);
   // A new local reference to a string or wrapper object; for any other class the global reference
   // that the text names as a decimal number, where a live handler holds it. Null otherwise.
-  jobject CreateObject(WideString& typeName, WideString& valueText);
+  jobject CreateObject(const wchar_t* typeName, const wchar_t* text);
   // An array of one or two dimensions as a new local reference, null for a primitive array whose
-  // elements can't be read. With a null `array` the result's type: the code alone.
-  bool ProcessArray(type::Object* array, WideString& typeName, WideString& valueText, jvalue* value,
-                    WideString& signature, int& number);
-  bool Process2DArray(type::Array* array, WideString& typeName, WideString& valueText,
-                      jvalue* value, WideString& signature);
+  // elements can't be read; its description names the elements' type. With a null `array` the
+  // result's type, of elements named `typeName`: the code alone.
+  bool ProcessArray(type::Object* array, const wchar_t* typeName, jvalue* value,
+                    JavaSignature& signature, int& number);
+  bool Process2DArray(type::Array* array, const wchar_t* typeName, jvalue* value,
+                      JavaSignature& signature);
 
   // From Java.
 
   // The value of a result by its Java type number, null where there is none. False without an
   // environment.
   bool TranslateJavaResult(jvalue value, type::Object** result, int number);
-  // Text and descriptor (which the caller deletes) of a Java object; for a class that crosses as
-  // reference a new global reference too, which the caller owns.
-  jobject ClassToReference(WideString& className, jvalue& value, TypeDesc*& desc, WideString& text);
+  // The new value of a Java object of the named class: one with its text, or for a class that
+  // crosses as reference one that holds a new global reference. Null when there is none.
+  type::Object* ClassToReference(const wchar_t* className, jobject reference);
   // A new, empty value of the described type; for an object one that has taken over `object`, a
   // global reference. Null for a type without values, or when the object can't be bound: `object`
   // then stays the caller's.
   type::Object* CreateItem(const TypeDesc& desc, jobject object) const;
   // Fills `*result`, an array value, or a new one when it is null, from a Java array. False, with
   // no new value, for an empty array or one of another shape.
-  bool JavaArray2Native(jarray array, WideString& typeName, type::Object** result);
-  bool Java2Array2NativeArray(jarray array, WideString& typeName, type::Object** result);
+  bool JavaArray2Native(jarray array, const wchar_t* typeName, type::Object** result);
+  bool Java2Array2NativeArray(jarray array, const wchar_t* typeName, type::Object** result);
 
  private:
-  class Arguments;
-
   // The call itself, once the arguments are there. True with `result`; false with the exception's
   // text, empty where there was none.
-  bool Call(const WideString& bareName, const WideString& signature, int returnNumber,
+  bool Call(const BareName& bareName, JavaSignature& signature, int returnNumber,
             Arguments& arguments, type::Object** result, WideString& exceptionText);
+  jmethodID FindMethod(const BareName& bareName, const char* signature);
   // Is every object among the arguments an instance of its parameter's class, as the receiver's
   // class loader sees it? The VM trusts its caller here, so a wrong object would corrupt memory.
-  bool ArgumentsFit(const jvalue* values);
+  bool ArgumentsFit(Arguments& arguments);
   bool ArgumentFits(const type::Object& param, jobject argument);
-  // The result's type name without what stands before its last blank.
-  WideString ReturnTypeName() const;
+  // The result's type name without what stands before its last blank; lent.
+  const wchar_t* ReturnTypeName() const;
 
-  bool ProcessParamArray(type::Array& array, const TypeDesc& desc, WideString& typeName,
-                         WideString& valueText, jvalue* value, WideString& signature, int& number);
+  bool ParamToJava(type::Object& param, Arguments& arguments, std::size_t index,
+                   JavaSignature& signature);
+  bool ProcessParamArray(type::Array& array, const TypeDesc& desc, jvalue* value,
+                         JavaSignature& signature);
   // A new Java object array; null when an element can't be converted.
-  jobjectArray CreateObjectArray(type::Array& array, unsigned int count, WideString& typeName);
-  LocalRef<jobject> CreateElement(const type::Object& item, WideString& typeName);
-  jobject CreateTextObject(jclass cls, bool isCharacter, WideString& typeName,
-                           WideString& valueText);
+  jobjectArray CreateObjectArray(type::Array& array, unsigned int count, const wchar_t* typeName);
+  LocalRef<jobject> CreateElement(const type::Object& item, const wchar_t* typeName);
+  jobject CreateTextObject(const JavaTextClass& row, const wchar_t* text);
 
-  // The new value of a Java object of the named class; null when there is none.
-  type::Object* CreateReferenceItem(jobject reference, WideString& className);
-  bool FillElements(jobjectArray array, WideString& typeName, type::Array& target);
-  bool FillRows(jobjectArray array, WideString& typeName, type::Array& target, int rows,
+  // The value of an object whose class crosses as text.
+  type::Object* CreateTextItem(const JavaTextClass& row, jobject reference);
+  bool FillElements(jobjectArray array, const wchar_t* typeName, type::Array& target);
+  bool FillRows(jobjectArray array, const wchar_t* typeName, type::Array& target, int rows,
                 int columns);
 
   std::list<type::Object*> params;

@@ -13,11 +13,6 @@ namespace {
 constexpr char32_t kFirstSupplementary = 0x10000;
 constexpr char32_t kLastCharacter = 0x10FFFF;
 
-bool IsAscii(const char* text) {
-  return std::none_of(text, text + std::strlen(text),
-                      [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-}
-
 void AppendThreeBytes(char32_t unit, std::string& out) {
   out.push_back(static_cast<char>(0xE0 | (unit >> 12)));
   out.push_back(static_cast<char>(0x80 | ((unit >> 6) & 0x3F)));
@@ -79,6 +74,15 @@ char32_t TakeCharacter(const char*& text) {
 }
 
 }  // namespace
+
+// Without a way out of the loop, so that many bytes are looked at together.
+bool IsAscii(const char* text) {
+  unsigned char seen = 0;
+  for (std::size_t i = 0, length = std::strlen(text); i < length; ++i) {
+    seen |= static_cast<unsigned char>(text[i]);
+  }
+  return seen < 0x80;
+}
 
 JavaUtf8::JavaUtf8(const char* narrow) : text(narrow) {
   if (narrow == nullptr || IsAscii(narrow)) {

@@ -18,6 +18,9 @@ namespace quenlatrix::meta_object::handlers::bean {
 //   one character, a lone surrogate as its own number; the text ends at its first U+0000, which our
 //   texts can't hold.
 
+// Is every byte of the text an ASCII character's, and so the text the same in every encoding?
+bool IsAscii(const char* text);
+
 // The modified UTF-8 form of a narrow text; an ASCII text is used as it is, without a copy, so the
 // text must outlive this object.
 class JavaUtf8 {

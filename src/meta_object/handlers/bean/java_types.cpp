@@ -1,7 +1,11 @@
 #include "meta_object/handlers/bean/java_types.h"
 
+#include <climits>
 #include <cstring>
 #include <cwchar>
+#include <iterator>
+#include <string_view>
+#include <typeinfo>
 
 #include "meta_object/handlers/bean/java_arrays.h"
 #include "text/c_numbers.h"
@@ -21,34 +25,71 @@ const char* const DateType = "java.lang.Date";
 
 namespace {
 
+using quenlatrix::text::PrintReal;
+using quenlatrix::text::ReadInt;
+using quenlatrix::text::ReadLong;
+using quenlatrix::text::ReadReal;
+
 void BooleanFromText(const char* text, jvalue& value) {
   const bool isTrue = std::strcmp(text, "true") == 0 || std::strcmp(text, "True") == 0 ||
                       std::strcmp(text, "TRUE") == 0;
   value.z = isTrue ? JNI_TRUE : JNI_FALSE;
 }
 
-void BooleanToText(jvalue value, WideString& text) {
-  text.assign(value.z == JNI_TRUE ? L"true" : L"false");
+std::unique_ptr<type::Object> MakeInt(long value) { return std::make_unique<type::Int>(value); }
+
+std::unique_ptr<type::Object> MakeReal(double value) {
+  return std::make_unique<type::Real>(ReadReal(PrintReal(value).c_str()));
 }
 
-// A character that the process's encoding doesn't have gives no text.
-void CharToText(jvalue value, WideString& text) {
-  const auto c = static_cast<wchar_t>(value.c);
+std::unique_ptr<type::Object> MakeBool(jvalue result) {
+  auto value = std::make_unique<type::Bool>();
+  value->SetValue(result.z == JNI_TRUE);
+  return value;
+}
+
+// A character that the process's encoding doesn't have has no printed form.
+std::unique_ptr<type::Object> MakeChar(jvalue result) {
+  const auto c = static_cast<wchar_t>(result.c);
   char encoded[MB_LEN_MAX];
   std::mbstate_t state{};
-  if (std::wcrtomb(encoded, c, &state) == static_cast<std::size_t>(-1)) {
-    text.assign(L"");
-  } else {
-    text.assign(&c, 1);
+  auto value = std::make_unique<type::Char>();
+  if (std::wcrtomb(encoded, c, &state) != static_cast<std::size_t>(-1)) {
+    value->SetValue(c);
   }
+  return value;
 }
 
-void IntegerToText(jlong value, WideString& text) {
-  text.assign(quenlatrix::text::PrintInteger(value).c_str());
+// Is it a Value itself, and of no class derived from it?
+template <class Value>
+const Value* AsExactly(const type::Object& value) {
+  return typeid(value) == typeid(Value) ? static_cast<const Value*>(&value) : nullptr;
 }
 
-void RealToText(double value, WideString& text) {
-  text.assign(quenlatrix::text::PrintReal(value).c_str());
+template <class T, auto member>
+bool FromInt(const type::Object& value, jvalue& out) {
+  const auto* const whole = AsExactly<type::Int>(value);
+  if (whole != nullptr) {
+    out.*member = static_cast<T>(whole->GetValue());
+  }
+  return whole != nullptr;
+}
+
+template <class T, auto member>
+bool FromReal(const type::Object& value, jvalue& out) {
+  const auto* const real = AsExactly<type::Real>(value);
+  if (real != nullptr) {
+    out.*member = static_cast<T>(ReadReal(PrintReal(real->GetValue()).c_str()));
+  }
+  return real != nullptr;
+}
+
+bool FromBool(const type::Object& value, jvalue& out) {
+  const auto* const truth = AsExactly<type::Bool>(value);
+  if (truth != nullptr) {
+    out.z = truth->GetValue() ? JNI_TRUE : JNI_FALSE;
+  }
+  return truth != nullptr;
 }
 
 // One JNI call function; what the result doesn't fill stays zero.
@@ -77,70 +118,88 @@ bool FromArray(JNIEnv* env, jarray array, unsigned int count, type::Array* targe
   return CopyJavaArray<T, JArray, Value>(env, static_cast<JArray>(array), count, target, getRegion);
 }
 
-using quenlatrix::text::ReadInt;
-using quenlatrix::text::ReadLong;
-using quenlatrix::text::ReadReal;
 using Env = JNIEnv_;
 using Key = TypeDesc::Key;
 
+// In the order of the Java type numbers, which begin with 1.
 const JavaPrimitive kPrimitives[] = {
-    {L"int", L"I", 5, Key::Int, [](const char* t, jvalue& v) { v.i = ReadInt(t); },
-     [](jvalue v, WideString& t) { IntegerToText(v.i, t); }, Call<&Env::CallIntMethodA, &jvalue::i>,
-     ToArray<jint, jintArray, type::Int, &Env::SetIntArrayRegion, &Env::NewIntArray>,
-     FromArray<jint, jintArray, type::Int, &Env::GetIntArrayRegion>},
-    {L"boolean", L"Z", 1, Key::Bool, BooleanFromText, BooleanToText,
+    {L"boolean", 'Z', 1, BooleanFromText, FromBool, MakeBool,
      Call<&Env::CallBooleanMethodA, &jvalue::z>,
      ToArray<jboolean, jbooleanArray, type::Bool, &Env::SetBooleanArrayRegion,
              &Env::NewBooleanArray>,
      FromArray<jboolean, jbooleanArray, type::Bool, &Env::GetBooleanArrayRegion>},
-    // A byte prints as 0 to 255.
-    {L"byte", L"B", 2, Key::Int,
-     [](const char* t, jvalue& v) { v.b = static_cast<jbyte>(ReadInt(t)); },
-     [](jvalue v, WideString& t) { IntegerToText(static_cast<unsigned char>(v.b), t); },
+    {L"byte", 'B', 2, [](const char* t, jvalue& v) { v.b = static_cast<jbyte>(ReadInt(t)); },
+     FromInt<jbyte, &jvalue::b>, [](jvalue v) { return MakeInt(static_cast<unsigned char>(v.b)); },
      Call<&Env::CallByteMethodA, &jvalue::b>,
      ToArray<jbyte, jbyteArray, type::Int, &Env::SetByteArrayRegion, &Env::NewByteArray>,
      FromArray<jbyte, jbyteArray, type::Int, &Env::GetByteArrayRegion>},
-    {L"char", L"C", 3, Key::Char, [](const char* t, jvalue& v) { v.c = FirstCharacter(t); },
-     CharToText, Call<&Env::CallCharMethodA, &jvalue::c>,
+    {L"char", 'C', 3, [](const char* t, jvalue& v) { v.c = FirstCharacter(t); }, nullptr, MakeChar,
+     Call<&Env::CallCharMethodA, &jvalue::c>,
      ToArray<jchar, jcharArray, type::Char, &Env::SetCharArrayRegion, &Env::NewCharArray>,
      FromArray<jchar, jcharArray, type::Char, &Env::GetCharArrayRegion>},
-    {L"short", L"S", 4, Key::Int,
-     [](const char* t, jvalue& v) { v.s = static_cast<jshort>(ReadInt(t)); },
-     [](jvalue v, WideString& t) { IntegerToText(v.s, t); },
+    {L"short", 'S', 4, [](const char* t, jvalue& v) { v.s = static_cast<jshort>(ReadInt(t)); },
+     FromInt<jshort, &jvalue::s>, [](jvalue v) { return MakeInt(v.s); },
      Call<&Env::CallShortMethodA, &jvalue::s>,
      ToArray<jshort, jshortArray, type::Int, &Env::SetShortArrayRegion, &Env::NewShortArray>,
      FromArray<jshort, jshortArray, type::Int, &Env::GetShortArrayRegion>},
-    {L"long", L"J", 6, Key::Int, [](const char* t, jvalue& v) { v.j = ReadLong(t); },
-     [](jvalue v, WideString& t) { IntegerToText(v.j, t); },
+    {L"int", 'I', 5, [](const char* t, jvalue& v) { v.i = ReadInt(t); }, FromInt<jint, &jvalue::i>,
+     [](jvalue v) { return MakeInt(v.i); }, Call<&Env::CallIntMethodA, &jvalue::i>,
+     ToArray<jint, jintArray, type::Int, &Env::SetIntArrayRegion, &Env::NewIntArray>,
+     FromArray<jint, jintArray, type::Int, &Env::GetIntArrayRegion>},
+    {L"long", 'J', 6, [](const char* t, jvalue& v) { v.j = ReadLong(t); },
+     FromInt<jlong, &jvalue::j>, [](jvalue v) { return MakeInt(v.j); },
      Call<&Env::CallLongMethodA, &jvalue::j>,
      ToArray<jlong, jlongArray, type::Int, &Env::SetLongArrayRegion, &Env::NewLongArray>,
      FromArray<jlong, jlongArray, type::Int, &Env::GetLongArrayRegion>},
-    {L"float", L"F", 7, Key::Real,
-     [](const char* t, jvalue& v) { v.f = static_cast<jfloat>(ReadReal(t)); },
-     [](jvalue v, WideString& t) { RealToText(v.f, t); }, Call<&Env::CallFloatMethodA, &jvalue::f>,
+    {L"float", 'F', 7, [](const char* t, jvalue& v) { v.f = static_cast<jfloat>(ReadReal(t)); },
+     FromReal<jfloat, &jvalue::f>, [](jvalue v) { return MakeReal(v.f); },
+     Call<&Env::CallFloatMethodA, &jvalue::f>,
      ToArray<jfloat, jfloatArray, type::Real, &Env::SetFloatArrayRegion, &Env::NewFloatArray>,
      FromArray<jfloat, jfloatArray, type::Real, &Env::GetFloatArrayRegion>},
-    {L"double", L"D", 8, Key::Real, [](const char* t, jvalue& v) { v.d = ReadReal(t); },
-     [](jvalue v, WideString& t) { RealToText(v.d, t); }, Call<&Env::CallDoubleMethodA, &jvalue::d>,
+    {L"double", 'D', 8, [](const char* t, jvalue& v) { v.d = ReadReal(t); },
+     FromReal<jdouble, &jvalue::d>, [](jvalue v) { return MakeReal(v.d); },
+     Call<&Env::CallDoubleMethodA, &jvalue::d>,
      ToArray<jdouble, jdoubleArray, type::Real, &Env::SetDoubleArrayRegion, &Env::NewDoubleArray>,
      FromArray<jdouble, jdoubleArray, type::Real, &Env::GetDoubleArrayRegion>},
-    {L"void", L"V", 9, Key::Void, nullptr, nullptr, CallVoid, nullptr, nullptr},
+    {L"void", 'V', 9, nullptr, nullptr,
+     [](jvalue) -> std::unique_ptr<type::Object> { return std::make_unique<type::Void>(); },
+     CallVoid, nullptr, nullptr},
 };
 
-constexpr char kTextClassPackage[] = "java.lang.";
+constexpr std::size_t kPackageLength = std::string_view("java.lang.").size();
 
-const JavaTextClass kTextClasses[] = {
-    {BooleanType, "java/lang/Boolean", Key::Bool},
-    {ByteType, "java/lang/Byte", Key::Int},
-    {ShortType, "java/lang/Short", Key::Int},
-    {IntegerType, "java/lang/Integer", Key::Int},
-    {LongType, "java/lang/Long", Key::Int},
-    {FloatType, "java/lang/Float", Key::Real},
-    {DoubleType, "java/lang/Double", Key::Real},
-    {StringType, "java/lang/String", Key::String},
-    {DateType, "java/lang/Date", Key::Date},
-    {CharacterType, "java/lang/Character", Key::Char},
+const JavaTextClass kTextClassRows[] = {
+    {BooleanType, "java/lang/Boolean", Key::Bool, 0},
+    {ByteType, "java/lang/Byte", Key::Int, 1},
+    {ShortType, "java/lang/Short", Key::Int, 2},
+    {IntegerType, "java/lang/Integer", Key::Int, 3},
+    {LongType, "java/lang/Long", Key::Int, 4},
+    {FloatType, "java/lang/Float", Key::Real, 5},
+    {DoubleType, "java/lang/Double", Key::Real, 6},
+    {StringType, "java/lang/String", Key::String, 7},
+    {DateType, "java/lang/Date", Key::Date, 8},
+    {CharacterType, "java/lang/Character", Key::Char, 9},
 };
+static_assert(std::size(kTextClassRows) == kTextClasses);
+
+// Where `name` goes on after the ASCII text that ends at `end`; null when it begins otherwise.
+const wchar_t* SkipText(const wchar_t* name, const char* ascii, const char* end) {
+  for (; ascii != end; ++ascii, ++name) {
+    if (*name != static_cast<wchar_t>(*ascii)) {
+      return nullptr;
+    }
+  }
+  return name;
+}
+
+bool IsText(const wchar_t* name, const char* ascii) {
+  for (; *name == static_cast<wchar_t>(*ascii); ++ascii, ++name) {
+    if (*ascii == '\0') {
+      return true;
+    }
+  }
+  return false;
+}
 
 }  // namespace
 
@@ -154,7 +213,8 @@ const JavaPrimitive* FindPrimitive(const wchar_t* name) {
     return nullptr;
   }
   for (const JavaPrimitive& row : kPrimitives) {
-    if (std::wcscmp(row.name, name) == 0) {
+    // Most names differ in their first letter already.
+    if (*row.name == *name && std::wcscmp(row.name, name) == 0) {
       return &row;
     }
   }
@@ -162,20 +222,18 @@ const JavaPrimitive* FindPrimitive(const wchar_t* name) {
 }
 
 const JavaPrimitive* FindPrimitive(int number) {
-  for (const JavaPrimitive& row : kPrimitives) {
-    if (row.number == number) {
-      return &row;
-    }
-  }
-  return nullptr;
+  const auto row = static_cast<std::size_t>(number) - 1;
+  return row < std::size(kPrimitives) ? &kPrimitives[row] : nullptr;
 }
 
-const JavaTextClass* FindTextClass(const char* name) {
-  if (std::strncmp(name, kTextClassPackage, sizeof kTextClassPackage - 1) != 0) {
+const JavaTextClass* FindTextClass(const wchar_t* name) {
+  const wchar_t* const simpleName =
+      name == nullptr ? nullptr : SkipText(name, StringType, StringType + kPackageLength);
+  if (simpleName == nullptr) {
     return nullptr;
   }
-  for (const JavaTextClass& row : kTextClasses) {
-    if (std::strcmp(row.name, name) == 0) {
+  for (const JavaTextClass& row : kTextClassRows) {
+    if (IsText(simpleName, row.name + kPackageLength)) {
       return &row;
     }
   }

@@ -2,9 +2,12 @@
 
 #include <jni.h>
 
+#include <cstddef>
+#include <memory>
+
 #include "meta_object/type/array.h"
+#include "meta_object/type/object.h"
 #include "meta_object/type_desc.h"
-#include "text/wide_string.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -27,13 +30,16 @@ inline constexpr int kReferenceNumber = 0;
 // constant; any thread may use them.
 struct JavaPrimitive {
   const wchar_t* name;  // as in Java source
-  const wchar_t* code;  // in a JNI signature
+  char code;            // in a JNI signature
   int number;           // the Java type number
-  TypeDesc::Key key;    // of values of this type
   // Reads a value text; null for void.
   void (*fromText)(const char* text, jvalue& value);
-  // Prints a result, whose unused bytes are zero; null for void.
-  void (*toText)(jvalue value, WideString& text);
+  // What fromText would read from the value's text, without the text; false, with nothing read, for
+  // another class of values than the type's own. Null where there is no such short cut.
+  bool (*fromValue)(const type::Object& value, jvalue& out);
+  // A new value of a result, whose unused bytes are zero. It is what the value would be had it been
+  // read from the result's printed form: a byte is 0 to 255, a real number has six decimals.
+  std::unique_ptr<type::Object> (*toValue)(jvalue result);
   // Calls a method with this result; the result's unused bytes are zero.
   jvalue (*call)(JNIEnv* env, jobject object, jmethodID method, const jvalue* args);
   // A new Java array of an array value's first `count` elements, as a local reference; null, with
@@ -55,9 +61,12 @@ struct JavaTextClass {
   const char* name;
   const char* slashName;
   TypeDesc::Key key;
+  std::size_t index;  // of the row
 };
 
-// The row of a class name in dotted form; null when its objects cross as references.
-const JavaTextClass* FindTextClass(const char* name);
+inline constexpr std::size_t kTextClasses = 10;
+
+// The row of a class name in dotted form; null when its objects cross as references, and for null.
+const JavaTextClass* FindTextClass(const wchar_t* name);
 
 }  // namespace quenlatrix::meta_object::handlers::bean

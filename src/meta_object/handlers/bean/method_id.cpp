@@ -84,9 +84,31 @@ const char* Narrow(const WideString& text) {
   return narrow == nullptr ? "" : narrow;
 }
 
+// ASCII is one byte a character in every encoding.
+bool IsAscii(std::wstring_view text) {
+  wchar_t seen = 0;
+  for (const wchar_t c : text) {
+    seen |= c;
+  }
+  return seen >= 0 && seen < 0x80;
+}
+
 const wchar_t* Wide(const WideString& text) {
   const wchar_t* const wide = text.getWCharPtr();
   return wide == nullptr ? L"" : wide;
+}
+
+// Most identifiers are told by their first letter.
+MethodType KindOf(const wchar_t* id) {
+  if (std::wcschr(L"sSgG", *id) == nullptr) {
+    return MethodType::Invoke;
+  }
+  const NarrowText narrow(id);
+  const char* const kind = narrow.Get() == nullptr ? "" : narrow.Get();
+  if (strncasecmp(kind, "set", 3) == 0) {
+    return MethodType::Set;
+  }
+  return strncasecmp(kind, "get", 3) == 0 ? MethodType::Get : MethodType::Invoke;
 }
 
 const char* KindPrefix(MethodType type) {
@@ -119,11 +141,7 @@ bool ParseMethodID(const WideString& id, WideString& name, MethodType& type, boo
     rest.assign(wide);
   } else {
     rest.assign(separator + 1);
-    if (strncasecmp(Narrow(id), "set", 3) == 0) {
-      type = MethodType::Set;
-    } else if (strncasecmp(Narrow(id), "get", 3) == 0) {
-      type = MethodType::Get;
-    }
+    type = KindOf(wide);
   }
   if (bareName) {
     MethodId2MethodName(rest, name);
@@ -133,9 +151,14 @@ bool ParseMethodID(const WideString& id, WideString& name, MethodType& type, boo
   return true;
 }
 
+BareName::BareName(const WideString& nameWithIndex) : text(nameWithIndex.getWCharPtr()) {
+  if (char* const index = text.Get() == nullptr ? nullptr : std::strrchr(text.Get(), kSeparator)) {
+    *index = '\0';
+  }
+}
+
 bool MethodId2MethodName(const WideString& nameWithIndex, WideString& name) {
-  std::string const narrow = Narrow(nameWithIndex);
-  name.assign(narrow.substr(0, narrow.rfind(kSeparator)).c_str());
+  name.assign(BareName(nameWithIndex).Get());
   return name.getWCharPtr() != nullptr;
 }
 
@@ -156,11 +179,7 @@ bool ReadMethodIndex(const WideString& id, unsigned long& index) {
 
 bool HasWholeNarrowForm(const WideString& text) {
   std::wstring_view const wide = Wide(text);
-  // ASCII is one byte a character in every encoding.
-  if (std::all_of(wide.begin(), wide.end(), [](wchar_t c) { return c >= 0 && c < 0x80; })) {
-    return true;
-  }
-  return std::mbstowcs(nullptr, Narrow(text), 0) == wide.size();
+  return IsAscii(wide) || std::mbstowcs(nullptr, Narrow(text), 0) == wide.size();
 }
 
 void mangleMethodName(WideString& name, MethodType& type) {

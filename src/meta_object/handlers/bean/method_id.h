@@ -2,6 +2,7 @@
 
 #include "meta_object/method_type.h"
 #include "meta_object/type_desc.h"
+#include "text/narrow_text.h"
 #include "text/wide_string.h"
 #include "text/zu_text.h"
 
@@ -26,7 +27,20 @@ bool CreateMethodID(WideString& id, const WideString& name, MethodType type, int
 // `bareName`, without. An identifier without ":" is an ordinary method's whole name. Always true.
 bool ParseMethodID(const WideString& id, WideString& name, MethodType& type, bool bareName);
 
-// The name without its index; false, with `name` empty, when there is none.
+// The narrow form of a name, without its index. Empty when the name is or has no narrow form.
+class BareName {
+ public:
+  explicit BareName(const WideString& nameWithIndex);
+
+  const char* Get() const { return text.Get() == nullptr ? "" : text.Get(); }
+  // Is it made of ASCII characters alone, and so whole?
+  bool IsAscii() const { return text.IsAscii(); }
+
+ private:
+  NarrowText text;
+};
+
+// The same as a wide text; false, with `name` empty, when there is none.
 bool MethodId2MethodName(const WideString& nameWithIndex, WideString& name);
 
 // The three fields of an identifier as the description operations read them: the entry is found by

@@ -29,25 +29,7 @@ TlsValue<unsigned long> TlsJniAttachCount;
 UGuard _mutexClassPathFile(Mutex::Shared);
 StaticMutex classPathTurn;
 LiveReferences liveReferences;
-
-void LiveReferences::Add(jobject reference) {
-  if (reference != nullptr) {
-    const MutexLock lock(mutex);
-    references.insert(reference);
-  }
-}
-
-void LiveReferences::Remove(jobject reference) {
-  if (reference != nullptr) {
-    const MutexLock lock(mutex);
-    references.erase(reference);
-  }
-}
-
-bool LiveReferences::Contains(jobject reference) {
-  const MutexLock lock(mutex);
-  return references.count(reference) != 0;
-}
+KeptLookups keptLookups;
 
 BeanHandler* AllocHandlerObject() {
   auto handler = std::make_unique<BeanHandler>();

@@ -2,11 +2,11 @@
 
 #include <jni.h>
 
-#include <unordered_set>
-
 #include "meta_object/environment.h"
 #include "meta_object/handler.h"
 #include "meta_object/handlers/bean/bean_handler_info.h"
+#include "meta_object/handlers/bean/kept_lookups.h"
+#include "meta_object/handlers/bean/live_references.h"
 #include "meta_object/handlers/bean/u_guard.h"
 #include "os/mutex.h"
 #include "os/tls_slot.h"
@@ -49,22 +49,9 @@ extern const WideString strStringType;
 extern UGuard _mutexClassPathFile;
 extern StaticMutex classPathTurn;
 
-// The Java references that this plug-in's live handlers hold. A number that a host passes as an
-// object is used as a reference only when it is one of these: asking the VM about any other number
-// could crash it. Any thread may use it.
-class LiveReferences {
- public:
-  // Both do nothing for null.
-  void Add(jobject reference);
-  void Remove(jobject reference);
-  bool Contains(jobject reference);
-
- private:
-  StaticMutex mutex;
-  std::unordered_set<jobject> references GUARDED_BY(mutex);
-};
-
 extern LiveReferences liveReferences;
+
+extern KeptLookups keptLookups;
 
 class BeanHandler;
 

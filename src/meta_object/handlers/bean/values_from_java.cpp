@@ -14,7 +14,7 @@
 #include "meta_object/type/scalar_values.h"
 #include "meta_object/type/string_values.h"
 #include "meta_object/type/struct_value.h"
-#include "text/c_numbers.h"
+#include "text/narrow_text.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -63,9 +63,9 @@ std::unique_ptr<type::Object> MakeObjectItem(const TypeDesc& desc, jobject objec
 }
 
 // A name that the mapping reads as a code ("I") is a class's here: element types go by their names.
-TypeDesc ArrayDesc(const WideString& typeName, std::initializer_list<int> counts) {
-  const TypeDesc element = GetTypeDesc(typeName.getWCharPtr());
-  const bool isItself = element.typeName.compare(typeName.getWCharPtr(), 0) == 0;
+TypeDesc ArrayDesc(const wchar_t* typeName, std::initializer_list<int> counts) {
+  const TypeDesc element = GetTypeDesc(typeName);
+  const bool isItself = element.typeName.compare(typeName, 0) == 0;
   TypeDesc desc(isItself ? element.key : Key::Object, TypeDesc::RefType::ByValue, true);
   for (const int count : counts) {
     desc.arrayInfo->AddDimensionInfo(0, count);
@@ -120,78 +120,55 @@ bool CBeanMethodInvoke::TranslateJavaResult(jvalue value, type::Object** result,
     if (value.l == nullptr) {
       return true;
     }
-    WideString typeName = ReturnTypeName();
     if (returnType.arrayInfo != nullptr) {
-      JavaArray2Native(static_cast<jarray>(value.l), typeName, result);
+      JavaArray2Native(static_cast<jarray>(value.l), ReturnTypeName(), result);
     } else {
-      *result = CreateReferenceItem(value.l, typeName);
+      *result = ClassToReference(ReturnTypeName(), value.l);
     }
     return true;
   }
-  const JavaPrimitive* const primitive = FindPrimitive(number);
-  if (primitive == nullptr) {
-    return true;
+  if (const JavaPrimitive* const primitive = FindPrimitive(number)) {
+    *result = primitive->toValue(value).release();
   }
-  ItemPtr item(CreateItem(TypeDesc(primitive->key, TypeDesc::RefType::ByValue, false), nullptr));
-  if (item != nullptr && primitive->toText != nullptr) {
-    WideString text;
-    primitive->toText(value, text);
-    item->SetValueAsString(text);
-  }
-  *result = item.release();
   return true;
 }
 
-jobject CBeanMethodInvoke::ClassToReference(WideString& className, jvalue& value, TypeDesc*& desc,
-                                            WideString& text) {
-  text.assign(L"");
-  const char* const name = className.getCharPtr();
-  if (env == nullptr || name == nullptr) {
+type::Object* CBeanMethodInvoke::ClassToReference(const wchar_t* className, jobject reference) {
+  if (const JavaTextClass* const row = FindTextClass(className)) {
+    return CreateTextItem(*row, reference);
+  }
+  if (NarrowText(className).Get() == nullptr) {
     return nullptr;
   }
-  if (const JavaTextClass* const row = FindTextClass(name)) {
-    const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(value.l));
-    bean::IsJavaExceptionHappened(env, nullptr);
-    if (!cls) {
-      return nullptr;
-    }
-    if (const jmethodID toString =
-            FindJavaMethod(env, cls.Get(), "toString", "()Ljava/lang/String;")) {
-      const auto string = LocalRef<jstring>::Adopt(env, env->CallObjectMethod(value.l, toString));
-      if (!bean::IsJavaExceptionHappened(env, nullptr)) {
-        AppendJavaText(env, string.Get(), text);
-        bean::IsJavaExceptionHappened(env, nullptr);
-      }
-    }
-    desc = new TypeDesc(row->key, TypeDesc::RefType::ByValue, false);
+  auto held = GlobalRef<jobject>::Make(env, reference);
+  if (bean::IsJavaExceptionHappened(env, nullptr) || !held) {
     return nullptr;
   }
-  auto reference = GlobalRef<jobject>::Make(env, value.l);
-  if (bean::IsJavaExceptionHappened(env, nullptr) || !reference) {
-    return reference.Release();
-  }
-  text.assign(text::PrintUnsigned(reinterpret_cast<unsigned long>(reference.Get())).c_str());
-  auto made = std::make_unique<TypeDesc>(Key::Object, TypeDesc::RefType::ByValue, false);
-  made->typeName = className;
-  desc = made.release();
-  return reference.Release();
-}
-
-type::Object* CBeanMethodInvoke::CreateReferenceItem(jobject reference, WideString& className) {
-  jvalue value;
-  value.l = reference;
-  TypeDesc* madeDesc = nullptr;
-  WideString text;
-  auto held = GlobalRef<jobject>::Adopt(env, ClassToReference(className, value, madeDesc, text));
-  const std::unique_ptr<TypeDesc> desc(madeDesc);
-  if (desc == nullptr) {
-    return nullptr;
-  }
-  ItemPtr item(CreateItem(*desc, held.Get()));
+  TypeDesc desc(Key::Object, TypeDesc::RefType::ByValue, false);
+  desc.typeName.assign(className);
+  type::Object* const item = CreateItem(desc, held.Get());
   if (item != nullptr) {
     static_cast<void>(held.Release());
-    item->SetValueAsString(text);
   }
+  return item;
+}
+
+type::Object* CBeanMethodInvoke::CreateTextItem(const JavaTextClass& row, jobject reference) {
+  WideString text;
+  if (const jmethodID toString = keptLookups.FindToString(env)) {
+    const auto string = LocalRef<jstring>::Adopt(env, env->CallObjectMethod(reference, toString));
+    if (!bean::IsJavaExceptionHappened(env, nullptr)) {
+      AppendJavaText(env, string.Get(), text);
+      bean::IsJavaExceptionHappened(env, nullptr);
+    }
+  }
+  if (row.key == Key::String) {
+    auto item = std::make_unique<type::String>();
+    item->SetValue(std::move(text));
+    return item.release();
+  }
+  ItemPtr item(CreateItem(TypeDesc(row.key, TypeDesc::RefType::ByValue, false), nullptr));
+  item->SetValueAsString(text);
   return item.release();
 }
 
@@ -209,7 +186,7 @@ type::Object* CBeanMethodInvoke::CreateItem(const TypeDesc& desc, jobject object
   return nullptr;
 }
 
-bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
+bool CBeanMethodInvoke::JavaArray2Native(jarray array, const wchar_t* typeName,
                                          type::Object** result) {
   const jint length = env->GetArrayLength(array);
   if (length < 1) {
@@ -231,7 +208,7 @@ bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
   if (dimensions != 1 || !target || !(*target).Create(ArrayDesc(typeName, {length}))) {
     return false;
   }
-  if (const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr())) {
+  if (const JavaPrimitive* const primitive = FindPrimitive(typeName)) {
     if (primitive->fromArray != nullptr) {
       primitive->fromArray(env, array, static_cast<unsigned int>(length), &*target);
     }
@@ -242,7 +219,7 @@ bool CBeanMethodInvoke::JavaArray2Native(jarray array, WideString& typeName,
   return true;
 }
 
-bool CBeanMethodInvoke::FillElements(jobjectArray array, WideString& typeName,
+bool CBeanMethodInvoke::FillElements(jobjectArray array, const wchar_t* typeName,
                                      type::Array& target) {
   for (int i = 0; i < target.GetItemCount(); ++i) {
     const auto element = LocalRef<jobject>::Adopt(env, env->GetObjectArrayElement(array, i));
@@ -250,13 +227,13 @@ bool CBeanMethodInvoke::FillElements(jobjectArray array, WideString& typeName,
       return false;
     }
     if (element) {
-      target.SetItemAt(CreateReferenceItem(element.Get(), typeName), static_cast<unsigned int>(i));
+      target.SetItemAt(ClassToReference(typeName, element.Get()), static_cast<unsigned int>(i));
     }
   }
   return true;
 }
 
-bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, WideString& typeName,
+bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, const wchar_t* typeName,
                                                type::Object** result) {
   auto* const table = static_cast<jobjectArray>(array);
   const jint rows = env->GetArrayLength(table);
@@ -283,7 +260,7 @@ bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, WideString& typeNam
   return isWhole;
 }
 
-bool CBeanMethodInvoke::FillRows(jobjectArray array, WideString& typeName, type::Array& target,
+bool CBeanMethodInvoke::FillRows(jobjectArray array, const wchar_t* typeName, type::Array& target,
                                  int rows, int columns) {
   Target row(nullptr);
   (*row).GetMetaItemType() = ArrayDesc(typeName, {columns});

@@ -1,7 +1,8 @@
+#include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <memory>
-#include <string>
-#include <vector>
+#include <typeinfo>
 
 #include "meta_object/handlers/bean/bean_method_invoke.h"
 #include "meta_object/handlers/bean/java_exception.h"
@@ -10,15 +11,15 @@
 #include "meta_object/handlers/bean/java_types.h"
 #include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/handlers/bean/plugin_state.h"
+#include "meta_object/type/string_values.h"
 #include "text/c_numbers.h"
+#include "text/narrow_text.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
 namespace {
 
-bool IsEmpty(const WideString& text) {
-  return text.getWCharPtr() == nullptr || *text.getWCharPtr() == L'\0';
-}
+bool IsEmpty(const wchar_t* text) { return text == nullptr || *text == L'\0'; }
 
 // Elements are asked for by the indices 0 to count - 1, so a dimension that starts elsewhere
 // has none for some of them.
@@ -41,28 +42,46 @@ int ElementCount(const type::Array& array, int dimension) {
   return elementCount;
 }
 
-std::string SlashForm(const WideString& typeName) {
-  const char* const narrow = typeName.getCharPtr();
-  std::string name = narrow == nullptr ? "" : narrow;
-  dotsToSlashes(name.data());
-  return name;
+// The class's code; a name that the encoding lacks gives the code of no class.
+bool AppendClass(const wchar_t* name, JavaSignature& signature) {
+  const NarrowText narrow(name);
+  return signature.AppendClass(narrow.Get() == nullptr ? "" : narrow.Get());
 }
 
-// Appends a class's code. False for what is no class's name: a character with a meaning of its own
-// in signatures would turn one parameter into several.
-bool AppendClassCode(const std::string& slashName, WideString& signature) {
-  if (slashName.find_first_of(";[()") != std::string::npos) {
+// The value's text: a string value's own, lent, or another's, made in `made`.
+const wchar_t* TextOf(const type::Object& value, WideString& made) {
+  if (typeid(value) == typeid(type::String)) {
+    return static_cast<const type::String&>(value).GetValue().getWCharPtr();
+  }
+  value.GetValueAsString(made);
+  return made.getWCharPtr();
+}
+
+// False for a value without a text, or one that the encoding lacks.
+bool PrimitiveToJava(const JavaPrimitive& primitive, const type::Object& param, jvalue& value) {
+  if (primitive.fromValue != nullptr && primitive.fromValue(param, value)) {
+    return true;
+  }
+  WideString made;
+  const wchar_t* const text = TextOf(param, made);
+  if (IsEmpty(text)) {
     return false;
   }
-  signature.append(L"L");
-  signature.append(slashName.c_str());
-  signature.append(L";");
+  if (primitive.fromText == nullptr) {
+    return true;
+  }
+  const NarrowText narrow(text);
+  if (narrow.Get() == nullptr) {
+    return false;
+  }
+  primitive.fromText(narrow.Get(), value);
   return true;
 }
 
 // An object's text form is its reference's number.
-jobject ReferenceNamedBy(const WideString& text) {
-  const unsigned long number = quenlatrix::text::ReadUnsignedLong(text.getCharPtr(), nullptr, 10);
+jobject ReferenceNamedBy(const wchar_t* text) {
+  const NarrowText narrow(text);
+  const unsigned long number = quenlatrix::text::ReadUnsignedLong(narrow.Get(), nullptr, 10);
   return reinterpret_cast<jobject>(number);  // NOLINT(performance-no-int-to-ptr)
 }
 
@@ -108,193 +127,194 @@ class LentRow {
 
 }  // namespace
 
-WideString CBeanMethodInvoke::ReturnTypeName() const {
-  if (IsEmpty(returnType.typeName)) {
+const wchar_t* CBeanMethodInvoke::ReturnTypeName() const {
+  const wchar_t* const name = returnType.typeName.getWCharPtr();
+  if (IsEmpty(name)) {
     return L"void";
   }
-  const char* const narrow = returnType.typeName.getCharPtr();
-  const char* const blank = narrow == nullptr ? nullptr : std::strrchr(narrow, ' ');
-  return blank == nullptr ? returnType.typeName : WideString(blank + 1);
+  const wchar_t* const blank = std::wcsrchr(name, L' ');
+  if (blank == nullptr) {
+    return name;
+  }
+  // A blank counts where the narrow form has it.
+  const NarrowText narrow(name);
+  return narrow.Get() == nullptr || std::strchr(narrow.Get(), ' ') == nullptr ? name : blank + 1;
 }
 
-bool CBeanMethodInvoke::SetUpParamArray(std::list<type::Object*>& params, jvalue* values,
-                                        type::Object**, WideString& signature, int& returnNumber) {
-  WideString typeName;
-  WideString valueText;
-  int number = 0;
-  signature.append(L"(");
+bool CBeanMethodInvoke::SetUpParamArray(std::list<type::Object*>& params, Arguments& arguments,
+                                        JavaSignature& signature, int& returnNumber) {
+  std::size_t index = 0;
+  signature.Append('(');
   for (type::Object* param : params) {
-    if (param == nullptr) {
+    if (param == nullptr || !ParamToJava(*param, arguments, index, signature)) {
       return false;
     }
-    const TypeDesc& desc = param->GetMetaItemType();
-    if (desc.arrayInfo != nullptr) {
-      if (!ProcessArray(param, typeName, valueText, values, signature, number)) {
-        return false;
-      }
-    } else {
-      typeName = desc.typeName;
-      param->GetValueAsString(valueText);
-      if (IsEmpty(valueText) && typeName.compare(strStringType.getWCharPtr(), 0) == 0) {
-        valueText = strEmptyString;
-      }
-      if (IsEmpty(typeName) || IsEmpty(valueText) ||
-          !NativeType2ClassType(typeName, valueText, values, signature, number)) {
-        return false;
-      }
-    }
-    ++values;
+    ++index;
   }
-  signature.append(L")");
-  typeName = ReturnTypeName();
-  valueText.assign(L"");
+  signature.Append(')');
   jvalue scratch;
   return returnType.arrayInfo != nullptr
-             ? ProcessArray(nullptr, typeName, valueText, &scratch, signature, returnNumber)
-             : NativeType2ClassType(typeName, valueText, &scratch, signature, returnNumber);
+             ? ProcessArray(nullptr, ReturnTypeName(), &scratch, signature, returnNumber)
+             : NativeType2ClassType(ReturnTypeName(), nullptr, &scratch, signature, returnNumber);
 }
 
-bool CBeanMethodInvoke::NativeType2ClassType(WideString& typeName, WideString& valueText,
-                                             jvalue* value, WideString& signature, int& number) {
-  if (const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr())) {
-    if (!IsEmpty(valueText) && primitive->fromText != nullptr) {
-      const char* const narrow = valueText.getCharPtr();
-      if (narrow == nullptr) {
-        return false;
-      }
-      primitive->fromText(narrow, *value);
+bool CBeanMethodInvoke::ParamToJava(type::Object& param, Arguments& arguments, std::size_t index,
+                                    JavaSignature& signature) {
+  const TypeDesc& desc = param.GetMetaItemType();
+  const wchar_t* const typeName = desc.typeName.getWCharPtr();
+  jvalue& value = arguments.Value(index);
+  int number = 0;
+  const bool isDone =
+      desc.arrayInfo != nullptr
+          ? ProcessArray(&param, nullptr, &value, signature, number)
+          : !IsEmpty(typeName) && NativeType2ClassType(typeName, &param, &value, signature, number);
+  if (number == kReferenceNumber) {
+    const bool isLocal = desc.arrayInfo != nullptr || FindTextClass(typeName) != nullptr;
+    arguments.KindOf(index) =
+        isLocal ? Arguments::Kind::kLocalReference : Arguments::Kind::kLentReference;
+  }
+  return isDone;
+}
+
+bool CBeanMethodInvoke::NativeType2ClassType(const wchar_t* typeName, const type::Object* param,
+                                             jvalue* value, JavaSignature& signature, int& number) {
+  if (const JavaPrimitive* const primitive = FindPrimitive(typeName)) {
+    if (param != nullptr && !PrimitiveToJava(*primitive, *param, *value)) {
+      return false;
     }
-    signature.append(primitive->code);
+    signature.Append(primitive->code);
     number = primitive->number;
     return true;
   }
   if (env == nullptr) {
     return false;
   }
-  if (!IsEmpty(valueText)) {
-    const jobject reference = CreateObject(typeName, valueText);
+  if (param != nullptr) {
+    WideString made;
+    const wchar_t* text = TextOf(*param, made);
+    if (IsEmpty(text) && strStringType.compare(typeName, 0) == 0) {
+      text = strEmptyString.getWCharPtr();
+    }
+    const jobject reference = IsEmpty(text) ? nullptr : CreateObject(typeName, text);
     if (reference == nullptr) {
       return false;
     }
     value->l = reference;
   }
-  std::string const slashName = SlashForm(typeName);
-  if (!IsEmpty(typeName)) {
-    typeName.assign(slashName.c_str());
-  }
   number = kReferenceNumber;
-  return AppendClassCode(slashName, signature);
+  return AppendClass(typeName, signature);
 }
 
-jobject CBeanMethodInvoke::CreateObject(WideString& typeName, WideString& valueText) {
-  const char* const name = typeName.getCharPtr();
-  if (env == nullptr || name == nullptr) {
+jobject CBeanMethodInvoke::CreateObject(const wchar_t* typeName, const wchar_t* text) {
+  if (env == nullptr || typeName == nullptr) {
     return nullptr;
   }
-  if (const JavaTextClass* const row = FindTextClass(name)) {
-    const auto cls = FindJavaClass(env, row->slashName);
-    return cls ? CreateTextObject(cls.Get(), row->key == TypeDesc::Key::Char, typeName, valueText)
-               : nullptr;
+  if (const JavaTextClass* const row = FindTextClass(typeName)) {
+    return CreateTextObject(*row, text);
   }
-  const jobject reference = ReferenceNamedBy(valueText);
+  const jobject reference = ReferenceNamedBy(text);
   return liveReferences.Contains(reference) ? reference : nullptr;
 }
 
-jobject CBeanMethodInvoke::CreateTextObject(jclass cls, bool isCharacter, WideString& typeName,
-                                            WideString& valueText) {
+jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wchar_t* text) {
+  const TextClass* const kept = keptLookups.FindTextClass(env, row);
+  if (kept == nullptr) {
+    return nullptr;
+  }
+  const bool isString = row.key == TypeDesc::Key::String;
+  jmethodID constructor = kept->fromText;
   jvalue argument[1];
-  const char* signature = "(Ljava/lang/String;)V";
   LocalRef<jstring> string;
-  if (isCharacter) {
-    signature = "(C)V";
-    const char* const narrow = valueText.getCharPtr();
-    argument[0].c = FirstCharacter(narrow == nullptr ? "" : narrow);
-  } else if (valueText.compare(strEmptyString.getWCharPtr(), 0) == 0 &&
-             typeName.compare(strStringType.getWCharPtr(), 0) == 0) {
-    signature = "()V";
-    valueText.assign(L"");
+  if (row.key == TypeDesc::Key::Char) {
+    const NarrowText narrow(text);
+    argument[0].c = FirstCharacter(narrow.Get() == nullptr ? "" : narrow.Get());
+  } else if (isString && strEmptyString.compare(text, 0) == 0) {
+    constructor = kept->withoutArgument;
   } else {
-    string = NewJavaText(env, valueText.getCharPtr());
+    const NarrowText narrow(text);
+    string = NewJavaText(env, narrow.Get());
     if (!string) {
       return nullptr;
     }
     argument[0].l = string.Get();
   }
-  const jmethodID constructor = FindJavaMethod(env, cls, "<init>", signature);
   if (constructor == nullptr) {
     return nullptr;
   }
-  return NewJavaObject(env, cls, constructor, argument).Release();
+  if (!isString) {
+    return NewJavaObject(env, kept->cls, constructor, argument).Release();
+  }
+  // Without a frame: the constructors of strings throw nothing.
+  auto made = LocalRef<jobject>::Adopt(env, env->NewObjectA(kept->cls, constructor, argument));
+  return bean::IsJavaExceptionHappened(env, nullptr) ? nullptr : made.Release();
 }
 
-bool CBeanMethodInvoke::ProcessArray(type::Object* array, WideString& typeName,
-                                     WideString& valueText, jvalue* value, WideString& signature,
-                                     int& number) {
+bool CBeanMethodInvoke::ProcessArray(type::Object* array, const wchar_t* typeName, jvalue* value,
+                                     JavaSignature& signature, int& number) {
   number = kReferenceNumber;
   if (array != nullptr) {
     auto* const values = dynamic_cast<type::Array*>(array);
     const TypeDesc& desc = array->GetMetaItemType();
     return values != nullptr && desc.arrayInfo != nullptr &&
-           ProcessParamArray(*values, desc, typeName, valueText, value, signature, number);
+           ProcessParamArray(*values, desc, value, signature);
   }
   std::size_t const dimensions =
       returnType.arrayInfo == nullptr ? 1 : returnType.arrayInfo->dimensions.size();
   if (dimensions > 2) {
     return false;
   }
-  signature.append(dimensions == 2 ? L"[[" : L"[");
-  if (const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr())) {
-    signature.append(primitive->code);
+  signature.Append(dimensions == 2 ? "[[" : "[");
+  if (const JavaPrimitive* const primitive = FindPrimitive(typeName)) {
+    signature.Append(primitive->code);
     return true;
   }
-  return AppendClassCode(SlashForm(typeName), signature);
+  return AppendClass(typeName, signature);
 }
 
-bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& desc,
-                                          WideString& typeName, WideString& valueText,
-                                          jvalue* value, WideString& signature, int& number) {
-  array.GetDesc(typeName);
+bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& desc, jvalue* value,
+                                          JavaSignature& signature) {
+  WideString description;
+  array.GetDesc(description);
+  const wchar_t* const typeName = description.getWCharPtr();
   std::size_t const dimensions = desc.arrayInfo->dimensions.size();
   if (dimensions == 2) {
-    number = kReferenceNumber;
-    signature.append(L"[");
-    return Process2DArray(&array, typeName, valueText, value, signature);
+    signature.Append('[');
+    return Process2DArray(&array, typeName, value, signature);
   }
   if (dimensions != 1) {
     return false;
   }
   const auto count = static_cast<unsigned int>(std::max(ElementCount(array, 0), 1));
-  const JavaPrimitive* const primitive = FindPrimitive(typeName.getWCharPtr());
+  const JavaPrimitive* const primitive = FindPrimitive(typeName);
   if (primitive != nullptr) {
     if (primitive->toArray == nullptr) {
       return false;
     }
-    signature.append(L"[");
-    signature.append(primitive->code);
+    signature.Append('[');
+    signature.Append(primitive->code);
     value->l = StartsAtZero(array) ? primitive->toArray(env, count, &array) : nullptr;
     return true;
   }
-  signature.append(L"[");
-  if (!AppendClassCode(SlashForm(typeName), signature) || !StartsAtZero(array)) {
+  signature.Append('[');
+  if (!AppendClass(typeName, signature) || !StartsAtZero(array)) {
     return false;
   }
   value->l = CreateObjectArray(array, count, typeName);
   return value->l != nullptr;
 }
 
-LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item, WideString& typeName) {
-  WideString text;
-  item.GetValueAsString(text);
-  const jobject element = CreateObject(typeName, text);
-  const char* const name = typeName.getCharPtr();
-  const bool isHandlersOwn = name == nullptr || FindTextClass(name) == nullptr;
+LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item,
+                                                   const wchar_t* typeName) {
+  WideString made;
+  const jobject element = CreateObject(typeName, TextOf(item, made));
+  const bool isHandlersOwn = FindTextClass(typeName) == nullptr;
   // Every element is released alike, so a handler's reference gets a local one beside it.
   return LocalRef<jobject>::Adopt(
       env, isHandlersOwn && element != nullptr ? env->NewLocalRef(element) : element);
 }
 
 jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned int count,
-                                                  WideString& typeName) {
+                                                  const wchar_t* typeName) {
   LocalRef<jobjectArray> result;
   for (unsigned int i = 0; i < count; ++i) {
     const type::Object* const item = array.GetItemAt(i);
@@ -323,9 +343,8 @@ jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned i
   return result.Release();
 }
 
-bool CBeanMethodInvoke::Process2DArray(type::Array* array, WideString& typeName,
-                                       WideString& valueText, jvalue* value,
-                                       WideString& signature) {
+bool CBeanMethodInvoke::Process2DArray(type::Array* array, const wchar_t* typeName, jvalue* value,
+                                       JavaSignature& signature) {
   const TypeDesc& desc = array->GetMetaItemType();
   if (desc.arrayInfo == nullptr || desc.arrayInfo->dimensions.size() != 2 ||
       !StartsAtZero(*array)) {
@@ -333,15 +352,15 @@ bool CBeanMethodInvoke::Process2DArray(type::Array* array, WideString& typeName,
   }
   const int rows = ElementCount(*array, 0);
   const int columns = ElementCount(*array, 1);
-  TypeDesc rowDesc(GetTypeDesc(typeName.getWCharPtr()).key, TypeDesc::RefType::ByValue, true);
-  rowDesc.typeName = typeName;
+  TypeDesc rowDesc(GetTypeDesc(typeName).key, TypeDesc::RefType::ByValue, true);
+  rowDesc.typeName.assign(typeName);
   rowDesc.arrayInfo->AddDimensionInfo(0, columns);
   LentRow row(*array);
-  if (!row.Create(rowDesc, typeName)) {
+  if (!row.Create(rowDesc, rowDesc.typeName)) {
     return false;
   }
   LocalRef<jobjectArray> outer;
-  WideString otherRowsCode;
+  JavaSignature otherRowsCode;
   for (int r = 0; r < rows; ++r) {
     if (!row.Fill(static_cast<unsigned int>(r) * static_cast<unsigned int>(columns))) {
       return false;
@@ -349,8 +368,8 @@ bool CBeanMethodInvoke::Process2DArray(type::Array* array, WideString& typeName,
     jvalue rowValue;
     rowValue.l = nullptr;
     int number = 0;
-    const bool isMade = ProcessArray(&row.Get(), typeName, valueText, &rowValue,
-                                     r == 0 ? signature : otherRowsCode, number);
+    const bool isMade =
+        ProcessArray(&row.Get(), nullptr, &rowValue, r == 0 ? signature : otherRowsCode, number);
     const auto javaRow = LocalRef<jobject>::Adopt(env, rowValue.l);
     if (!isMade && javaRow) {
       return false;
