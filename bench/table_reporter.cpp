@@ -12,8 +12,8 @@ double Ratio(double ours, double floor) { return floor > 0 ? ours / floor : 0.0;
 }  // namespace
 
 bool TableReporter::ReportContext(const Context& context) {
-  std::printf("%d processors, %.0f MHz; median of the repetitions\n", context.cpu_info.num_cpus,
-              context.cpu_info.cycles_per_second / 1e6);
+  std::printf("%d processors, %.0f MHz; median of the repetitions, CPU time\n",
+              context.cpu_info.num_cpus, context.cpu_info.cycles_per_second / 1e6);
   return true;
 }
 
@@ -31,8 +31,10 @@ void TableReporter::ReportRuns(const std::vector<Run>& runs) {
       continue;
     }
     order[run.family_index] = work;
-    const double nanoseconds =
-        run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e9;
+    // The calling thread's own time: other work on the machine doesn't count.
+    const bool isParallel = run.run_name.time_type == "real_time";
+    const double time = isParallel ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
+    const double nanoseconds = time / benchmark::GetTimeUnitMultiplier(run.time_unit) * 1e9;
     Row& row = rows[work];
     std::string const kind = name.substr(bar + 1);
     (kind == "ours" ? row.ours : kind == "floor" ? row.floor : row.base) = nanoseconds;
