@@ -84,15 +84,24 @@ NarrowBuffer NarrowCopy(const wchar_t* s) {
 }  // namespace
 
 constinit const WideString WideString::empty;
+const WideString::NumberFormats WideString::numberFormats = {L"%d", L"%f"};
 
 WideString::WideString(const char* s) { assign(s); }
 
-WideString::WideString(const wchar_t* s) : wideBuffer(CopyOf(s)) {}
+WideString::WideString(const wchar_t* s) : wideBuffer(CopyOf(s).release()) {}
 
-WideString::WideString(const WideString& o) : wideBuffer(CopyOf(o.wideBuffer.get())) {}
+WideString::WideString(const WideString& o)
+    : wideBuffer(IsFormat(o.wideBuffer.get()) ? o.wideBuffer.get()
+                                              : CopyOf(o.wideBuffer.get()).release()) {}
 
 WideString& WideString::operator=(const WideString& o) {
   assign(o.wideBuffer.get());
+  return *this;
+}
+
+WideString& WideString::assignFormat(const wchar_t (&format)[3]) {
+  wideBuffer.reset(const_cast<wchar_t*>(format));
+  narrowCopy.reset();
   return *this;
 }
 
@@ -103,13 +112,13 @@ WideString& WideString::assign(const char* s) {
   if (wide != nullptr && count < length) {
     wide = CopyOf(wide.get(), count);
   }
-  wideBuffer = std::move(wide);
+  wideBuffer.reset(wide.release());
   narrowCopy.reset();
   return *this;
 }
 
 WideString& WideString::assign(const wchar_t* s) {
-  wideBuffer = CopyOf(s);
+  wideBuffer.reset(CopyOf(s).release());
   narrowCopy.reset();
   return *this;
 }
@@ -122,7 +131,7 @@ WideString& WideString::assign(const wchar_t* s, int count) {
     std::wcsncpy(wide.get(), s, size);
     wide[size] = L'\0';
   }
-  wideBuffer = std::move(wide);
+  wideBuffer.reset(wide.release());
   narrowCopy.reset();
   return *this;
 }
@@ -130,7 +139,7 @@ WideString& WideString::assign(const wchar_t* s, int count) {
 WideString& WideString::append(const wchar_t* s) {
   if (s != nullptr) {
     std::size_t const length = wideBuffer == nullptr ? 0 : std::wcslen(wideBuffer.get());
-    wideBuffer = Join(wideBuffer.get(), length, s, std::wcslen(s));
+    wideBuffer.reset(Join(wideBuffer.get(), length, s, std::wcslen(s)).release());
     narrowCopy.reset();
   }
   return *this;
@@ -190,7 +199,7 @@ WideString WideString::substr(int start, int count) const {
   const auto first = static_cast<std::size_t>(start);
   std::size_t const rest = length - first;
   std::size_t const taken = count == -1 ? rest : std::min(rest, static_cast<std::size_t>(count));
-  part.wideBuffer = CopyOf(wideBuffer.get() + first, taken);
+  part.wideBuffer.reset(CopyOf(wideBuffer.get() + first, taken).release());
   return part;
 }
 

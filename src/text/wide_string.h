@@ -5,8 +5,9 @@
 // The wide string that every name, identifier, type description and text value travels in.
 //
 // Characters are wchar_t holding UTF-32 code points. The text is kept in one heap buffer, null for
-// the empty string. A narrow copy in the process's multibyte encoding (LC_CTYPE) is made on demand
-// and kept until the text changes. An argument may point into the string's own text or narrow copy.
+// the empty string; the formats of numbers, which every number value carries, are constants. A
+// narrow copy in the process's multibyte encoding (LC_CTYPE) is made on demand and kept until the
+// text changes. An argument may point into the string's own text or narrow copy.
 //
 // Failed conversions show in the results; a failed allocation throws std::bad_alloc.
 //
@@ -16,6 +17,13 @@ class WideString {
  public:
   // The process-wide empty string.
   static const WideString empty;
+
+  // The printf formats of numbers, for assignFormat.
+  struct NumberFormats {
+    wchar_t whole[3];
+    wchar_t real[3];
+  };
+  static const NumberFormats numberFormats;
 
   constexpr WideString() noexcept = default;
   WideString(const char* s);
@@ -34,6 +42,9 @@ class WideString {
   // The first `count` characters of `s`, in a buffer of count + 1 characters that is filled up with
   // NULs. `count` must not be negative.
   WideString& assign(const wchar_t* s, int count);
+
+  // One of numberFormats, which isn't copied.
+  WideString& assignFormat(const wchar_t (&format)[3]);
 
   // Appends `s`; null, or narrow text that can't be decoded, leaves the text as it is. (Appending
   // an empty wide text to an empty string gives it a buffer that holds just the terminator.)
@@ -69,6 +80,17 @@ class WideString {
   int find(const wchar_t* s) const;
 
  private:
-  std::unique_ptr<wchar_t[]> wideBuffer;
+  struct FreeText {
+    void operator()(wchar_t* text) const {
+      if (!IsFormat(text)) {
+        delete[] text;
+      }
+    }
+  };
+  static bool IsFormat(const wchar_t* text) {
+    return text == numberFormats.whole || text == numberFormats.real;
+  }
+
+  std::unique_ptr<wchar_t[], FreeText> wideBuffer;
   mutable std::unique_ptr<char[]> narrowCopy;
 };

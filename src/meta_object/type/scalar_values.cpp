@@ -42,7 +42,9 @@ wchar_t WidenByte(unsigned char byte) {
 
 }  // namespace
 
-Int::Int(long value) : Object(TypeDesc::Key::Int), value(value) { valueFormat.assign(L"%d"); }
+Int::Int(long value) : Object(TypeDesc::Key::Int), value(value) {
+  valueFormat.assignFormat(WideString::numberFormats.whole);
+}
 
 Object* Int::Clone() const { return new Int(*this); }
 
@@ -52,7 +54,9 @@ void Int::GetDesc(WideString& text) const {
 
 void Int::SetDesc(const WideString& text) { value = ReadWhole(text); }
 
-Real::Real(double value) : Object(TypeDesc::Key::Real), value(value) { valueFormat.assign(L"%f"); }
+Real::Real(double value) : Object(TypeDesc::Key::Real), value(value) {
+  valueFormat.assignFormat(WideString::numberFormats.real);
+}
 
 Object* Real::Clone() const { return new Real(*this); }
 
