@@ -49,33 +49,33 @@ TypeDesc DescribeClass(const ZuText& name) {
   return desc;
 }
 
-// The elements of a walk that aren't converted yet; their references go with it.
-class Elements {
- public:
-  explicit Elements(JNIEnv* env) : env(env) {}
-  Elements(const Elements&) = delete;
-  Elements& operator=(const Elements&) = delete;
-  ~Elements() {
-    for (const jobject object : objects) {
-      GlobalRef<jobject>::Adopt(env, object).Reset();
+// Appends the value of each element. False, with the rest left out, when one can't be converted.
+bool ConvertElements(WalkedElements& elements, CBeanMethodInvoke& conversion,
+                     std::list<type::Object*>& items, int* delivered) {
+  std::size_t index = 0;
+  for (const WalkedElements::Run& run : elements.Runs()) {
+    conversion.SetReturnDataType(DescribeClass(run.type));
+    for (; index < run.end; ++index) {
+      const auto element = elements.Take(index);
+      jvalue value;
+      value.l = element.Get();
+      type::Object* made = nullptr;
+      if (!conversion.TranslateJavaResult(value, &made, kReferenceNumber)) {
+        return false;
+      }
+      ItemPtr item(made);
+      if (item != nullptr) {
+        item->SetInvoke(true);
+      }
+      items.push_back(item.get());
+      static_cast<void>(item.release());
+      if (delivered != nullptr) {
+        ++*delivered;
+      }
     }
   }
-
-  bool IsEmpty() const { return objects.empty(); }
-  GlobalRef<jobject> TakeFirst(ZuText& type) {
-    type = types.front();
-    auto first = GlobalRef<jobject>::Adopt(env, objects.front());
-    types.pop_front();
-    objects.pop_front();
-    return first;
-  }
-
-  std::list<jobject> objects;
-  std::list<ZuText> types;
-
- private:
-  JNIEnv* env;
-};
+  return true;
+}
 
 }  // namespace
 
@@ -106,36 +106,12 @@ HandlerStatus BeanHandler::GetNextItems(context::CollectionContext& context, int
     *delivered = 0;
   }
   return OnOpenWalk(context, [&](JCollection& walk) {
-    Elements elements(walk.GetEnv());
-    if (!walk.Next(count, elements.objects, elements.types)) {
+    WalkedElements elements(walk.GetEnv());
+    if (!walk.Next(count, elements)) {
       return handler_status::kNoCollection;
     }
     CBeanMethodInvoke conversion(WideString::empty, walk.GetEnv(), objectRef, false);
-    ZuText type;
-    std::string convertedType;
-    while (!elements.IsEmpty()) {
-      auto const element = elements.TakeFirst(type);
-      if (convertedType != type.GetTextEx()) {
-        convertedType = type.GetTextEx();
-        conversion.SetReturnDataType(DescribeClass(type));
-      }
-      jvalue value;
-      value.l = element.Get();
-      type::Object* made = nullptr;
-      if (!conversion.TranslateJavaResult(value, &made, kReferenceNumber)) {
-        return handler_status::kNoCollection;
-      }
-      ItemPtr item(made);
-      if (item != nullptr) {
-        item->SetInvoke(true);
-      }
-      items.push_back(item.get());
-      static_cast<void>(item.release());
-      if (delivered != nullptr) {
-        ++*delivered;
-      }
-    }
-    return handler_status::kSuccess;
+    return StatusOf(ConvertElements(elements, conversion, items, delivered));
   });
 }
 

@@ -9,6 +9,25 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
+WalkedElements::~WalkedElements() {
+  for (const jobject object : objects) {
+    GlobalRef<jobject>::Adopt(env, object).Reset();
+  }
+}
+
+void WalkedElements::Add(GlobalRef<jobject> element, const ZuText& type, bool isOfNewClass) {
+  objects.push_back(element.Get());
+  static_cast<void>(element.Release());
+  if (isOfNewClass || runs.empty()) {
+    runs.push_back({type, 0});
+  }
+  runs.back().end = objects.size();
+}
+
+GlobalRef<jobject> WalkedElements::Take(std::size_t index) {
+  return GlobalRef<jobject>::Adopt(env, std::exchange(objects[index], nullptr));
+}
+
 JCollection::~JCollection() { CloseCollection(); }
 
 bool JCollection::SetCollection(jobject collection, JNIEnv* env) {
@@ -80,7 +99,7 @@ bool JCollection::HasNext(bool& has) {
   return !IsJavaExceptionHappened(env, nullptr);
 }
 
-bool JCollection::Next(int, std::list<jobject>& objects, std::list<ZuText>& types) {
+bool JCollection::Next(int, WalkedElements& elements) {
   bool has = false;
   if (!IsCollection() || iterator == nullptr || hasNextMethod == nullptr || nextMethod == nullptr ||
       !HasNext(has)) {
@@ -109,9 +128,7 @@ bool JCollection::Next(int, std::list<jobject>& objects, std::list<ZuText>& type
       return false;
     }
     if (type.GetSize() > 0) {
-      types.push_back(type);
-      objects.push_back(reference.Get());
-      static_cast<void>(reference.Release());
+      elements.Add(std::move(reference), type, !isKnown);
     }
   }
   return true;

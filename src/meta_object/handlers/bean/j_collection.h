@@ -2,12 +2,40 @@
 
 #include <jni.h>
 
-#include <list>
+#include <cstddef>
+#include <vector>
 
 #include "meta_object/handlers/bean/bean_introspector.h"
+#include "meta_object/handlers/bean/java_refs.h"
 #include "text/zu_text.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
+
+// What a walk has collected: global references, which go with it, and their class's names in
+// modified UTF-8, one for each run of elements of one class. For one thread.
+class WalkedElements {
+ public:
+  struct Run {
+    ZuText type;
+    std::size_t end;  // one past the run's last element
+  };
+
+  explicit WalkedElements(JNIEnv* env) : env(env) {}
+  WalkedElements(const WalkedElements&) = delete;
+  WalkedElements& operator=(const WalkedElements&) = delete;
+  ~WalkedElements();
+
+  // Takes an element over. A new run begins with it where `isOfNewClass`.
+  void Add(GlobalRef<jobject> element, const ZuText& type, bool isOfNewClass);
+  const std::vector<Run>& Runs() const { return runs; }
+  // Hands an element out.
+  GlobalRef<jobject> Take(std::size_t index);
+
+ private:
+  JNIEnv* env;
+  std::vector<jobject> objects;
+  std::vector<Run> runs;
+};
 
 // One walk over a Java object that has iterator() and size(). Belongs to the thread whose
 // environment it keeps. No operation leaves a Java exception pending or a local reference behind.
@@ -30,10 +58,9 @@ class JCollection {
   // Lends the environment of the walk's thread; null before SetCollection.
   JNIEnv* GetEnv() const { return env; }
 
-  // Appends every remaining element, as a global reference that the caller deletes, and its class's
-  // name in modified UTF-8. False when there is no iterator, an element is null or something threw;
-  // what was appended stays. `count` is not used.
-  bool Next(int count, std::list<jobject>& objects, std::list<ZuText>& types);
+  // Appends every remaining element. False when there is no iterator, an element is null or
+  // something threw; what was appended stays. `count` is not used.
+  bool Next(int count, WalkedElements& elements);
   // The class name of an object; false, with `type` empty, when it can't be had.
   bool GetObjectType(JNIEnv* env, jobject object, ZuText& type, BeanIntrospector& introspector);
   // Passes over up to `count` elements; none for a count below 1. False without an iterator.
