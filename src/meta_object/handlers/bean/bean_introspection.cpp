@@ -1,8 +1,9 @@
-#include <algorithm>
+#include <array>
 #include <cstdio>
-#include <cwchar>
+#include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "meta_object/handlers/bean/bean_handler.h"
 #include "meta_object/handlers/bean/bean_introspector.h"
@@ -67,12 +68,11 @@ std::string AccessorName(const char* prefixId, const WideString& propertyName) {
   return name;
 }
 
-void AddParam(CachedMethodInfo& method, const WideString& name, const TypeDesc& type,
-              ParamDirection direction) {
+void AddParam(CachedMethodInfo& method, WideString name, TypeDesc type, ParamDirection direction) {
   if (method.params == nullptr) {
     method.params = new CachedMethodInfo::ParamList;
   }
-  auto param = std::make_unique<CachedParamInfo>(name, type, direction);
+  auto param = std::make_unique<CachedParamInfo>(std::move(name), std::move(type), direction);
   method.params->push_back(param.get());
   static_cast<void>(param.release());
 }
@@ -139,19 +139,8 @@ bool ReadName(JNIEnv* env, jarray names, jint index, WideString& name) {
   if (!text) {
     return true;
   }
-  const jint length = env->GetStringLength(text.Get());
-  WideString whole;
-  AppendJavaText(env, text.Get(), whole);
-  if (IsJavaExceptionHappened(env, nullptr)) {
-    return false;
-  }
-  if (const wchar_t* const characters = whole.getWCharPtr()) {
-    std::wstring buffer(static_cast<std::size_t>(length) + 1, L'\0');
-    std::wcsncpy(buffer.data(), characters, static_cast<std::size_t>(length));
-    TrimJavaString(buffer.data(), length);
-    name.assign(buffer.c_str());
-  }
-  return true;
+  AppendJavaText(env, text.Get(), name);
+  return !IsJavaExceptionHappened(env, nullptr);
 }
 
 // Reads the parameters of regular methods of one class.
@@ -175,15 +164,16 @@ struct ParamReader {
       return true;
     }
     WideString given;
-    WideString name;
     WideString typeName;
     for (jint i = 0; i < count; ++i) {
       if (!ReadName(env, names.Get(), i, given) || !ReadName(env, types.Get(), i, typeName)) {
         return false;
       }
+      WideString name;
       handler.GetParamName(i + 1, given.getWCharPtr(), name);
-      const TypeDesc type = GetTypeDesc(typeName.getWCharPtr());
-      AddParam(method, name, type, DirectionOf(type));
+      TypeDesc type = GetTypeDesc(typeName.getWCharPtr());
+      const ParamDirection direction = DirectionOf(type);
+      AddParam(method, std::move(name), std::move(type), direction);
     }
     return true;
   }
@@ -342,10 +332,10 @@ void BeanHandler::GetParamName(int number, const wchar_t* given, WideString& out
     out.assign(given);
     return;
   }
-  char prefix[kPrefixSize] = "";
-  LoadString(_HandlerInfo.moduleHandle, "param", prefix, sizeof prefix);
-  out.assign(prefix);
-  out.append(text::PrintInteger(number).c_str());
+  std::array<char, kPrefixSize + sizeof(text::PrintedInteger)> name;
+  LoadString(_HandlerInfo.moduleHandle, "param", name.data(), kPrefixSize);
+  std::strcat(name.data(), text::PrintInteger(number).c_str());
+  out.assign(name.data());
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -29,7 +29,7 @@ constexpr wchar_t kArrayPrefix[] = L"array of ";
 using Key = TypeDesc::Key;
 
 struct JavaTypeRow {
-  const wchar_t* name;
+  std::wstring_view name;
   Key key;
 };
 
@@ -64,7 +64,7 @@ constexpr JavaTypeRow javaTypeSig[] = {
 };
 
 // A JNI letter resolves to the primitive type's name before it.
-const JavaTypeRow* FindJavaType(const std::wstring& name) {
+const JavaTypeRow* FindJavaType(std::wstring_view name) {
   for (std::size_t row = 0; row < std::size(javaTypeSig); ++row) {
     if (name == javaTypeSig[row].name) {
       const bool isLetter = row > 0 && (row - 1) % 3 == 1;
@@ -74,9 +74,14 @@ const JavaTypeRow* FindJavaType(const std::wstring& name) {
   return nullptr;
 }
 
-bool EndsInNameCharacter(const wchar_t* text, std::size_t length) {
-  const wchar_t last = text[length - 1];
-  return quenlatrix::text::iswalnum(last) || last == L'_';
+bool EndsInNameCharacter(std::wstring_view text) {
+  const wchar_t last = text.back();
+  const bool isAsciiLetter = (last | 0x20) >= L'a' && (last | 0x20) <= L'z';
+  return isAsciiLetter || quenlatrix::text::iswalnum(last) || last == L'_';
+}
+
+void Assign(WideString& target, std::wstring_view text) {
+  target.assign(text.data(), static_cast<int>(text.size()));
 }
 
 const char* Narrow(const WideString& text) {
@@ -196,27 +201,31 @@ void mangleMethodName(WideString& name, MethodType& type) {
 }
 
 TypeDesc GetTypeDesc(const wchar_t* javaTypeName) {
-  std::wstring name = javaTypeName == nullptr ? L"" : javaTypeName;
+  std::wstring_view name = javaTypeName == nullptr ? L"" : javaTypeName;
   std::size_t const dimensions = std::min(name.find_first_not_of(L'['), name.size());
-  name.erase(0, dimensions);
+  name.remove_prefix(dimensions);
   if (name.size() >= 2 && name.front() == L'L' && name.back() == L';') {
-    name.erase(0, 1);
+    name.remove_prefix(1);
   }
-  if (name.size() >= 2 && !EndsInNameCharacter(name.c_str(), name.size())) {
-    name.pop_back();
+  if (name.size() >= 2 && !EndsInNameCharacter(name)) {
+    name.remove_suffix(1);
   }
 
   const JavaTypeRow* const row = FindJavaType(name);
-  const wchar_t* const typeName = row == nullptr ? name.c_str() : row->name;
+  std::wstring_view const typeName = row == nullptr ? name : row->name;
   TypeDesc desc(row == nullptr ? Key::Object : row->key, TypeDesc::RefType::ByValue,
                 dimensions > 0);
-  desc.typeName.assign(typeName);
+  Assign(desc.typeName, typeName);
+  if (dimensions == 0) {
+    Assign(desc.displayName, typeName);
+    return desc;
+  }
   std::wstring displayName;
   for (std::size_t i = 0; i < dimensions; ++i) {
     displayName += kArrayPrefix;
     desc.arrayInfo->AddDimensionInfo(0, -1);
   }
-  desc.displayName.assign((displayName + typeName).c_str());
+  Assign(desc.displayName, displayName.append(typeName));
   return desc;
 }
 
@@ -226,7 +235,7 @@ void TrimJavaString(wchar_t* text, int length) {
     return;
   }
   std::size_t const actual = std::wcslen(text);
-  if (actual >= 2 && !EndsInNameCharacter(text, actual)) {
+  if (actual >= 2 && !EndsInNameCharacter({text, actual})) {
     text[actual - 1] = L'\0';
   }
 }
