@@ -149,10 +149,17 @@ WideString& WideString::append(const char* s) {
   if (wideBuffer == nullptr) {
     return assign(s);
   }
-  std::size_t count = 0;
-  const WideBuffer wide = s == nullptr ? nullptr : WidenCopy(s, std::strlen(s), count);
+  if (s != nullptr) {
+    std::size_t const length = std::wcslen(wideBuffer.get());
+    std::size_t const tailLength = std::strlen(s);
+    WideBuffer joined(new wchar_t[length + tailLength + 1]);
+    std::copy_n(wideBuffer.get(), length, joined.get());
+    if (Widen(s, tailLength, joined.get() + length) != failed) {
+      wideBuffer.reset(joined.release());
+    }
+  }
   narrowCopy.reset();
-  return append(wide.get());
+  return *this;
 }
 
 char* WideString::getCharPtr() const {

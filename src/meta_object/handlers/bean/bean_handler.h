@@ -119,7 +119,7 @@ class BeanHandler : public Handler {
 
  private:
   // Makes the instance: the status of CreateObjectImp once security and identity are settled.
-  HandlerStatus MakeInstance(JNIEnv* env, const char* identity);
+  HandlerStatus MakeInstance(JNIEnv* env);
   // The host's record of this object's class; null when there is none.
   const info::cache::CachedObjectInfo* CachedClass() const;
 

@@ -139,7 +139,10 @@ bool ReadName(JNIEnv* env, jarray names, jint index, WideString& name) {
   if (!text) {
     return true;
   }
-  AppendJavaText(env, text.Get(), name);
+  // Most parameters have no name.
+  if (env->GetStringLength(text.Get()) > 0) {
+    AppendJavaText(env, text.Get(), name);
+  }
   return !IsJavaExceptionHappened(env, nullptr);
 }
 

@@ -36,11 +36,11 @@ HandlerStatus BeanHandler::CreateObjectImp(const char* identity,
       return handler_status::kInvalidIdentity;
     }
     JavaThread const thread;
-    return thread ? MakeInstance(thread.Get(), identity) : handler_status::kObjectNotMade;
+    return thread ? MakeInstance(thread.Get()) : handler_status::kObjectNotMade;
   });
 }
 
-HandlerStatus BeanHandler::MakeInstance(JNIEnv* env, const char* identity) {
+HandlerStatus BeanHandler::MakeInstance(JNIEnv* env) {
   std::string className = objectIdentity.handlerData;
   const JavaUtf8 slashName(dotsToSlashes(className.data()));
   if (slashName.Get() == nullptr) {
@@ -65,7 +65,6 @@ HandlerStatus BeanHandler::MakeInstance(JNIEnv* env, const char* identity) {
   if (bean::IsJavaExceptionHappened(env, nullptr) || !objectReference) {
     return handler_status::kObjectNotMade;
   }
-  objectIdentity.SetIdentity(identity);
   liveReferences.Add(objectReference.Get());
   classRef = classReference.Release();
   objectRef = objectReference.Release();

@@ -57,7 +57,16 @@ HandlerStatus CBeanMethodInvoke::PrepareMethodCall(std::list<type::Object*>& par
 }
 
 HandlerStatus CBeanMethodInvoke::SetReturnDataType(const TypeDesc& type) {
-  returnType = type;
+  // What a call reads of it: the names for people stay where they are.
+  WideString typeName(type.typeName);
+  std::unique_ptr<TypeDesc::ArrayInfo> arrayInfo;
+  if (type.arrayInfo != nullptr) {
+    arrayInfo = std::make_unique<TypeDesc::ArrayInfo>(*type.arrayInfo);
+  }
+  returnType.key = type.key;
+  returnType.refType = type.refType;
+  returnType.typeName = std::move(typeName);
+  returnType.arrayInfo = std::move(arrayInfo);
   return handler_status::kSuccess;
 }
 
@@ -98,10 +107,8 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
   } else {
     status.failureText.assign(L"JavaBean method call failed");
   }
-  WideString wideName;
-  MethodId2MethodName(methodName, wideName);
   status.description.assign(L"Method: ");
-  status.description.append(wideName.getWCharPtr());
+  status.description.append(name.Get());
   return handler_status::kCallFailed;
 }
 

@@ -122,7 +122,7 @@ class CBeanMethodInvoke {
                 int columns);
 
   std::list<type::Object*> params;
-  TypeDesc returnType;
+  TypeDesc returnType;  // without display name, detail, items and members
   MethodType methodType = MethodType::Invoke;
   WideString methodName;
   JNIEnv* env;

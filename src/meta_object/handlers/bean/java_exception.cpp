@@ -2,6 +2,7 @@
 
 #include "meta_object/handlers/bean/java_refs.h"
 #include "meta_object/handlers/bean/java_text.h"
+#include "meta_object/handlers/bean/plugin_state.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -10,11 +11,7 @@ namespace {
 // A toString() that throws in its turn leaves `text` with its prefix; what it threw is dropped.
 void DescribeException(JNIEnv* env, jthrowable exception, WideString& text) {
   text.assign(L"Java Exception: ");
-  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(exception));
-  if (!cls) {
-    return;
-  }
-  if (const jmethodID toString = env->GetMethodID(cls.Get(), "toString", "()Ljava/lang/String;")) {
+  if (const jmethodID toString = keptLookups.FindToString(env)) {
     const auto description =
         LocalRef<jstring>::Adopt(env, env->CallObjectMethod(exception, toString));
     if (!env->ExceptionCheck() && description) {

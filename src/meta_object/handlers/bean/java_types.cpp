@@ -192,9 +192,11 @@ const wchar_t* SkipText(const wchar_t* name, const char* ascii, const char* end)
   return name;
 }
 
-bool IsText(const wchar_t* name, const char* ascii) {
-  for (; *name == static_cast<wchar_t>(*ascii); ++ascii, ++name) {
-    if (*ascii == '\0') {
+// Short texts, most of which differ in their first letter: no call pays here.
+template <class Character>
+bool IsText(const wchar_t* name, const Character* text) {
+  for (; *name == static_cast<wchar_t>(*text); ++text, ++name) {
+    if (*name == L'\0') {
       return true;
     }
   }
@@ -213,8 +215,7 @@ const JavaPrimitive* FindPrimitive(const wchar_t* name) {
     return nullptr;
   }
   for (const JavaPrimitive& row : kPrimitives) {
-    // Most names differ in their first letter already.
-    if (*row.name == *name && std::wcscmp(row.name, name) == 0) {
+    if (IsText(name, row.name)) {
       return &row;
     }
   }

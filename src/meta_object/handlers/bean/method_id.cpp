@@ -105,7 +105,8 @@ const wchar_t* Wide(const WideString& text) {
 
 // Most identifiers are told by their first letter.
 MethodType KindOf(const wchar_t* id) {
-  if (std::wcschr(L"sSgG", *id) == nullptr) {
+  const wchar_t first = *id | 0x20;
+  if (first != L's' && first != L'g') {
     return MethodType::Invoke;
   }
   const NarrowText narrow(id);
