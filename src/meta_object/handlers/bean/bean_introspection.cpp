@@ -1,6 +1,4 @@
-#include <array>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <utility>
@@ -335,10 +333,11 @@ void BeanHandler::GetParamName(int number, const wchar_t* given, WideString& out
     out.assign(given);
     return;
   }
-  std::array<char, kPrefixSize + sizeof(text::PrintedInteger)> name;
-  LoadString(_HandlerInfo.moduleHandle, "param", name.data(), kPrefixSize);
-  std::strcat(name.data(), text::PrintInteger(number).c_str());
-  out.assign(name.data());
+  char prefix[kPrefixSize] = "";
+  LoadString(_HandlerInfo.moduleHandle, "param", prefix, sizeof prefix);
+  std::string name = prefix;
+  name += text::PrintInteger(number).c_str();
+  out.assign(name.c_str());
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean
