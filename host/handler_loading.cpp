@@ -32,7 +32,7 @@ void LoadOne(RegisteredHandler& handler, HandlerSet& handlers) {
   }
   // A full path replaces the root.
   const PluginLibrary* plugin =
-      handlers.Add((fs::path(InstallationRoot()) / path).string(), handler.why);
+      handlers.Add((fs::path(InstallationRoot()) / path).lexically_normal().string(), handler.why);
   handler.isUsed = plugin != nullptr;
   if (handler.isUsed) {
     handler.why = "serves " + plugin->GetType() + " from " + plugin->GetFile();
