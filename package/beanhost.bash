@@ -8,6 +8,7 @@ _beanhost() {
   for ((i = 1; i < COMP_CWORD; i++)); do
     case "${COMP_WORDS[i]}" in
       --class-path | --java-option | --plugin | --allow | --deny | --event-log | --skip) ((i++)) ;;
+      :) ((i++)) ;;  # bash splits a class path there
       -*) ;;
       *)
         command="${COMP_WORDS[i]}"
@@ -16,14 +17,8 @@ _beanhost() {
     esac
   done
 
-  compopt +o default 2>/dev/null
   case "${COMP_WORDS[COMP_CWORD - 1]}" in
-    --plugin | --event-log)
-      compopt -o default 2>/dev/null
-      return
-      ;;
-    --class-path)
-      # bash splits words at ":"; what stands behind the last one is completed.
+    --plugin | --event-log | --class-path | :)
       compopt -o default 2>/dev/null
       return
       ;;
