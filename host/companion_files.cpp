@@ -12,7 +12,7 @@ std::filesystem::path ProgramDirectory() {
 std::filesystem::path FindCompanion(const std::string& name) {
   const std::filesystem::path program = ProgramDirectory();
   for (const char* way : {"", QUENLATRIX_PLUGIN_FROM_BIN, QUENLATRIX_JARS_FROM_BIN}) {
-    const std::filesystem::path file = (program / way / name).lexically_normal();
+    std::filesystem::path file = (program / way / name).lexically_normal();
     std::error_code ignored;
     if (std::filesystem::exists(file, ignored)) {
       return file;
