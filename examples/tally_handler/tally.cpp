@@ -57,6 +57,7 @@ std::vector<std::wstring> Tally::Words() const {
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const auto& one, const auto& other) { return one.second > other.second; });
   std::vector<std::wstring> words;
+  words.reserve(ranked.size());
   for (auto& [word, count] : ranked) {
     words.push_back(std::move(word));
   }

@@ -1,5 +1,6 @@
 #include "tally_handler.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "meta_object/type/array.h"
@@ -46,9 +47,9 @@ int AddAll(Tally& tally, const type::Object* value) {
   if (array == nullptr) {
     throw std::invalid_argument("expected an array of words");
   }
-  std::vector<std::wstring> words;
-  for (int i = 0; i < array->GetItemCount(); ++i) {
-    words.push_back(WordIn(array->GetItemAt(static_cast<unsigned int>(i))));
+  std::vector<std::wstring> words(static_cast<std::size_t>(std::max(array->GetItemCount(), 0)));
+  for (unsigned int i = 0; i < words.size(); ++i) {
+    words[i] = WordIn(array->GetItemAt(i));
   }
   for (const std::wstring& word : words) {
     tally.Add(word);
