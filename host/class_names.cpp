@@ -27,7 +27,7 @@ ClassNames::~ClassNames() {
   thread.join();
 }
 
-void ClassNames::Look(JavaVM* machine, std::vector<std::string> entries) {
+void ClassNames::Look(JavaVM* machine, const std::vector<std::string>& entries) {
   for (const std::string& entry : entries) {
     if (isClosing) break;
     const Discovery found = DiscoverBeans(machine, entry);

@@ -26,7 +26,7 @@ class ClassNames {
   bool IsComplete() const { return isComplete; }
 
  private:
-  void Look(JavaVM* machine, std::vector<std::string> entries);
+  void Look(JavaVM* machine, const std::vector<std::string>& entries);
 
   Monitor monitor;
   std::vector<std::string> names GUARDED_BY(monitor);

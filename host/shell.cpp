@@ -62,7 +62,8 @@ class TypedShell {
   bool IsPossible() const { return editor != nullptr; }
 
   ExitStatus Run() {
-    reporter.WriteNote(kGreeting);
+    // For the person, even when standard output goes elsewhere.
+    std::cerr << kGreeting << std::flush;
     for (std::string line; !reporter.IsBroken();) {
       TellWhatEnded();
       const LineEditor::Outcome outcome = editor->Read(line);
@@ -70,7 +71,7 @@ class TypedShell {
       const OwnStatement own = OwnStatementOf(line);
       if (outcome == LineEditor::Outcome::EndOfFile || own == OwnStatement::Quit) break;
       if (own == OwnStatement::Help) {
-        reporter.WriteNote(HelpText() + kKeysHelp);
+        std::cerr << HelpText() << kKeysHelp << std::flush;
       } else if (IsStatement(line)) {
         RunOne(line);
       }

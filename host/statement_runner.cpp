@@ -65,7 +65,15 @@ StatementRunner::~StatementRunner() = default;
 std::optional<Report> StatementRunner::Run(const std::string& statement,
                                            InterruptWatch& interrupts) {
   interrupts.Clear();
-  auto job = std::make_unique<Job>(host, names, style, statement);
+  std::unique_ptr<Job> job;
+  try {
+    job = std::make_unique<Job>(host, names, style, statement);
+  } catch (const std::system_error& error) {
+    Report report;
+    report.Fail(ExitStatus::Failed, std::string("the statement can't be started: ") + error.what() +
+                                        "; there may be too many that still go on");
+    return report;
+  }
   progress.Begin(statement + ": Ctrl-C stops waiting", job->GetSession().GetElements());
   const bool hasEnded = interrupts.WaitFor(job->GetEvent());
   progress.End();
