@@ -131,8 +131,9 @@ bool LineEditor::Terminal::Start() {
   el_set(editor.get(), EL_EDITOR, "emacs");
   el_set(editor.get(), EL_SIGNAL, 1);
   el_set(editor.get(), EL_HIST, ::history, history.get());
-  el_set(editor.get(), EL_ADDFN, "bean-complete", "Completes a name", Complete);
-  el_set(editor.get(), EL_ADDFN, "bean-interrupt", "Throws the line away", Interrupt);
+  // The narrow form would make copies of these texts that nobody frees.
+  el_wset(editor.get(), EL_ADDFN, L"bean-complete", L"Completes a name", Complete);
+  el_wset(editor.get(), EL_ADDFN, L"bean-interrupt", L"Throws the line away", Interrupt);
   el_set(editor.get(), EL_BIND, "^I", "bean-complete", nullptr);
   el_set(editor.get(), EL_BIND, "^R", "em-inc-search-prev", nullptr);
   el_source(editor.get(), nullptr);

@@ -52,8 +52,7 @@ std::string HelpText() {
 class TypedShell {
  public:
   TypedShell(Host& host, const std::string& classPath, Reporter& reporter)
-      : host(host),
-        reporter(reporter),
+      : reporter(reporter),
         runner(host, names, reporter.GetStyle(), reporter.GetProgress()),
         classes(host.GetVm(), classPath),
         editor(LineEditor::Open(kPrompt, LineHistory::DefaultFile(),
@@ -88,7 +87,6 @@ class TypedShell {
   void TellWhatEnded();
   void LeaveWhatGoesOn(ExitStatus status);
 
-  Host& host;
   Reporter& reporter;
   HeldValues names;
   InterruptWatch interrupts;
