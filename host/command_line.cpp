@@ -10,8 +10,9 @@ namespace quenlatrix::host {
 namespace {
 
 constexpr const char* kStatuses =
+    "CLASS names a Java class; TYPE://DATA in its place, an object of another handler.\n"
     "Exit status: 0 done; 1 the call failed or was refused; 2 wrong usage;\n"
-    "3 nothing to run on (no Java VM, no plug-in).\n";
+    "3 nothing to run on (no Java VM, no plug-in, no handler).\n";
 
 // Options stand before the command or right behind its name.
 void AddOptions(CLI::App& app, CommandOptions& options) {
