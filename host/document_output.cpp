@@ -8,18 +8,25 @@
 
 namespace quenlatrix::host {
 
+namespace {
+
+// A standard descriptor that is closed would be that of the next file that somebody opens.
+void OccupyStandardDescriptors() {
+  for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(standard, F_GETFD) == -1) {
+      // The lowest free one, so this one: those below are taken by now.
+      open("/dev/null", O_RDWR);
+    }
+  }
+}
+
+}  // namespace
+
 DocumentOutput::DocumentOutput() {
   std::fflush(stdout);
   descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-  if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {
-    // Without a standard error there is nowhere to show it; descriptor 1 must still not be ours,
-    // nor free for the next file that somebody opens.
-    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (nowhere >= 0 && nowhere != STDOUT_FILENO) {
-      dup2(nowhere, STDOUT_FILENO);
-      close(nowhere);
-    }
-  }
+  OccupyStandardDescriptors();
+  dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
 DocumentOutput::~DocumentOutput() {

@@ -7,11 +7,12 @@ namespace quenlatrix::host {
 
 // Standard output, kept for the host's documents alone. Taking it moves descriptor 1 to standard
 // error, so whatever else writes there (a bean's System.out, the machine's warnings) cannot come
-// between. One thread at a time writes.
+// between. A standard descriptor that the program got closed then leads to "/dev/null": no file
+// that is opened later takes its place. One thread at a time writes.
 class DocumentOutput {
  public:
-  // Takes standard output over. To be made once, before anything is written and before the virtual
-  // machine starts; what C stdio still buffers is flushed first.
+  // Takes standard output over. To be made once, before anything is written, a file is opened or
+  // the virtual machine starts; what C stdio still buffers is flushed first.
   DocumentOutput();
   // Closes the private descriptor; descriptor 1 stays where it was moved.
   ~DocumentOutput();

@@ -39,9 +39,15 @@ std::string EntryText(const RegisteredHandler& handler) {
 }
 
 std::string WhyThereIsNone() {
-  std::string why = "there is no handlers.ini; looked for\n";
-  for (const std::string& place : PlacesOfRegistry()) {
-    why += "  " + place + "\n";
+  std::string why;
+  if (IsInstallationRootTooLong()) {
+    why = "the installation root is too long to look for handlers.ini there: expected at most " +
+          std::to_string(kLongestInstallationRoot) + " characters.\n";
+  } else {
+    why = "there is no handlers.ini; looked for\n";
+    for (const std::string& place : PlacesOfRegistry()) {
+      why += "  " + place + "\n";
+    }
   }
   return why +
          "Set QUENLATRIX_PATH to the directory that holds Configuration/handlers.ini. Until then "

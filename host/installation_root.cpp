@@ -42,6 +42,11 @@ void ChooseInstallationRoot() {
   unsetenv(kRootVariable);
 }
 
+bool IsInstallationRootTooLong() {
+  ZuText ignored;
+  return !config_file::ConfigFile::buildConfigPath("", ignored);
+}
+
 std::string InstallationRoot() {
   char directory[PATH_MAX];
   if (!config_file::ConfigFile::getPlatformConfigPath(directory, sizeof directory)) {

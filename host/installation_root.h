@@ -12,6 +12,10 @@ namespace quenlatrix::host {
 // installed tree keeps it. To be called while the process has one thread.
 void ChooseInstallationRoot();
 
+// No registry is looked for in a longer root.
+constexpr int kLongestInstallationRoot = 237;
+bool IsInstallationRootTooLong();
+
 // The root by the registry's rule. A relative path in "handlers.ini" starts there.
 std::string InstallationRoot();
 

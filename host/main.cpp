@@ -9,6 +9,7 @@ int main(int argc, char** argv) {
   using namespace quenlatrix::host;
   const CommandLine line = ParseCommandLine(argc, argv);
   if (line.command == nullptr) return static_cast<int>(line.status);
+  DocumentOutput output;
   ChooseInstallationRoot();
   std::string why;
   std::unique_ptr<EventLogFile> log;
@@ -17,7 +18,6 @@ int main(int argc, char** argv) {
     return static_cast<int>(ExitStatus::Usage);
   }
   ReportEvent(EVT_INFO, CAT_START, std::string("beanhost starts: ") + line.command->name);
-  DocumentOutput output;
   const ExitStatus status = line.command->run(line.options, line.words, output);
   ReportEvent(EVT_INFO, CAT_STOP,
               "beanhost stops with exit status " + std::to_string(static_cast<int>(status)));

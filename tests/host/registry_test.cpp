@@ -109,6 +109,15 @@ TEST_F(RegistryCli, KeepsEventsInAFile) {
   EXPECT_THAT(refused.err, HasSubstr("/no/such/log can't be opened: No such file or directory"));
 }
 
+TEST_F(RegistryCli, KeepsTheEventLogForEventsWhereStandardStreamsAreClosed) {
+  const std::string command = std::string(BEANHOST_PROGRAM " --event-log ") +
+                              (directory / "log").string() + " handlers >&- 2>&-";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1) << "the list went nowhere";
+  EXPECT_EQ(Events(),
+            "START      INFO     beanhost starts: handlers\n"
+            "STOP       INFO     beanhost stops with exit status 1\n");
+}
+
 TEST_F(RegistryCli, RunsOnWhatTheRegistryOrAnOptionNames) {
   const Words call = {"call", "examples.Greeter", "greet"};
   const Words withPlugin = {"--plugin", PLUGIN_FILE, "call", "examples.Greeter", "greet"};
@@ -137,6 +146,9 @@ TEST_F(RegistryCli, RunsOnWhatTheRegistryOrAnOptionNames) {
   EXPECT_EQ(none.status, 3);
   EXPECT_THAT(none.err, AllOf(HasSubstr("\n  /no/such/root/Configuration/handlers.ini\n"),
                               HasSubstr("Set QUENLATRIX_PATH"), HasSubstr("--plugin")));
+  setenv("QUENLATRIX_PATH", ("/" + std::string(237, 'r')).c_str(), 1);
+  EXPECT_THAT(Start({"handlers"}).err, HasSubstr("too long to look for handlers.ini there: "
+                                                 "expected at most 237 characters"));
   unsetenv("QUENLATRIX_PATH");
   EXPECT_THAT(Start({"handlers"}).out, StartsWith(BUILD_TREE "/Configuration/handlers.ini\n"));
 }
