@@ -61,7 +61,8 @@ class ConfigFile {
   // Writes the stanzas, attributes sorted by key. Without `merge` they replace the file, which is
   // made when it is missing. With it the file is read and they are merged into what it holds,
   // memory staying as it is; false, with the file untouched, when it can't be read or merged.
-  // False also when not all could be written: the file then holds a part. `flag` has no effect.
+  // False also when not all could be written: the file then holds a part. More bytes than a file
+  // may have are written all the same, and can't be read again. `flag` has no effect.
   bool writeFile(bool merge, bool flag);
 
   // Merges the stanzas that the other's directory lists, and that directory, into this object;
@@ -124,7 +125,7 @@ class ConfigFile {
   // `out` untouched, when the root is too long for `size`.
   static bool getPlatformConfigPath(char* out, int size);
   // A file in that directory. False, with `out` unchanged, or empty when the root is too long, for
-  // a directory of 255 and of 1024 bytes.
+  // a directory of 255 and of 1024 bytes; false also when `out` has no room for the path.
   static bool buildConfigPath(const char* name, ZuText& out);
   static ZuText buildConfigPath(const ZuText& name);
   // The directory `dir` beside it, and a file in its sibling "MiscFiles". Empty when the root is

@@ -102,8 +102,7 @@ bool ConfigFile::buildConfigPath(const char* name, ZuText& out) {
   }
   // `name` may lie in `out`.
   directory += name;
-  out = directory;
-  return true;
+  return out.SetEqualTo(directory) == directory.GetDataSize();
 }
 
 ZuText ConfigFile::buildConfigPath(const ZuText& name) {

@@ -156,6 +156,7 @@ void ZuText::RemoveEscapes(unsigned long start, long count) {
     text[kept++] = c;
   }
   if (kept < end) {
-    Replace(kept, end - kept, nullptr, 0);
+    std::memmove(text + kept, text + end, length - end);
+    KeepOnly(0, length - (end - kept));
   }
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "config_file/config_file.h"
+#include "text/zu_text_local.h"
 
 namespace {
 
@@ -28,6 +29,9 @@ TEST(ConfigPaths, AreBuiltFromTheRootThatTheEnvironmentNames) {
     EXPECT_STREQ(ConfigFile::buildPath("Logs").GetTextEx(), "/opt/x/Logs/");
     EXPECT_STREQ(ConfigFile::buildMiscFilesPath("f.txt").GetTextEx(), "/opt/x/MiscFiles/f.txt");
   }
+  ZuTextLocal<31> noRoom("as it was");
+  EXPECT_FALSE(ConfigFile::buildConfigPath("handlers.ini", noRoom));
+  EXPECT_STREQ(noRoom.GetTextEx(), "as it was");
   setenv("QUENLATRIX_PATH", "", 1);
   EXPECT_STREQ(ConfigFile::buildConfigPath(ZuText("f")).GetTextEx(), "/Configuration/f");
 }

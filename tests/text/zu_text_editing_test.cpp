@@ -26,9 +26,8 @@ void ExpectEdits(const EditCase (&cases)[count]) {
     t.SetEqualTo(before.data(), before.size(), 0);
     edit(t);
     EXPECT_EQ(t.GetSize(), after.size());
-    EXPECT_EQ(Bytes(t), after.empty() ? std::string(t.GetDataSize(), '\0')
-                                      : std::string(after.c_str(), after.size() + 1))
-        << before;
+    const std::size_t size = after.empty() ? 0 : after.size() + 1;
+    EXPECT_EQ(Bytes(t), std::string(after.c_str(), size)) << before;
   }
 }
 
