@@ -1,9 +1,6 @@
 #include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,6 +10,7 @@
 #include "config_file/config_file.h"
 #include "config_file/stanza.h"
 #include "tests/config_file/temporary_file.h"
+#include "tests/support/workers.h"
 
 namespace {
 
@@ -21,41 +19,19 @@ using Stanza = ConfigFile::Stanza;
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-// QUENLATRIX_SOAK_SECONDS makes the tests last longer than they do here.
-Clock::time_point End(std::chrono::milliseconds duration) {
-  const char* const seconds = std::getenv("QUENLATRIX_SOAK_SECONDS");
-  return Clock::now() +
-         (seconds == nullptr ? duration : std::chrono::seconds(std::strtol(seconds, nullptr, 10)));
-}
-
 using Work = std::function<bool(int worker)>;
 
 // Both expect that all of the workers, each its own process or thread, answer true.
 void RunInProcesses(int count, const Work& work) {
   std::vector<pid_t> children;
   for (int worker = 0; worker < count; ++worker) {
-    children.push_back(fork());
-    if (children.back() == 0) {
-      // The runner of the tests ends a parent that waits too long.
-      alarm(600);
-      _exit(work(worker) ? 0 : 1);
-    }
+    children.push_back(StartProcess([&work, worker] { return work(worker); }));
   }
-  for (const pid_t child : children) {
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-  }
+  for (const pid_t child : children) EXPECT_TRUE(Succeeded(child));
 }
 
-void RunInThreads(int count, const Work& work) {
-  std::vector<std::thread> threads;
-  for (int worker = 0; worker < count; ++worker) {
-    threads.emplace_back([&work, worker] { EXPECT_TRUE(work(worker)); });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+void RunInOwnThreads(int count, const Work& work) {
+  RunInThreads(count, [&work](int worker) { EXPECT_TRUE(work(worker)); });
 }
 
 int CountOf(int version) { return version % 2 == 0 ? 2 : 1000; }
@@ -87,8 +63,8 @@ TEST(ConfigFileSharing, ReadersInProcessesAndThreadsSeeWholeVersionsOnly) {
   const TemporaryFile stored;
   ConfigFile initial(stored.path.c_str(), "Directory");
   ASSERT_TRUE(WriteVersion(initial, 0));
-  for (const auto& run : {RunInProcesses, RunInThreads}) {
-    const Clock::time_point end = End(1000ms);
+  for (const auto& run : {RunInProcesses, RunInOwnThreads}) {
+    const Clock::time_point end = EndAfter(1000ms);
     run(4, [&](int worker) {
       ConfigFile file(stored.path.c_str(), "Directory");
       bool done = true;
@@ -108,7 +84,7 @@ TEST(ConfigFileSharing, ReadersInProcessesAndThreadsSeeWholeVersionsOnly) {
 
 TEST(ConfigFileSharing, NoChangeOfProcessesOrThreadsIsLost) {
   constexpr int kRounds = 30;
-  for (const auto& run : {RunInProcesses, RunInThreads}) {
+  for (const auto& run : {RunInProcesses, RunInOwnThreads}) {
     const TemporaryFile stored("[Directory]\n\n");
     run(4, [&stored](int worker) {
       bool done = true;
@@ -155,7 +131,7 @@ class ConfigFileThreads : public testing::Test {
   const TemporaryFile stored{"[D]\na=\n\n[a]\nk=v\n\n"};
   ConfigFile files[2] = {{stored.path.c_str(), "D"}, {stored.path.c_str(), "D"}};
   Stanza stanzas[2] = {Stanza("s"), Stanza("S")};
-  const Clock::time_point end = End(500ms);
+  const Clock::time_point end = EndAfter(500ms);
 };
 
 TEST_F(ConfigFileThreads, MergeObjectsIntoEachOtherWithoutDeadlock) {
@@ -174,7 +150,7 @@ TEST_F(ConfigFileThreads, MergeObjectsIntoEachOtherWithoutDeadlock) {
     }
     return done;
   };
-  RunInThreads(2, work);
+  RunInOwnThreads(2, work);
 }
 
 TEST_F(ConfigFileThreads, ShareAnObjectWithItsFile) {
@@ -190,16 +166,16 @@ TEST_F(ConfigFileThreads, ShareAnObjectWithItsFile) {
     }
     return done;
   };
-  RunInThreads(4, work);
+  RunInOwnThreads(4, work);
 }
 
 // No deadlock, though the system takes it for one: each process has a thread that holds a file
 // which a thread of the other waits for.
 TEST(ConfigFileSharing, ThreadsOfTwoProcessesHoldOneFileAndWaitForAnother) {
   const TemporaryFile files[] = {TemporaryFile("[D]\n\n"), TemporaryFile("[D]\n\n")};
-  const Clock::time_point end = End(500ms);
+  const Clock::time_point end = EndAfter(500ms);
   RunInProcesses(2, [&](int) {
-    RunInThreads(2, [&](int worker) {
+    RunInOwnThreads(2, [&](int worker) {
       bool done = true;
       for (int i = worker; Clock::now() < end && done; ++i) {
         ConfigFile file(files[i % 2].path.c_str(), "D");

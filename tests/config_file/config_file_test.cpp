@@ -4,14 +4,12 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "config_file/stanza.h"
 #include "tests/config_file/temporary_file.h"
 
 namespace {
 
-using quenlatrix::collect::Attribute;
 using quenlatrix::config_file::ConfigFile;
 using Stanza = ConfigFile::Stanza;
 

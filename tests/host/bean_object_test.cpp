@@ -5,10 +5,8 @@
 
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <iostream>
-#include <latch>
-#include <thread>
+#include <sstream>
 
 #include "host/host.h"
 #include "host/utf8.h"
@@ -17,6 +15,7 @@
 #include "meta_object/type/string_values.h"
 #include "tests/support/jni_reference_tracker.h"
 #include "tests/support/test_vm.h"
+#include "tests/support/workers.h"
 
 namespace quenlatrix::host {
 namespace {
@@ -154,38 +153,6 @@ TEST_F(BeanObjectTest, AnArrayOfObjectsKeepsNoReferencesBehindAfterACall) {
   EXPECT_EQ(host->GetCollector().GetCount(), before - 2);
 }
 
-TEST_F(BeanObjectTest, WalksACollectionAndPassesOver) {
-  BeanObject strings = Make("beans.ThreeStrings");
-  const WalkOutcome walk = strings.Walk(1);
-  EXPECT_EQ(walk.status, 0U);
-  EXPECT_EQ(walk.size, 3);
-  ASSERT_EQ(walk.items.size(), 2U);
-  EXPECT_EQ(ValueOf(*walk.items[0]) + ValueOf(*walk.items[1]), "twothree");
-  EXPECT_EQ(Make("beans.Point").Walk(0).status, status::kNoCollection);
-}
-
-TEST_F(BeanObjectTest, ManyThreadsMakeDescribeAndReleaseBeansOfOneClass) {
-  constexpr int kThreads = 8;
-  std::latch start(kThreads);
-  std::vector<std::jthread> threads;
-  for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([&] {
-      start.arrive_and_wait();
-      for (int i = 0; i < 20; ++i) {
-        BeanObject bean = Make("beans.PlainProperty");
-        EXPECT_EQ(bean.Introspect(), 0U);
-        EXPECT_EQ(bean.Methods()->size(), 5U);
-        EXPECT_TRUE(bean.IsInstanceOf("java.lang.Object"));
-        EXPECT_EQ(bean.Release(), status::kLastReferenceReleased);
-        host->Collect();
-      }
-    });
-  }
-  threads.clear();
-  host->Collect();
-  EXPECT_EQ(host->GetCollector().GetCount(), 1U) << "the host's own receiver";
-}
-
 // The process must then end by itself, too: the timer's thread is no daemon and waits for ever.
 TEST_F(BeanObjectTest, TheHostEndsWithBeansStillHeldAndJavaThreadsRunning) {
   Host::Creation timer = host->Create("java.util.Timer");
@@ -215,24 +182,14 @@ bool MakeParameters(const MethodDescription& method, std::vector<ValuePtr>& made
 }
 
 TEST_F(BeanObjectTest, HundredsOfTheMethodsThatAreListedCanBeCalled) {
-  const char* const classes[] = {"java.lang.String",
-                                 "java.lang.StringBuilder",
-                                 "java.util.LinkedList",
-                                 "java.util.HashMap",
-                                 "java.util.TreeMap",
-                                 "java.util.PriorityQueue",
-                                 "java.util.TreeSet",
-                                 "java.util.BitSet",
-                                 "java.util.Random",
-                                 "java.util.Date",
-                                 "java.util.GregorianCalendar",
-                                 "java.util.Properties",
-                                 "java.text.SimpleDateFormat",
-                                 "java.text.DecimalFormat",
-                                 "javax.swing.DefaultBoundedRangeModel",
-                                 "java.util.concurrent.ConcurrentHashMap"};
+  std::istringstream classes(
+      "java.lang.String java.lang.StringBuilder java.util.LinkedList java.util.HashMap "
+      "java.util.TreeMap java.util.PriorityQueue java.util.TreeSet java.util.BitSet "
+      "java.util.Random java.util.Date java.util.GregorianCalendar java.util.Properties "
+      "java.text.SimpleDateFormat java.text.DecimalFormat javax.swing.DefaultBoundedRangeModel "
+      "java.util.concurrent.ConcurrentHashMap");
   int called = 0;
-  for (const char* name : classes) {
+  for (std::string name; classes >> name;) {
     const std::vector<MethodDescription> methods = *Make(name).Methods();
     for (const MethodDescription& method : methods) {
       std::vector<ValuePtr> parameters;
@@ -262,6 +219,7 @@ int ServeUntil(Host& host, std::chrono::steady_clock::time_point end) {
     while (std::chrono::steady_clock::now() < end) {
       std::optional<BeanObject> list = std::move(host.Create("java.util.LinkedList").object);
       EXPECT_TRUE(list && list->Methods() != nullptr);
+      EXPECT_TRUE(list->IsInstanceOf("java.lang.Object"));
       const TypeDesc boolean(TypeDesc::Key::Bool, WideString(L"boolean"), WideString(L"boolean"));
       TypeDesc object(TypeDesc::Key::Object, WideString(), WideString(L"java.lang.Object"));
       std::vector<ValuePtr> params(1);
@@ -269,6 +227,8 @@ int ServeUntil(Host& host, std::chrono::steady_clock::time_point end) {
       params[0]->GetMetaItemType() = object;
       EXPECT_EQ(list->Call(WideString(L"Invoke:add:0"), boolean, params).status, 0U);
       EXPECT_EQ(list->Walk(0).items.size(), 1U);
+      EXPECT_EQ(list->Release(), status::kLastReferenceReleased);
+      host.Collect();
       ++rounds;
     }
     EXPECT_EQ(tracker.Left(), 0);
@@ -278,23 +238,17 @@ int ServeUntil(Host& host, std::chrono::steady_clock::time_point end) {
   return rounds;
 }
 
-// QUENLATRIX_SOAK_SECONDS makes it last longer than it does here.
 TEST_F(BeanObjectTest, ThreadsCreateDescribeCallWalkAndReleaseBesideEachOther) {
   constexpr int kThreads = 8;
-  const char* seconds = std::getenv("QUENLATRIX_SOAK_SECONDS");
-  const std::chrono::seconds length(seconds == nullptr ? 2 : std::atoi(seconds));
-  const auto end = std::chrono::steady_clock::now() + length;
+  const auto start = std::chrono::steady_clock::now();
+  const auto end = EndAfter(std::chrono::seconds(2));
   std::atomic<int> rounds = 0;
-  {
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < kThreads; ++i) {
-      threads.emplace_back([&] { rounds += ServeUntil(*host, end); });
-    }
-  }
+  RunInThreads(kThreads, [&](int) { rounds += ServeUntil(*host, end); });
   host->Collect();
   EXPECT_EQ(host->GetCollector().GetCount(), 1U) << "the host's own";
   EXPECT_GT(rounds, kThreads);
-  std::cout << rounds / length.count() << " rounds a second on " << kThreads << " threads\n";
+  std::cout << rounds / std::chrono::duration_cast<std::chrono::seconds>(end - start).count()
+            << " rounds a second on " << kThreads << " threads\n";
 }
 
 }  // namespace

@@ -6,13 +6,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/support/files.h"
 #include "tests/support/test_vm.h"
 
 namespace quenlatrix::host {
@@ -26,25 +24,14 @@ struct ProgramRun {
   std::string err;
 };
 
-inline std::string ReadFile(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
-
 // The real program in a directory of its own, which holds its standard streams.
 class BeanhostCli : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = std::filesystem::temp_directory_path() / "beanhost_cli.XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    directory = pattern;
     std::ofstream(directory / "in");
     unsetenv("QUENLATRIX_PATH");
     if (!test::TestVm::JavaHome().empty()) setenv("JAVA_HOME", test::TestVm::JavaHome().c_str(), 1);
   }
-  void TearDown() override { std::filesystem::remove_all(directory); }
 
   // The program with these words alone.
   ProgramRun Start(const Words& words) const {
@@ -89,13 +76,17 @@ class BeanhostCli : public testing::Test {
   std::vector<json> Documents(const std::string& statements, bool keepGoing = false) const {
     const ProgramRun run =
         Script(statements, keepGoing ? Words{"--json", "--keep-going"} : Words{"--json"});
+    return Parsed(run.out);
+  }
+
+  static std::vector<json> Parsed(const std::string& out) {
     std::vector<json> documents;
-    std::istringstream lines(run.out);
-    for (std::string line; std::getline(lines, line);) documents.push_back(json::parse(line));
+    for (const std::string& line : LinesOf(out)) documents.push_back(json::parse(line));
     return documents;
   }
 
-  std::filesystem::path directory;
+  const TemporaryDirectory own;
+  const std::filesystem::path& directory = own.path;
 
  private:
   void Redirect(const char* name, int flags, int descriptor) const {

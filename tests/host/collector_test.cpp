@@ -6,9 +6,9 @@
 #include <future>
 #include <set>
 #include <thread>
-#include <vector>
 
 #include "tests/meta_object/test_handler.h"
+#include "tests/support/workers.h"
 
 namespace quenlatrix::host {
 namespace {
@@ -95,17 +95,14 @@ TEST(Collector, FreesEachHandlerOnceWhenThreadsRegisterAndCollectAtOnce) {
   };
   {
     Collector tested(free, 16);
-    std::vector<std::jthread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-      threads.emplace_back([&tested] {
-        for (int i = 0; i < kHandlers; ++i) {
-          auto* handler = new TestHandler;
-          tested.Register(handler, nullptr);
-          handler->Handler::Release();
-          if (i % 50 == 0) tested.Collect();
-        }
-      });
-    }
+    RunInThreads(kThreads, [&tested](int) {
+      for (int i = 0; i < kHandlers; ++i) {
+        auto* handler = new TestHandler;
+        tested.Register(handler, nullptr);
+        handler->Handler::Release();
+        if (i % 50 == 0) tested.Collect();
+      }
+    });
   }
   EXPECT_EQ(freed, kThreads * kHandlers);
 }

@@ -7,9 +7,9 @@
 #include <latch>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "meta_object/identity.h"
+#include "tests/support/workers.h"
 
 namespace quenlatrix::host {
 namespace {
@@ -33,29 +33,25 @@ int OpenFromEightThreads(IntrospectionCache& tested, int failures) {
   constexpr int kThreads = 8;
   std::latch start(kThreads);
   std::atomic<int> fills = 0;
-  std::vector<std::jthread> threads;
-  for (int i = 0; i < kThreads; ++i) {
-    threads.emplace_back([&] {
-      start.arrive_and_wait();
-      bool mustIntrospect = false;
-      EXPECT_TRUE(tested.Open(kWidget, mustIntrospect));
-      bool readable = true;
-      if (mustIntrospect) {
-        readable = ++fills > failures;
-        EXPECT_EQ(tested.GetObject(kWidget), nullptr) << "readable before it is filled";
-        AddMethods(tested, 1);
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        AddMethods(tested, 2);
-        EXPECT_TRUE(tested.Done(kWidget, readable));
-      }
-      if (readable) {
-        const cache::CachedObjectInfo* record = tested.GetObject(kWidget);
-        EXPECT_TRUE(record != nullptr && record->methods.size() == 3);
-      }
-      EXPECT_TRUE(tested.Close(kWidget));
-    });
-  }
-  threads.clear();
+  RunInThreads(kThreads, [&](int) {
+    start.arrive_and_wait();
+    bool mustIntrospect = false;
+    EXPECT_TRUE(tested.Open(kWidget, mustIntrospect));
+    bool readable = true;
+    if (mustIntrospect) {
+      readable = ++fills > failures;
+      EXPECT_EQ(tested.GetObject(kWidget), nullptr) << "readable before it is filled";
+      AddMethods(tested, 1);
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      AddMethods(tested, 2);
+      EXPECT_TRUE(tested.Done(kWidget, readable));
+    }
+    if (readable) {
+      const cache::CachedObjectInfo* record = tested.GetObject(kWidget);
+      EXPECT_TRUE(record != nullptr && record->methods.size() == 3);
+    }
+    EXPECT_TRUE(tested.Close(kWidget));
+  });
   return fills;
 }
 

@@ -146,6 +146,15 @@ there are new, call, let, describe, walk, size, release and # comment)"},
   for (const auto& [statement, error] : cases) {
     EXPECT_EQ(RunStatement(statement, session).error, error) << statement;
   }
+  const std::pair<const char*, const char*> lacking[] = {
+      {"new", "a name is missing"},           {"new x", "CLASS is missing"},
+      {"new x a.B c", "\"c\" is too much"},   {"new 2x a.B", "\"2x\" can't be a name"},
+      {"call x", "METHOD is missing"},        {"let x call y z", "\"=\" is missing"},
+      {"let x = y z", "\"call\" is missing"}, {"release", "NAME is missing"},
+  };
+  for (const auto& [statement, error] : lacking) {
+    EXPECT_THAT(RunStatement(statement, session).error, testing::HasSubstr(error)) << statement;
+  }
 }
 
 }  // namespace

@@ -13,13 +13,12 @@ using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kBean =
     "[Bean]\nShortName=JB\nDescription=Java Beans\nServerPath=" PLUGIN_FILE
     "\nLoadHandler=1\nSupportsScanning=1\nColor=red\nColor=blue\n\n";
-constexpr const char* kOff = "[Off]\nShortName=O\nServerPath=" PLUGIN_FILE "\nLoadHandler=0\n\n";
+constexpr const char* kOff = "[Off%s]\nShortName=O\nServerPath=" PLUGIN_FILE "\nLoadHandler=0\n\n";
 constexpr const char* kBroken = "[100%s]\nServerPath=lib/none.so\nLoadHandler=Yes\n\n";
 constexpr const char* kProbe =
     "[Probe]\nServerPath=" PROBE_PLUGIN "\nLoadHandler=1\nColor=green\n\n";
@@ -37,8 +36,7 @@ class RegistryCli : public BeanhostCli {
   // The lines of the event log, without their prefixes' process and time.
   std::string Events() const {
     std::string events;
-    std::istringstream lines(ReadFile(directory / "log"));
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string& line : LinesOf(ReadFile(directory / "log"))) {
       events += line.substr(line.find(']') + 22) + "\n";
     }
     return events;
@@ -48,7 +46,7 @@ class RegistryCli : public BeanhostCli {
 };
 
 TEST_F(RegistryCli, ListsEachHandlerWithItsVerdict) {
-  Install(std::string("[Handlers]\nBean=\nOff=\n100%s=\nTwin=\n\n") + kBean + kOff + kBroken +
+  Install(std::string("[Handlers]\nBean=\nOff%s=\n100%s=\nTwin=\n\n") + kBean + kOff + kBroken +
           "[Twin]\nServerPath=" PLUGIN_FILE "\nLoadHandler=1\n");
   const std::string none = directory / "lib/none.so";
   setenv("JAVA_HOME", "/no/such/home", 1);
@@ -57,7 +55,7 @@ TEST_F(RegistryCli, ListsEachHandlerWithItsVerdict) {
   EXPECT_EQ(run.out, file.string() +
                          "\nBean (JB): Java Beans\n"
                          "  used: serves JAVABEAN from " PLUGIN_FILE
-                         "\nOff (O)\n"
+                         "\nOff%s (O)\n"
                          "  not used: disabled by LoadHandler; LoadHandler=1 in its stanza "
                          "enables it\n100%s\n  not used: it cannot be loaded: " +
                          none +
@@ -86,7 +84,8 @@ TEST_F(RegistryCli, ListsEachHandlerWithItsVerdict) {
 }
 
 TEST_F(RegistryCli, KeepsEventsInAFile) {
-  Install(std::string("[Handlers]\nOff=\n100%s=\nBean=\n\n") + kBean + kOff + kBroken);
+  Install(std::string("[Handlers]\nOff%s=\nSilent=\n100%s=\nBean=\n\n") + kBean + kOff + kBroken +
+          "[Silent]\nServerPath=" PLUGIN_FILE "\n");
   const std::string log = directory / "log";
   const std::string script =
       "new no no.Such%s%n\nnew denied java.util.TreeSet\n"
@@ -96,8 +95,8 @@ TEST_F(RegistryCli, KeepsEventsInAFile) {
       Events(),
       MatchesRegex(
           "START      INFO     beanhost starts: run\n"
-          "START      INFO     Off Handler: LoadHandler in handlers.ini is set to 0\n"
-          "START      INFO     Off Handler: Administratively Disabled\n"
+          "START      INFO     Off%s Handler: LoadHandler in handlers.ini is set to 0\n"
+          "START      INFO     Off%s Handler: Administratively Disabled\n"
           "CONFIG     ERROR    100%s Handler: not loaded: it cannot be loaded: .*\n"
           "START      INFO     beanhost serves JAVABEAN on the Java VM .*\n"
           "RUNTIME    WARNING  no object of class no.Such%s%n could be made .*\n"

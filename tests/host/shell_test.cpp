@@ -8,10 +8,9 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 #include "host/statement_completion.h"
+#include "tests/support/files.h"
 #include "tests/support/test_vm.h"
 
 namespace quenlatrix::host {
@@ -19,7 +18,6 @@ namespace {
 
 using test::TestVm;
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -30,9 +28,6 @@ constexpr const char* kInterrupt = "\x03";
 class ShellAtTerminal : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = std::filesystem::temp_directory_path() / "beanhost_shell.XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    state = pattern;
     const std::string classPath = TestVm::Jar("test_beans.jar") + ":" + EXAMPLES_JAR;
     winsize size = {24, 200, 0, 0};
     child = forkpty(&terminal, nullptr, nullptr, &size);
@@ -50,7 +45,6 @@ class ShellAtTerminal : public testing::Test {
   void TearDown() override {
     EXPECT_THAT(seen, AllOf(Not(HasSubstr("WARNING in native method")),
                             Not(HasSubstr("FATAL ERROR in native method"))));
-    std::filesystem::remove_all(state);
   }
 
   void Type(const std::string& keys) const {
@@ -87,7 +81,8 @@ class ShellAtTerminal : public testing::Test {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
-  std::filesystem::path state;
+  const TemporaryDirectory own;
+  const std::filesystem::path& state = own.path;
   std::string seen;
 
  private:
@@ -128,9 +123,7 @@ TEST_F(ShellAtTerminal, CompletesShowsErrorsInColourAndGoesOn) {
   struct stat file = {};
   ASSERT_EQ(stat(history.c_str(), &file), 0);
   EXPECT_EQ(file.st_mode & 0777, 0600U);
-  std::string first;
-  std::getline(std::ifstream(history), first);
-  EXPECT_THAT(first, HasSubstr("new g examples.Greeter"));
+  EXPECT_THAT(LinesOf(ReadFile(history)).at(0), HasSubstr("new g examples.Greeter"));
 }
 
 TEST_F(ShellAtTerminal, StopsWaitingForACallAndKeepsWhatItUses) {

@@ -4,9 +4,9 @@
 
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 #include "tests/meta_object/test_handler.h"
+#include "tests/support/workers.h"
 
 namespace quenlatrix::meta_object {
 namespace {
@@ -78,20 +78,14 @@ class QuietHandler : public TestHandler {
 
 TEST(Handler, MakesOneObjectAndCountsRightForManyThreads) {
   QuietHandler test;
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
-      for (int round = 0; round < 1000; ++round) {
-        test.CreateObject("a", nullptr);
-        test.AddRef();
-        test.Release();
-      }
+  RunInThreads(4, [&test](int) {
+    for (int round = 0; round < 1000; ++round) {
+      test.CreateObject("a", nullptr);
       test.AddRef();
-    });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+      test.Release();
+    }
+    test.AddRef();
+  });
   EXPECT_THAT(test.calls, ElementsAre("create a"));
   EXPECT_EQ(test.GetReferenceCount(), 5U);
 }

@@ -2,40 +2,30 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <string>
+#include "tests/support/files.h"
+#include "tests/support/workers.h"
 
 namespace {
 
 class FileTest : public testing::Test {
  protected:
-  FileTest() : path(testing::TempDir() + "os_file_XXXXXX"), fd(mkstemp(path.data())) {}
-  ~FileTest() override {
-    close(fd);
-    unlink(path.c_str());
-  }
+  ~FileTest() override { close(fd); }
 
   // Whether another process could now lock the byte at `start` that way.
   bool FreeElsewhere(short type, off_t start) const {
-    const pid_t child = fork();
-    if (child == 0) {
+    return Succeeded(StartProcess([&] {
       struct flock probe = {};
       probe.l_type = type;
       probe.l_start = start;
       probe.l_len = 1;
-      _exit(fcntl(fd, F_GETLK, &probe) == 0 && probe.l_type == F_UNLCK ? 0 : 1);
-    }
-    int status = -1;
-    waitpid(child, &status, 0);
-    return status == 0;
+      return fcntl(fd, F_GETLK, &probe) == 0 && probe.l_type == F_UNLCK;
+    }));
   }
 
-  std::string path;
-  int fd;
+  const TemporaryFile file;
+  const int fd = open(file.path.c_str(), O_RDWR);
 };
 
 TEST_F(FileTest, LocksTheWholeFileAgainstOtherProcesses) {
@@ -49,31 +39,6 @@ TEST_F(FileTest, LocksTheWholeFileAgainstOtherProcesses) {
     ASSERT_TRUE(UnLockOSFile(fd));
     EXPECT_TRUE(FreeElsewhere(F_WRLCK, start));
   }
-}
-
-TEST_F(FileTest, LockWaitsUntilItIsGranted) {
-  int ends[2];
-  ASSERT_EQ(pipe(ends), 0);
-  ASSERT_TRUE(LockOSFile(fd, true));
-  const pid_t child = fork();
-  if (child == 0) {
-    alarm(60);
-    const char sign = 'x';
-    _exit(write(ends[1], &sign, 1) == 1 && LockOSFile(fd, true) && write(ends[1], &sign, 1) == 1
-              ? 0
-              : 1);
-  }
-  char sign = 0;
-  pollfd granted = {ends[0], POLLIN, 0};
-  EXPECT_EQ(read(ends[0], &sign, 1), 1);
-  EXPECT_EQ(poll(&granted, 1, 200), 0);
-  EXPECT_TRUE(UnLockOSFile(fd));
-  EXPECT_EQ(read(ends[0], &sign, 1), 1);
-  int status = -1;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
-  close(ends[0]);
-  close(ends[1]);
 }
 
 TEST_F(FileTest, SizeIsChangedAndReported) {

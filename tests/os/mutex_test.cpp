@@ -4,13 +4,11 @@
 #include <sched.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstddef>
 #include <future>
-#include <thread>
-#include <vector>
+
+#include "tests/support/workers.h"
 
 namespace {
 
@@ -63,17 +61,9 @@ TEST_P(MutexTest, IsHeldUntilGivenBackAsOftenAsItWasTaken) {
 
 TEST_P(MutexTest, KeepsThreadsApart) {
   volatile int count = 0;
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
-      for (int round = 0; round < 2000; ++round) {
-        CountSlowly(mutex, count);
-      }
-    });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+  RunInThreads(4, [&](int) {
+    for (int round = 0; round < 2000; ++round) CountSlowly(mutex, count);
+  });
   EXPECT_EQ(count, 8000);
 }
 
@@ -101,20 +91,14 @@ TEST(Mutex, SharedModeKeepsAForkedProcessOut) {
   auto* const count = static_cast<volatile int*>(
       mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   Mutex mutex(Mutex::Shared);
-  const pid_t child = fork();
+  const auto countOn = [&] {
+    for (int round = 0; round < kRounds; ++round) CountSlowly(mutex, *count);
+    return true;
+  };
+  const pid_t child = StartProcess(countOn);
   ASSERT_NE(child, -1);
-  if (child == 0) {
-    alarm(60);  // A wake-up that gets lost must not leave a process behind.
-  }
-  for (int round = 0; round < kRounds; ++round) {
-    CountSlowly(mutex, *count);
-  }
-  if (child == 0) {
-    _exit(0);
-  }
-  int status = -1;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
+  countOn();
+  EXPECT_TRUE(Succeeded(child));
   EXPECT_EQ(*count, 2 * kRounds);
   mutex.DestroyMutex();
   munmap(const_cast<int*>(count), sizeof(int));

@@ -4,7 +4,6 @@
 #include <sys/resource.h>
 
 #include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 
