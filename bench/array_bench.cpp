@@ -5,11 +5,14 @@
 #include <malloc.h>
 
 #include <cstdlib>
+#include <cwchar>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <vector>
 
 #include "bench/bench_host.h"
+#include "bench/expect.h"
 #include "bench/heap_count.h"
 #include "meta_object/type/array.h"
 #include "meta_object/type/scalar_values.h"
@@ -25,6 +28,9 @@ using meta_object::type::Int;
 using meta_object::type::Object;
 using meta_object::type::String;
 using Key = TypeDesc::Key;
+
+constexpr char kWrongElement[] = "a wrong element arrived";
+constexpr char kWrongArray[] = "another array came back";
 
 TypeDesc ArrayType(Key key, const wchar_t* elementName, int count) {
   TypeDesc desc(key, TypeDesc::RefType::ByValue, true);
@@ -63,9 +69,7 @@ void IntsInOurs(benchmark::State& state) {
   const TypeDesc intType = IntType();
   for (auto _ : state) {
     Object* const last = Call(session.bean.Get(), id, params, intType);
-    if (static_cast<Int*>(last)->GetValue() != state.range(0) - 1) {
-      state.SkipWithError("takeInts saw a wrong element");
-    }
+    Expect(state, static_cast<Int*>(last)->GetValue() == state.range(0) - 1, kWrongElement);
     Free(last);
   }
 }
@@ -74,13 +78,15 @@ void IntsInOurs(benchmark::State& state) {
 void IntsInFloor(benchmark::State& state) {
   const Session session;
   const auto count = static_cast<jsize>(state.range(0));
-  std::vector<jint> values(static_cast<std::size_t>(count), 3);
+  std::vector<jint> values(static_cast<std::size_t>(count));
+  std::iota(values.begin(), values.end(), 0);
   const jmethodID take = session.Method("takeInts", "([I)I");
   for (auto _ : state) {
     const jintArray array = session.env->NewIntArray(count);
     session.env->SetIntArrayRegion(array, 0, count, values.data());
-    benchmark::DoNotOptimize(session.env->CallIntMethod(session.Instance(), take, array));
+    const jint last = session.env->CallIntMethod(session.Instance(), take, array);
     session.env->GetIntArrayRegion(array, 0, count, values.data());
+    Expect(state, last == count - 1 && values.back() == last, kWrongElement);
     session.env->DeleteLocalRef(array);
   }
 }
@@ -92,19 +98,22 @@ void RefusedIntsOurs(benchmark::State& state) {
   const WideString id(L"Invoke:refuseInts:0");
   const TypeDesc nothing;
   for (auto _ : state) {
-    Call(session.bean.Get(), id, params, nothing, meta_object::handler_status::kCallFailed);
+    const WideString text = FailingCall(session.bean.Get(), id, params, nothing);
+    Expect(state, std::wcsstr(text.getWCharPtr(), L"last 999999") != nullptr, kWrongElement);
   }
 }
 
 void RefusedIntsFloor(benchmark::State& state) {
   const Session session;
   const auto count = static_cast<jsize>(state.range(0));
-  std::vector<jint> values(static_cast<std::size_t>(count), 3);
+  std::vector<jint> values(static_cast<std::size_t>(count));
+  std::iota(values.begin(), values.end(), 0);
   const jmethodID refuse = session.Method("refuseInts", "([I)V");
   for (auto _ : state) {
     const jintArray array = session.env->NewIntArray(count);
     session.env->SetIntArrayRegion(array, 0, count, values.data());
     session.env->CallVoidMethod(session.Instance(), refuse, array);
+    Expect(state, session.env->ExceptionCheck() == JNI_TRUE, kWrongElement);
     session.env->ExceptionClear();
     session.env->DeleteLocalRef(array);
   }
@@ -124,9 +133,11 @@ void IntsOutOurs(benchmark::State& state) {
   for (auto _ : state) {
     auto* const result = static_cast<Array*>(Call(session.bean.Get(), id, params, type));
     state.PauseTiming();
-    if (result->GetItemCount() != state.range(0)) {
-      state.SkipWithError("an array came back with another length");
-    }
+    const auto last = static_cast<unsigned int>(state.range(0) - 1);
+    Expect(state,
+           result->GetItemCount() == state.range(0) &&
+               TextOf(result->GetItemAt(last)) == std::to_wstring(last),
+           kWrongArray);
     Free(result);
     malloc_trim(0);
     state.ResumeTiming();
@@ -164,12 +175,15 @@ void IntsOutFloor(benchmark::State& state) {
     auto* const array =
         static_cast<jintArray>(session.env->CallObjectMethod(session.Instance(), give));
     session.env->GetIntArrayRegion(array, 0, count, values.data());
-    benchmark::DoNotOptimize(values.data());
+    Expect(state, values.back() == count - 1, kWrongArray);
     session.env->DeleteLocalRef(array);
   }
 }
 
 constexpr int kTexts = 10000;
+// What takeTexts answers to all of them: their number and the last one's length.
+constexpr int kSeen = kTexts + 9;
+constexpr wchar_t kLastText[] = L"text 9999";
 
 std::unique_ptr<Array> MakeTexts() {
   auto array = std::make_unique<Array>();
@@ -190,7 +204,9 @@ void TextsInOurs(benchmark::State& state) {
   const WideString id(L"Invoke:takeTexts:0");
   const TypeDesc intType = IntType();
   for (auto _ : state) {
-    Free(Call(session.bean.Get(), id, params, intType));
+    Object* const seen = Call(session.bean.Get(), id, params, intType);
+    Expect(state, static_cast<Int*>(seen)->GetValue() == kSeen, kWrongElement);
+    Free(seen);
   }
 }
 
@@ -230,8 +246,9 @@ void TextsInFloor(benchmark::State& state) {
   std::vector<std::string> texts = PlainTexts();
   for (auto _ : state) {
     const jobjectArray array = NewTexts(env, stringClass, texts);
-    benchmark::DoNotOptimize(env->CallIntMethod(session.Instance(), take, array));
+    const jint seen = env->CallIntMethod(session.Instance(), take, array);
     ReadTexts(env, array, texts);
+    Expect(state, seen == kSeen && texts.back() == "text 9999", kWrongElement);
     env->DeleteLocalRef(array);
   }
 }
@@ -243,7 +260,8 @@ void RefusedTextsOurs(benchmark::State& state) {
   const WideString id(L"Invoke:refuseTexts:0");
   const TypeDesc nothing;
   for (auto _ : state) {
-    Call(session.bean.Get(), id, params, nothing, meta_object::handler_status::kCallFailed);
+    const WideString text = FailingCall(session.bean.Get(), id, params, nothing);
+    Expect(state, std::wcsstr(text.getWCharPtr(), kLastText) != nullptr, kWrongElement);
   }
 }
 
@@ -256,6 +274,7 @@ void RefusedTextsFloor(benchmark::State& state) {
   for (auto _ : state) {
     const jobjectArray array = NewTexts(env, stringClass, texts);
     env->CallVoidMethod(session.Instance(), refuse, array);
+    Expect(state, env->ExceptionCheck() == JNI_TRUE, kWrongElement);
     env->ExceptionClear();
     env->DeleteLocalRef(array);
   }
@@ -267,7 +286,11 @@ void TextsOutOurs(benchmark::State& state) {
   const WideString id(L"Invoke:giveTexts:0");
   const TypeDesc type = ArrayType(Key::String, L"java.lang.String", -1);
   for (auto _ : state) {
-    Free(Call(session.bean.Get(), id, params, type));
+    auto* const result = static_cast<Array*>(Call(session.bean.Get(), id, params, type));
+    Expect(state,
+           result->GetItemCount() == kTexts && TextOf(result->GetItemAt(kTexts - 1)) == kLastText,
+           kWrongArray);
+    Free(result);
   }
 }
 
@@ -279,6 +302,7 @@ void TextsOutFloor(benchmark::State& state) {
     auto* const array =
         static_cast<jobjectArray>(session.env->CallObjectMethod(session.Instance(), give));
     ReadTexts(session.env, array, texts);
+    Expect(state, texts.back() == "text 9999", kWrongArray);
     session.env->DeleteLocalRef(array);
   }
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 namespace quenlatrix::bench {
 
@@ -148,21 +149,45 @@ KeptAttached::KeptAttached(Handler* handler) : handler(handler) {
   }
 }
 
-meta_object::type::Object* Call(Handler* handler, const WideString& methodId,
-                                std::list<meta_object::type::Object*>& params,
-                                const meta_object::TypeDesc& returnType, HandlerStatus expected) {
+namespace {
+
+HandlerStatus Invoke(Handler* handler, const WideString& methodId,
+                     std::list<meta_object::type::Object*>& params,
+                     const meta_object::TypeDesc& returnType,
+                     meta_object::MethodInvokeStatus& status, meta_object::type::Object** result) {
   meta_object::context::MethodCallContext context;
-  meta_object::MethodInvokeStatus status;
-  meta_object::type::Object* result = nullptr;
   handler->OpenMethodCall(context, methodId);
   handler->PrepareMethodCall(context, params);
   handler->SetReturnDataType(context, returnType);
-  if (handler->InvokeMethod(context, status, &result) != expected) {
+  const HandlerStatus outcome = handler->InvokeMethod(context, status, result);
+  handler->CloseMethodCall(context);
+  return outcome;
+}
+
+}  // namespace
+
+meta_object::type::Object* Call(Handler* handler, const WideString& methodId,
+                                std::list<meta_object::type::Object*>& params,
+                                const meta_object::TypeDesc& returnType) {
+  meta_object::MethodInvokeStatus status;
+  meta_object::type::Object* result = nullptr;
+  if (Invoke(handler, methodId, params, returnType, status, &result) != 0) {
     const char* const text = status.failureText.getCharPtr();
     Fail(std::string("a call failed: ") + (text == nullptr ? "no text" : text));
   }
-  handler->CloseMethodCall(context);
   return result;
+}
+
+WideString FailingCall(Handler* handler, const WideString& methodId,
+                       std::list<meta_object::type::Object*>& params,
+                       const meta_object::TypeDesc& returnType) {
+  meta_object::MethodInvokeStatus status;
+  meta_object::type::Object* result = nullptr;
+  if (Invoke(handler, methodId, params, returnType, status, &result) !=
+      meta_object::handler_status::kCallFailed) {
+    Fail("a call that must fail did not");
+  }
+  return std::move(status.failureText);
 }
 
 void Free(meta_object::type::Object* value) {

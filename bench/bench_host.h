@@ -3,6 +3,7 @@
 #include <jni.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "host/java_vm.h"
@@ -33,6 +34,7 @@ class BenchHost {
   // The calling thread's environment; the thread must be attached.
   JNIEnv* Env();
   JavaVM* Vm() { return machine->Get(); }
+  const std::string& GetVmFile() const { return machine->GetLibraryFile(); }
   // How many catalogue entries the plug-in has handed over in all.
   long GetMethodsAdded() const { return methodsAdded; }
   // From now on the cache keeps the class that is introspected next, until it is told to forget.
@@ -99,11 +101,15 @@ class HeldBean {
 };
 
 // One whole call as a host makes it: open, prepare, name the result's type, invoke, close. The
-// result is the caller's; ends the process when the status isn't the expected one.
+// result is the caller's; ends the process when the call fails.
 meta_object::type::Object* Call(meta_object::Handler* handler, const WideString& methodId,
                                 std::list<meta_object::type::Object*>& params,
-                                const meta_object::TypeDesc& returnType,
-                                meta_object::HandlerStatus expected = 0);
+                                const meta_object::TypeDesc& returnType);
+// The same of a method that throws; gives the failure's text, and ends the process when there is
+// no failure.
+WideString FailingCall(meta_object::Handler* handler, const WideString& methodId,
+                       std::list<meta_object::type::Object*>& params,
+                       const meta_object::TypeDesc& returnType);
 
 // Gives a result back.
 void Free(meta_object::type::Object* value);

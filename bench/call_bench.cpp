@@ -5,11 +5,14 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <cwchar>
 #include <memory>
 #include <string>
 
 #include "bench/bench_host.h"
+#include "bench/expect.h"
 #include "bench/heap_count.h"
+#include "meta_object/type/blob.h"
 #include "meta_object/type/scalar_values.h"
 #include "meta_object/type/string_values.h"
 
@@ -18,12 +21,18 @@ namespace {
 
 using meta_object::Handler;
 using meta_object::TypeDesc;
+using meta_object::type::Blob;
 using meta_object::type::Int;
 using meta_object::type::Object;
 using meta_object::type::String;
 using Key = TypeDesc::Key;
 
-constexpr char kText[] = "hello there";
+// Taken in turns: what goes in, and so what must come out, changes with each call.
+constexpr std::array kTexts = {"hello there", "hello where", "hello again", "hello hello"};
+
+constexpr char kWrongSum[] = "add answered a wrong sum";
+constexpr char kWrongText[] = "echo answered another text";
+constexpr char kOtherFailure[] = "the failure says something else";
 
 TypeDesc NamedType(Key key, const wchar_t* name) {
   return TypeDesc(key, WideString(name), WideString(name));
@@ -62,6 +71,13 @@ void CreateOurs(benchmark::State& state) {
   for (auto _ : state) {
     host.Free(host.Create("bench.Plain"));
   }
+  Handler* const last = host.Create("bench.Plain");
+  JNIEnv* const env = host.Env();
+  Expect(state,
+         env->IsInstanceOf(static_cast<jobject>(last->GetObjectRef()),
+                           env->FindClass("bench/Plain")) == JNI_TRUE,
+         "an object of another class was made");
+  host.Free(last);
 }
 
 void CreateFloor(benchmark::State& state) {
@@ -122,9 +138,7 @@ void IntCallOurs(benchmark::State& state) {
   std::size_t const before = Allocations();
   for (auto _ : state) {
     ++i;
-    if (add(i) != i + 7) {
-      state.SkipWithError("add answered a wrong sum");
-    }
+    Expect(state, add(i) == i + 7, kWrongSum);
   }
   state.counters["allocations"] = static_cast<double>(Allocations() - before) / i;
 }
@@ -149,9 +163,7 @@ void TwoThreadsOurs(benchmark::State& state) {
       add = std::make_unique<Adding>(bean);
     }
     ++i;
-    if ((*add)(i) != i + 7) {
-      state.SkipWithError("add answered a wrong sum");
-    }
+    Expect(state, (*add)(i) == i + 7, kWrongSum);
   }
 }
 
@@ -163,10 +175,8 @@ void IntCallFloor(benchmark::State& state, bool looksUp) {
   for (auto _ : state) {
     ++i;
     const jmethodID add = looksUp ? floor.LookUp("add", "(II)I") : kept;
-    benchmark::DoNotOptimize(floor.env->CallIntMethod(floor.instance, add, i, 7));
-    if (floor.env->ExceptionCheck() != JNI_FALSE) {
-      state.SkipWithError("add threw");
-    }
+    const jint sum = floor.env->CallIntMethod(floor.instance, add, i, 7);
+    Expect(state, sum == i + 7 && floor.env->ExceptionCheck() == JNI_FALSE, kWrongSum);
   }
 }
 
@@ -178,7 +188,7 @@ void UnattachedCallOurs(benchmark::State& state) {
   int i = 0;
   for (auto _ : state) {
     ++i;
-    benchmark::DoNotOptimize(add(i));
+    Expect(state, add(i) == i + 7, kWrongSum);
   }
   host.Free(bean);
 }
@@ -195,7 +205,8 @@ void UnattachedCallFloor(benchmark::State& state) {
   for (auto _ : state) {
     ++i;
     vm->AttachCurrentThread(&env, nullptr);
-    benchmark::DoNotOptimize(static_cast<JNIEnv*>(env)->CallIntMethod(floor.instance, add, i, 7));
+    const jint sum = static_cast<JNIEnv*>(env)->CallIntMethod(floor.instance, add, i, 7);
+    Expect(state, sum == i + 7, kWrongSum);
     vm->DetachCurrentThread();
   }
   BenchHost::Get().Free(bean);
@@ -204,13 +215,22 @@ void UnattachedCallFloor(benchmark::State& state) {
 void StringCallOurs(benchmark::State& state) {
   const HeldBean bean("bench.Work");
   const TypeDesc stringType = NamedType(Key::String, L"java.lang.String");
-  String text(stringType);
-  text.SetValue(WideString(kText));
-  std::list<Object*> params{&text};
+  std::array texts = {String(stringType), String(stringType), String(stringType),
+                      String(stringType)};
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    texts[i].SetValue(WideString(kTexts[i]));
+  }
+  std::list<Object*> params{nullptr};
   const WideString id(L"Invoke:echo:0");
+  std::size_t turn = 0;
   for (auto _ : state) {
+    String& text = texts[turn++ % texts.size()];
+    params.front() = &text;
     Object* const result = Call(bean.Get(), id, params, stringType);
-    benchmark::DoNotOptimize(static_cast<String*>(result)->GetValue().getWCharPtr());
+    Expect(state,
+           std::wcscmp(static_cast<String*>(result)->GetValue().getWCharPtr(),
+                       text.GetValue().getWCharPtr()) == 0,
+           kWrongText);
     Free(result);
   }
 }
@@ -220,14 +240,16 @@ void StringCallFloor(benchmark::State& state, bool looksUp) {
   const Floor floor(BenchHost::Get().Env());
   const char* const signature = "(Ljava/lang/String;)Ljava/lang/String;";
   const jmethodID kept = floor.Method("echo", signature);
+  std::size_t turn = 0;
   for (auto _ : state) {
+    const char* const given = kTexts[turn++ % kTexts.size()];
     const jmethodID echo = looksUp ? floor.LookUp("echo", signature) : kept;
-    const jstring text = floor.env->NewStringUTF(kText);
+    const jstring text = floor.env->NewStringUTF(given);
     auto* const answer =
         static_cast<jstring>(floor.env->CallObjectMethod(floor.instance, echo, text));
     const char* const chars = floor.env->GetStringUTFChars(answer, nullptr);
     std::string const copy(chars);
-    benchmark::DoNotOptimize(copy.data());
+    Expect(state, copy == given, kWrongText);
     floor.env->ReleaseStringUTFChars(answer, chars);
     floor.env->DeleteLocalRef(answer);
     floor.env->DeleteLocalRef(text);
@@ -243,6 +265,15 @@ void ObjectCallOurs(benchmark::State& state) {
     Free(Call(bean.Get(), id, params, objectType));
     BenchHost::Get().Collect();
   }
+  Object* const last = Call(bean.Get(), id, params, objectType);
+  const Floor floor(BenchHost::Get().Env());
+  const jobject expected =
+      floor.env->CallObjectMethod(floor.instance, floor.Method("object", "()Ljava/lang/Object;"));
+  auto* const given = static_cast<jobject>(static_cast<Blob*>(last)->GetValue()->GetObjectRef());
+  Expect(state, floor.env->IsSameObject(given, expected) == JNI_TRUE, "another object came back");
+  floor.env->DeleteLocalRef(expected);
+  Free(last);
+  BenchHost::Get().Collect();
 }
 
 void ObjectCallFloor(benchmark::State& state, bool looksUp) {
@@ -264,7 +295,8 @@ void ThrowingCallOurs(benchmark::State& state) {
   std::list<Object*> params;
   const WideString id(L"Invoke:fail:0");
   for (auto _ : state) {
-    Call(bean.Get(), id, params, voidType, meta_object::handler_status::kCallFailed);
+    const WideString text = FailingCall(bean.Get(), id, params, voidType);
+    Expect(state, std::wcsstr(text.getWCharPtr(), L"as ordered") != nullptr, kOtherFailure);
   }
 }
 
@@ -281,7 +313,7 @@ void ThrowingCallFloor(benchmark::State& state) {
     auto* const text = static_cast<jstring>(floor.env->CallObjectMethod(thrown, toString));
     const char* const chars = floor.env->GetStringUTFChars(text, nullptr);
     std::string const copy(chars);
-    benchmark::DoNotOptimize(copy.data());
+    Expect(state, copy == "java.lang.IllegalStateException: as ordered", kOtherFailure);
     floor.env->ReleaseStringUTFChars(text, chars);
     floor.env->DeleteLocalRef(text);
     floor.env->DeleteLocalRef(thrown);

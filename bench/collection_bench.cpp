@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bench/bench_host.h"
+#include "bench/expect.h"
 #include "meta_object/type/blob.h"
 
 namespace quenlatrix::bench {
@@ -49,7 +50,9 @@ class HeldCollection {
   std::unique_ptr<Object> value_;
 };
 
-void WalkOurs(benchmark::State& state, const char* method) {
+constexpr char kWrongWalk[] = "a walk gave other elements";
+
+void WalkOurs(benchmark::State& state, const char* method, const wchar_t* last) {
   const HeldCollection collection(method);
   for (auto _ : state) {
     meta_object::context::CollectionContext walk;
@@ -58,9 +61,9 @@ void WalkOurs(benchmark::State& state, const char* method) {
     collection.Get()->OpenCollection(walk);
     collection.Get()->GetNextItems(walk, 0, items, &delivered);
     collection.Get()->CloseCollection(walk);
-    if (delivered != kElements) {
-      state.SkipWithError("a walk gave another number of elements");
-    }
+    Expect(state,
+           delivered == kElements && items.size() == kElements && TextOf(items.back()) == last,
+           kWrongWalk);
     for (Object* const item : items) {
       Free(item);
     }
@@ -68,7 +71,7 @@ void WalkOurs(benchmark::State& state, const char* method) {
 }
 
 // Both classes' toString() is looked up in Object's, which calls the element's own.
-void WalkFloor(benchmark::State& state, const char* method) {
+void WalkFloor(benchmark::State& state, const char* method, const char* last) {
   const HeldCollection collection(method);
   JNIEnv* const env = BenchHost::Get().Env();
   const auto find = [env](const char* cls, const char* name, const char* signature) {
@@ -91,14 +94,16 @@ void WalkFloor(benchmark::State& state, const char* method) {
       env->DeleteLocalRef(element);
     }
     env->DeleteLocalRef(walk);
-    benchmark::DoNotOptimize(texts.data());
+    Expect(state, texts.size() == kElements && texts.back() == last, kWrongWalk);
   }
 }
 
-BENCHMARK_CAPTURE(WalkOurs, strings, "stringList")->Name("walk 100,000 Strings|ours");
-BENCHMARK_CAPTURE(WalkFloor, strings, "stringList")->Name("walk 100,000 Strings|floor");
-BENCHMARK_CAPTURE(WalkOurs, integers, "integerList")->Name("walk 100,000 Integers|ours");
-BENCHMARK_CAPTURE(WalkFloor, integers, "integerList")->Name("walk 100,000 Integers|floor");
+BENCHMARK_CAPTURE(WalkOurs, strings, "stringList", L"text 99999")
+    ->Name("walk 100,000 Strings|ours");
+BENCHMARK_CAPTURE(WalkFloor, strings, "stringList", "text 99999")
+    ->Name("walk 100,000 Strings|floor");
+BENCHMARK_CAPTURE(WalkOurs, integers, "integerList", L"99999")->Name("walk 100,000 Integers|ours");
+BENCHMARK_CAPTURE(WalkFloor, integers, "integerList", "99999")->Name("walk 100,000 Integers|floor");
 
 }  // namespace
 }  // namespace quenlatrix::bench

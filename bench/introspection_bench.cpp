@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bench/bench_host.h"
+#include "bench/expect.h"
 #include "meta_object/info/method_info.h"
 #include "meta_object/info/param_info.h"
 
@@ -27,9 +28,9 @@ void DescribeOurs(benchmark::State& state) {
     bean.Get()->OpenIntrospect(nullptr);
     bean.Get()->CloseIntrospect();
   }
-  if (host.GetMethodsAdded() - before != static_cast<long>(state.iterations()) * state.range(0)) {
-    state.SkipWithError("the catalogue has another number of methods");
-  }
+  const long added = host.GetMethodsAdded() - before;
+  Expect(state, added == static_cast<long>(state.iterations()) * state.range(0),
+         "the catalogue has another number of methods");
 }
 
 // Reads one name and lets its text go.
@@ -85,7 +86,9 @@ void DescribeFloor(benchmark::State& state) {
   const Reflection reflection{env};
   const jclass cls = env->GetObjectClass(bean.Instance());
   for (auto _ : state) {
-    benchmark::DoNotOptimize(reflection.Describe(cls));
+    // A method is described by more characters than its own name, "method000", has.
+    Expect(state, reflection.Describe(cls) > static_cast<std::size_t>(state.range(0)) * 9,
+           "reflection named fewer methods");
   }
 }
 
@@ -116,13 +119,11 @@ void DescribeKnownOurs(benchmark::State& state) {
   bean.Get()->CloseIntrospect();
   {
     const CountedJniCalls calls(host.Env());
-    DescribeMethod(bean.Get(), id);
+    Expect(state, DescribeMethod(bean.Get(), id), "a description was refused");
     state.counters["JNI calls"] = static_cast<double>(calls.Get());
   }
   for (auto _ : state) {
-    if (!DescribeMethod(bean.Get(), id)) {
-      state.SkipWithError("a description was refused");
-    }
+    Expect(state, DescribeMethod(bean.Get(), id), "a description was refused");
   }
   host.ForgetClass();
 }

@@ -1,17 +1,25 @@
-// Runs the benchmarks, each of ours interleaved with its floors, and prints the tables.
+// Runs the benchmarks, each of ours interleaved with its floors, and prints the tables. With
+// --check as the first argument everything is run once, and only whether its results are right is
+// told.
 
 #include <benchmark/benchmark.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "bench/bench_host.h"
 #include "bench/table_reporter.h"
 
 int main(int argc, char** argv) {
   std::vector<std::string> arguments = {argv[0], "--benchmark_repetitions=5",
                                         "--benchmark_enable_random_interleaving=true",
                                         "--benchmark_min_time=0.1"};
-  arguments.insert(arguments.end(), argv + 1, argv + argc);
+  const bool checks = argc > 1 && std::string_view(argv[1]) == "--check";
+  if (checks) {
+    arguments = {argv[0], "--benchmark_min_time=0"};
+  }
+  arguments.insert(arguments.end(), argv + (checks ? 2 : 1), argv + argc);
   std::vector<char*> pointers;
   for (std::string& argument : arguments) {
     pointers.push_back(argument.data());
@@ -21,8 +29,10 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(count, pointers.data())) {
     return 2;
   }
-  quenlatrix::bench::TableReporter reporter;
+  using namespace quenlatrix::bench;
+  benchmark::AddCustomContext("jvm", BenchHost::Get().GetVmFile());
+  TableReporter reporter(checks ? TableReporter::Prints::kErrors : TableReporter::Prints::kTables);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
-  return 0;
+  return reporter.IsAllRight() ? 0 : 1;
 }

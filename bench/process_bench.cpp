@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/expect.h"
 #include "host/companion_files.h"
 
 namespace quenlatrix::bench {
@@ -59,10 +60,8 @@ void RunProgram(benchmark::State& state, const char* program,
     const std::string output = OutputOf(line);
     int answer = 0;
     char end = '\0';
-    if (std::sscanf(output.c_str(), "%d%c", &answer, &end) != 2 || end != '\n') {
-      state.SkipWithError("a run didn't answer a number");
-      break;
-    }
+    Expect(state, std::sscanf(output.c_str(), "%d%c", &answer, &end) == 2 && end == '\n',
+           "a run didn't answer a number");
   }
 }
 

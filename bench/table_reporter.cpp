@@ -12,6 +12,9 @@ double Ratio(double ours, double floor) { return floor > 0 ? ours / floor : 0.0;
 }  // namespace
 
 bool TableReporter::ReportContext(const Context& context) {
+  if (prints == Prints::kErrors) {
+    return true;
+  }
   std::printf("%d processors, %.0f MHz; median of the repetitions, CPU time\n",
               context.cpu_info.num_cpus, context.cpu_info.cycles_per_second / 1e6);
   return true;
@@ -45,8 +48,10 @@ void TableReporter::ReportRuns(const std::vector<Run>& runs) {
 }
 
 void TableReporter::Finalize() {
-  PrintRows();
-  PrintGoals();
+  if (prints == Prints::kTables) {
+    PrintRows();
+    PrintGoals();
+  }
   for (const auto& [work, error] : errors) {
     std::printf("%s: %s\n", work.c_str(), error.c_str());
   }
@@ -68,14 +73,16 @@ void TableReporter::PrintGoals() const {
   std::printf("\n%-44s %12s %12s %22s %22s\n", "goal", "ours, ns", "base, ns", "measured", "limit");
   for (const Goal& goal : Goals()) {
     const auto row = rows.find(goal.work);
-    if (row != rows.end() && row->second.ours > 0) {
+    const bool compares =
+        goal.measure == Goal::Measure::kRatio || goal.measure == Goal::Measure::kPerElement;
+    if (row != rows.end() && row->second.ours > 0 && (!compares || row->second.Base() > 0)) {
       PrintGoal(goal, row->second);
     }
   }
 }
 
 void TableReporter::PrintGoal(const Goal& goal, const Row& row) const {
-  const double base = row.base > 0 ? row.base : row.floor;
+  const double base = row.Base();
   double measured = 0;
   std::string unit;
   switch (goal.measure) {

@@ -6,9 +6,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <iterator>
 #include <memory>
 #include <string>
 
+#include "bench/expect.h"
 #include "meta_object/type/scalar_values.h"
 #include "meta_object/type_desc.h"
 #include "text/wide_string.h"
@@ -20,12 +22,17 @@ using meta_object::TypeDesc;
 using meta_object::type::Int;
 
 constexpr wchar_t kTypeName[] = L"java.lang.String";
+// The place of the name's last letter.
+constexpr std::size_t kLast = std::size(kTypeName) - 2;
+constexpr wchar_t kWideText[] = L"a text of forty characters, all of them.";
+constexpr char kNarrowText[] = "a text of forty characters, all of them.";
+constexpr char kWrongText[] = "a conversion gave another text";
 
 void CopyTypeOurs(benchmark::State& state) {
   const TypeDesc desc(TypeDesc::Key::String, WideString(kTypeName), WideString(kTypeName));
   for (auto _ : state) {
     const TypeDesc copy(desc);
-    benchmark::DoNotOptimize(copy.typeName.getWCharPtr());
+    Expect(state, copy.typeName.getWCharPtr()[kLast] == L'g', "a copy has another name");
   }
 }
 
@@ -40,10 +47,12 @@ void CopyTypeFloor(benchmark::State& state) {
 }
 
 void CloneIntOurs(benchmark::State& state) {
-  const Int value(42);
+  Int value(0);
+  int i = 0;
   for (auto _ : state) {
+    value.SetValue(++i);
     const std::unique_ptr<meta_object::type::Object> copy(value.Clone());
-    benchmark::DoNotOptimize(copy.get());
+    Expect(state, static_cast<Int&>(*copy).GetValue() == i, "a copy has another value");
   }
 }
 
@@ -56,35 +65,37 @@ void CloneIntFloor(benchmark::State& state) {
 }
 
 void NarrowOurs(benchmark::State& state) {
-  const WideString text(L"a text of forty characters, all of them.");
+  const WideString text(kWideText);
   for (auto _ : state) {
     const std::unique_ptr<char[]> narrow(text.allocConvert(text.getWCharPtr()));
-    benchmark::DoNotOptimize(narrow.get());
+    Expect(state, std::strcmp(narrow.get(), kNarrowText) == 0, kWrongText);
   }
 }
 
 void NarrowFloor(benchmark::State& state) {
-  const wchar_t* const text = L"a text of forty characters, all of them.";
+  const wchar_t* const text = kWideText;
   for (auto _ : state) {
     std::size_t const length = std::wcslen(text);
     const auto narrow = std::make_unique_for_overwrite<char[]>(length + 1);
     benchmark::DoNotOptimize(std::wcstombs(narrow.get(), text, length + 1));
+    Expect(state, std::strcmp(narrow.get(), kNarrowText) == 0, kWrongText);
   }
 }
 
 void WideOurs(benchmark::State& state) {
   for (auto _ : state) {
-    const WideString text("a text of forty characters, all of them.");
-    benchmark::DoNotOptimize(text.getWCharPtr());
+    const WideString text(kNarrowText);
+    Expect(state, std::wcscmp(text.getWCharPtr(), kWideText) == 0, kWrongText);
   }
 }
 
 void WideFloor(benchmark::State& state) {
-  const char* const text = "a text of forty characters, all of them.";
+  const char* const text = kNarrowText;
   for (auto _ : state) {
     std::size_t const length = std::strlen(text);
     const auto wide = std::make_unique_for_overwrite<wchar_t[]>(length + 1);
     benchmark::DoNotOptimize(std::mbstowcs(wide.get(), text, length + 1));
+    Expect(state, std::wcscmp(wide.get(), kWideText) == 0, kWrongText);
   }
 }
 

@@ -7,9 +7,12 @@
 BUILD_PACKAGES="g++=g++ cmake=cmake ninja=ninja-build ccache=ccache javac=default-jdk-headless
   pkg-config=pkg-config libboost-regex-dev libicu-dev libcli11-dev libedit-dev nlohmann-json3-dev"
 TEST_PACKAGES="libgtest-dev libgmock-dev locales nm=binutils git=git clang++=clang
-  clang-tidy=clang-tidy clang-format=clang-format libcommons-lang3-java python3=python3 doxygen=doxygen"
+  clang-tidy=clang-tidy clang-format=clang-format libcommons-lang3-java python3=python3 doxygen=doxygen
+  libbenchmark-dev"
 DEB_PACKAGES="dpkg-shlibdeps=dpkg-dev gzip=gzip"
 BENCH_PACKAGES="libbenchmark-dev"
+# JPype, and the Python that it is built for.
+JPYPE_PACKAGES="python3-jpype python3-numpy"
 
 is_installed() {
   [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]

@@ -36,15 +36,19 @@ public class Work {
 
   public int takeInts(int[] values) { return values[values.length - 1]; }
 
-  public void refuseInts(int[] values) { throw new IllegalStateException("as ordered"); }
+  public void refuseInts(int[] values) {
+    throw new IllegalStateException("last " + values[values.length - 1]);
+  }
 
-  public void refuseTexts(String[] values) { throw new IllegalStateException("as ordered"); }
+  public void refuseTexts(String[] values) {
+    throw new IllegalStateException("last " + values[values.length - 1]);
+  }
 
   public int[] giveThousand() { return thousand; }
 
   public int[] giveMillion() { return million; }
 
-  public int takeTexts(String[] values) { return values.length; }
+  public int takeTexts(String[] values) { return values.length + values[values.length - 1].length(); }
 
   public String[] giveTexts() { return texts; }
 
