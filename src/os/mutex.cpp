@@ -4,6 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <memory>
 
 namespace {
@@ -65,15 +66,21 @@ bool InitSystemMutexes(pthread_mutex_t& guard, pthread_mutex_t& mainMutex, int p
   return true;
 }
 
+// Doesn't need the guard: no other thread ever writes or removes this thread's own name, so what
+// is read beside another thread's change is in any case not it.
 bool HeldByThisThread(OSMUTEXDATA& data) {
-  const GuardHold hold(data.guard);
-  return data.owner != 0 && pthread_equal(data.owner, pthread_self()) != 0;
+  const pthread_t owner = std::atomic_ref(data.owner).load(std::memory_order_relaxed);
+  return owner != 0 && pthread_equal(owner, pthread_self()) != 0;
+}
+
+void SetOwner(OSMUTEXDATA& data, pthread_t owner) {
+  std::atomic_ref(data.owner).store(owner, std::memory_order_relaxed);
 }
 
 void CountHold(OSMUTEXDATA& data) {
   const GuardHold hold(data.guard);
   if (data.lockCount++ == 0) {
-    data.owner = pthread_self();
+    SetOwner(data, pthread_self());
   }
 }
 
@@ -84,7 +91,7 @@ bool DropHold(OSMUTEXDATA& data) {
   if (data.lockCount == 0 || --data.lockCount != 0) {
     return false;
   }
-  data.owner = 0;
+  SetOwner(data, 0);
   return true;
 }
 

@@ -10,9 +10,10 @@
 struct OSMUTEXDATA {
   // How many times the owning thread holds the mutex. Changed only with `guard` held.
   std::uint32_t lockCount;
-  // The owning thread, 0 when the mutex is free. Changed only with `guard` held.
+  // The owning thread, 0 when the mutex is free. Changed only with `guard` held, and atomically:
+  // a thread that asks only whether it is the owner itself reads it without.
   pthread_t owner;
-  // Held for the few instructions that read or change the two fields above, never during a wait.
+  // Held for the few instructions that change the two fields above, never during a wait.
   pthread_mutex_t guard;
   // What threads wait on; null while the mutex is uncreated.
   pthread_mutex_t* mainMutex;
