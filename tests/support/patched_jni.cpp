@@ -8,7 +8,7 @@ PatchedJni::PatchedJni(JNIEnv* env) : env(env), original(env->functions), table(
 
 PatchedJni::~PatchedJni() { env->functions = original; }
 
-FaultyJni::FaultyJni(JNIEnv* env, Fault fault, int faultAt) : patch(env) {
+FaultyJni::FaultyJni(JNIEnv* env, Fault fault, int faultAt) : patch(env), faultAt(faultAt) {
   healthy = &patch.Original();
   callsUntilFault = faultAt;
   fault(patch.Table());

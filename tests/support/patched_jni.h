@@ -2,6 +2,7 @@
 
 #include <jni.h>
 
+#include <source_location>
 #include <type_traits>
 
 namespace quenlatrix::test {
@@ -32,41 +33,58 @@ class PatchedJni {
 // same table.
 inline thread_local bool isJavaRunning = false;
 
-// For a scope, one call of an entry fails as it does when memory runs out. With a tracker, what
-// Java itself calls is left alone.
+// For a scope, one call of the entries that a fault is for fails as it does when memory runs out.
+// With a tracker, what Java itself calls is left alone. One a process at a time.
 class FaultyJni {
  public:
   using Fault = void (*)(JNINativeInterface_&);
 
-  // The entry that a fault is for answers its failure value; an OutOfMemoryError is pending unless
-  // the entry throws none.
+  // Each entry answers its failure value; an OutOfMemoryError is pending unless they throw none.
   template <auto Entry, bool throws = true>
   static void Lose(JNINativeInterface_& table) {
     Patch<Entry, throws>(table, Entry);
   }
 
-  // The first call of the entry has number 0.
+  // The first call of an entry has number 0; no call fails for a negative number.
   FaultyJni(JNIEnv* env, Fault fault, int faultAt);
+  ~FaultyJni() { healthy = nullptr; }
+  FaultyJni(const FaultyJni&) = delete;
+  FaultyJni& operator=(const FaultyJni&) = delete;
+
   bool HasFailed() const { return callsUntilFault < 0; }
+  // The calls so far.
+  int Calls() const { return faultAt - callsUntilFault; }
+  // Counts a call, also one that goes past the table; true when it has to fail.
+  static bool IsTurn(const char* entry) {
+    if (healthy == nullptr || isJavaRunning || callsUntilFault-- != 0) return false;
+    failed = entry;
+    return true;
+  }
+  // What failed last, in the compiler's words.
+  static const char* Failed() { return failed; }
 
  private:
   template <auto Entry, bool throws, class Result, class... Args>
   static void Patch(JNINativeInterface_& table,
                     Result (*JNINativeInterface_::*)(JNIEnv*, Args...)) {
     table.*Entry = [](JNIEnv* env, Args... args) -> Result {
-      if (isJavaRunning || callsUntilFault-- != 0) return (healthy->*Entry)(env, args...);
+      if (!IsTurn(std::source_location::current().function_name()))
+        return (healthy->*Entry)(env, args...);
       if (throws) RunOutOfMemory(env);
-      if constexpr (std::is_pointer_v<Result>)
-        return nullptr;
-      else
+      // What makes room answers with an error; all others with nothing.
+      if constexpr (std::is_same_v<Result(Args...), jint(jint)>)
         return JNI_ENOMEM;
+      else
+        return Result();
     };
   }
   static void RunOutOfMemory(JNIEnv* env);
 
   inline static int callsUntilFault = 0;
   inline static const JNINativeInterface_* healthy = nullptr;
+  inline static const char* failed = "";
   PatchedJni patch;
+  const int faultAt;
 };
 
 // What PatchedJni does, for the machine's own table (attach and detach), which all threads share.

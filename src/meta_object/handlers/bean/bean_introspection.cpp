@@ -125,8 +125,8 @@ bool WithRows(JNIEnv* env, jint count, Read&& read) {
          read(Rows{stringClass.Get(), names.Get(), types.Get(), numbers.Get()});
 }
 
-// Reads a name that the Java side put into an array; a null element is an empty name. False when an
-// exception was pending, which is then cleared.
+// Reads a name that the Java side put into an array; a null element is an empty name. False when it
+// can't be had; an exception is cleared.
 bool ReadName(JNIEnv* env, jarray names, jint index, WideString& name) {
   name.assign(L"");
   const auto text = LocalRef<jstring>::Adopt(
@@ -137,11 +137,10 @@ bool ReadName(JNIEnv* env, jarray names, jint index, WideString& name) {
   if (!text) {
     return true;
   }
-  // Most parameters have no name.
-  if (env->GetStringLength(text.Get()) > 0) {
-    AppendJavaText(env, text.Get(), name);
-  }
-  return !IsJavaExceptionHappened(env, nullptr);
+  // Most parameters have no name. A VM may lack the memory for one without throwing.
+  const bool isRead =
+      env->GetStringLength(text.Get()) == 0 || AppendJavaText(env, text.Get(), name);
+  return !IsJavaExceptionHappened(env, nullptr) && isRead;
 }
 
 // Reads the parameters of regular methods of one class.

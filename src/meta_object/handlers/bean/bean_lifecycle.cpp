@@ -78,6 +78,12 @@ HandlerStatus BeanHandler::ReleaseObjectImp() {
     if (thread) {
       GlobalRef<jobject>::Adopt(thread.Get(), objectRef).Reset();
       GlobalRef<jclass>::Adopt(thread.Get(), classRef).Reset();
+      orphanedReferences.DeleteAll(thread.Get());
+    } else {
+      NoThrow([this] {
+        orphanedReferences.Add(objectRef);
+        orphanedReferences.Add(classRef);
+      });
     }
     objectRef = nullptr;
     classRef = nullptr;

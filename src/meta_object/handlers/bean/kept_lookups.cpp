@@ -27,12 +27,17 @@ const TextClass* KeptLookups::FindTextClass(JNIEnv* env, const JavaTextClass& ro
   if (IsJavaExceptionHappened(env, nullptr) || !reference) {
     return nullptr;
   }
+  // An identifier that memory was lacking for must not be kept as one that the class hasn't got.
   const bool isCharacter = row.key == TypeDesc::Key::Char;
   const bool isString = row.key == TypeDesc::Key::String;
-  auto made = std::make_unique<TextClass>(TextClass{
-      reference.Get(),
-      FindJavaMethod(env, cls.Get(), "<init>", isCharacter ? "(C)V" : "(Ljava/lang/String;)V"),
-      isString ? FindJavaMethod(env, cls.Get(), "<init>", "()V") : nullptr});
+  const jmethodID fromText =
+      FindJavaMethod(env, cls.Get(), "<init>", isCharacter ? "(C)V" : "(Ljava/lang/String;)V");
+  const jmethodID withoutArgument =
+      isString && fromText != nullptr ? FindJavaMethod(env, cls.Get(), "<init>", "()V") : nullptr;
+  if (fromText == nullptr || (isString && withoutArgument == nullptr)) {
+    return nullptr;
+  }
+  auto made = std::make_unique<TextClass>(TextClass{reference.Get(), fromText, withoutArgument});
   const TextClass* kept = nullptr;
   if (!place.compare_exchange_strong(kept, made.get())) {
     return kept;

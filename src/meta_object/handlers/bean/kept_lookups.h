@@ -10,12 +10,11 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-// A class whose objects cross as text, with its constructors. An identifier that the class hasn't
-// got is null.
+// A class whose objects cross as text, with its constructors.
 struct TextClass {
   jclass cls;                 // a global reference
   jmethodID fromText;         // takes a string, or a char for java.lang.Character
-  jmethodID withoutArgument;  // of java.lang.String alone
+  jmethodID withoutArgument;  // of java.lang.String; null for all others
 };
 
 // The look-ups that are made once a process: classes of the package "java.lang", which only the
@@ -30,7 +29,8 @@ class KeptLookups {
   KeptLookups& operator=(const KeptLookups&) = delete;
   ~KeptLookups();
 
-  // Null, with nothing pending, when the VM has no such class.
+  // Null, with nothing pending, when the VM has no such class or no memory: the next call asks
+  // again.
   const TextClass* FindTextClass(JNIEnv* env, const JavaTextClass& row);
   // Null, with nothing pending, when it could not be found.
   jmethodID FindToString(JNIEnv* env);

@@ -10,7 +10,7 @@ LiveReferences::Part& LiveReferences::PartOf(jobject reference) {
 void LiveReferences::Add(jobject reference) {
   if (reference != nullptr) {
     Part& part = PartOf(reference);
-    const Hold hold(part.lock);
+    const ShortHold hold(part.lock);
     part.references.insert(reference);
   }
 }
@@ -18,14 +18,14 @@ void LiveReferences::Add(jobject reference) {
 void LiveReferences::Remove(jobject reference) {
   if (reference != nullptr) {
     Part& part = PartOf(reference);
-    const Hold hold(part.lock);
+    const ShortHold hold(part.lock);
     part.references.erase(reference);
   }
 }
 
 bool LiveReferences::Contains(jobject reference) {
   Part& part = PartOf(reference);
-  const Hold hold(part.lock);
+  const ShortHold hold(part.lock);
   return part.references.count(reference) != 0;
 }
 

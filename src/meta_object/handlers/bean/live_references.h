@@ -5,10 +5,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <unordered_set>
 
-#include "os/thread_annotations.h"
+#include "meta_object/handlers/bean/short_lock.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -28,25 +27,6 @@ class LiveReferences {
   bool Contains(jobject reference);
 
  private:
-  // Held for the few instructions of a look-up; not re-entrant.
-  class CAPABILITY("mutex") ShortLock {
-   public:
-    void Lock() ACQUIRE() { mutex.lock(); }
-    void UnLock() RELEASE() { mutex.unlock(); }
-
-   private:
-    std::mutex mutex;
-  };
-  class SCOPED_CAPABILITY Hold {
-   public:
-    explicit Hold(ShortLock& lock) ACQUIRE(lock) : lock(lock) { lock.Lock(); }
-    ~Hold() RELEASE() { lock.UnLock(); }
-    Hold(const Hold&) = delete;
-    Hold& operator=(const Hold&) = delete;
-
-   private:
-    ShortLock& lock;
-  };
   struct alignas(64) Part {
     ShortLock lock;
     std::unordered_set<jobject> references GUARDED_BY(lock);

@@ -29,6 +29,7 @@ TlsValue<unsigned long> TlsJniAttachCount;
 UGuard _mutexClassPathFile(Mutex::Shared);
 StaticMutex classPathTurn;
 LiveReferences liveReferences;
+OrphanedReferences orphanedReferences;
 KeptLookups keptLookups;
 
 BeanHandler* AllocHandlerObject() {

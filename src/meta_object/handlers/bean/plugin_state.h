@@ -7,6 +7,7 @@
 #include "meta_object/handlers/bean/bean_handler_info.h"
 #include "meta_object/handlers/bean/kept_lookups.h"
 #include "meta_object/handlers/bean/live_references.h"
+#include "meta_object/handlers/bean/orphaned_references.h"
 #include "meta_object/handlers/bean/u_guard.h"
 #include "os/mutex.h"
 #include "os/tls_slot.h"
@@ -50,6 +51,8 @@ extern UGuard _mutexClassPathFile;
 extern StaticMutex classPathTurn;
 
 extern LiveReferences liveReferences;
+
+extern OrphanedReferences orphanedReferences;
 
 extern KeptLookups keptLookups;
 

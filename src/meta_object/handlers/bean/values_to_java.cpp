@@ -238,9 +238,6 @@ jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wcha
     }
     argument[0].l = string.Get();
   }
-  if (constructor == nullptr) {
-    return nullptr;
-  }
   if (!isString) {
     return NewJavaObject(env, kept->cls, constructor, argument).Release();
   }
@@ -309,8 +306,12 @@ LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item,
   const jobject element = CreateObject(typeName, TextOf(item, made));
   const bool isHandlersOwn = FindTextClass(typeName) == nullptr;
   // Every element is released alike, so a handler's reference gets a local one beside it.
-  return LocalRef<jobject>::Adopt(
+  auto held = LocalRef<jobject>::Adopt(
       env, isHandlersOwn && element != nullptr ? env->NewLocalRef(element) : element);
+  if (isHandlersOwn && !held) {
+    bean::IsJavaExceptionHappened(env, nullptr);
+  }
+  return held;
 }
 
 jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned int count,

@@ -12,7 +12,6 @@ namespace {
 
 namespace status = meta_object::handler_status;
 using meta_object::Handler;
-using testing::ElementsAre;
 using Table = JNINativeInterface_;
 
 class FaultsTest : public PluginTest {
@@ -35,13 +34,10 @@ class FaultsTest : public PluginTest {
   }
 };
 
-constexpr FaultyJni::Fault LoseGlobalReferences = FaultyJni::Lose<&Table::NewGlobalRef, false>;
 constexpr FaultyJni::Fault LoseTexts = FaultyJni::Lose<&Table::NewStringUTF>;
 constexpr FaultyJni::Fault LoseObjectArrays = FaultyJni::Lose<&Table::NewObjectArray>;
 constexpr FaultyJni::Fault LoseIntArrays = FaultyJni::Lose<&Table::NewIntArray>;
-constexpr FaultyJni::Fault LoseFrames = FaultyJni::Lose<&Table::PushLocalFrame>;
 constexpr FaultyJni::Fault LoseCharacters = FaultyJni::Lose<&Table::GetStringUTFChars>;
-constexpr FaultyJni::Fault LoseIntElements = FaultyJni::Lose<&Table::GetIntArrayElements, false>;
 
 TEST_F(FaultsTest, WithoutAnEnvironmentEveryOperationHasItsOwnAnswer) {
   auto& unbound = static_cast<meta_object::handlers::bean::BeanHandler&>(NewHandler());
@@ -64,27 +60,6 @@ TEST_F(FaultsTest, WithoutAnEnvironmentEveryOperationHasItsOwnAnswer) {
   EXPECT_EQ(bean.InvokeMethod(context, record, &result), status::kCallFailed);
   EXPECT_EQ(record.statusCode, 0U) << "nothing reached the machine";
   EXPECT_EQ(bean.CloseMethodCall(context), 0U);
-}
-
-TEST_F(FaultsTest, ALostGlobalReferenceMakesNoObject) {
-  // Loads the class: the VM's own native code works with the patched table too.
-  Make("beans.Point");
-  Handler& returner = Make("beans.ObjectReturner");
-  Introspect(returner);
-  With(LoseGlobalReferences, 1, [this] {
-    EXPECT_EQ(NewHandler().CreateObject("JAVABEAN://beans.Point", nullptr), status::kObjectNotMade);
-  });
-  With(LoseGlobalReferences, 0, [this] {
-    Handler& bean = NewHandler();
-    EXPECT_EQ(bean.CreateObject("JAVABEAN://beans.Point", nullptr), 0U) << "only its class is lost";
-    EXPECT_TRUE(bean.IsValidObject());
-    bean.Release();
-  });
-  With(LoseGlobalReferences, 0,
-       [&returner] { EXPECT_EQ(Answer(returner, "self", "beans.ObjectReturner"), "null"); });
-  Handler& bean = Make("beans.PlainProperty");
-  With(LoseGlobalReferences, 0,
-       [&bean] { EXPECT_EQ(IntrospectOnce(bean), status::kIntrospectionFailed); });
 }
 
 TEST_F(FaultsTest, MemoryThatRunsOutRefusesTheParameter) {
@@ -120,29 +95,6 @@ TEST_F(FaultsTest, MemoryThatRunsOutRefusesTheParameter) {
     EXPECT_EQ(Answer(Make("beans.ThrowingMethods"), "unchecked", "void"),
               "failed: Java Exception: ");
   });
-}
-
-TEST_F(FaultsTest, MemoryThatRunsOutFailsTheFill) {
-  // Every allocation of a fill in turn; the last fault lies behind the last one.
-  for (auto* const fault : {LoseObjectArrays, LoseIntArrays, LoseFrames, LoseCharacters}) {
-    for (int faultAt = 0; faultAt < 2; ++faultAt) {
-      Handler& bean = Make("beans.PlainProperty");
-      host.log.clear();
-      With(fault, faultAt,
-           [&bean] { EXPECT_EQ(IntrospectOnce(bean), status::kIntrospectionFailed); });
-      EXPECT_THAT(host.log,
-                  ElementsAre("open beans.PlainProperty", "failed", "close beans.PlainProperty"));
-    }
-  }
-}
-
-TEST_F(FaultsTest, LostAccessorBitsLeaveTheAccessorsOut) {
-  Handler& bean = Make("beans.PlainProperty");
-  With(LoseIntElements, 0, [&bean] { EXPECT_EQ(IntrospectOnce(bean), 0U); });
-  EXPECT_EQ(bean.GetMethodCount(), 1U) << "the regular method alone";
-  Handler& other = Make("beans.Point");
-  With(LoseIntElements, 1,
-       [&other] { EXPECT_EQ(IntrospectOnce(other), status::kIntrospectionFailed); });
 }
 
 }  // namespace

@@ -1,0 +1,271 @@
+#include "tests/faults/failure_sweep.h"
+
+#include <algorithm>
+#include <iterator>
+#include <list>
+#include <regex>
+
+#include "meta_object/handlers/bean/class_path.h"
+#include "meta_object/type/array.h"
+
+namespace quenlatrix::test {
+namespace {
+
+namespace status = meta_object::handler_status;
+namespace type = meta_object::type;
+using meta_object::Handler;
+using meta_object::HandlerStatus;
+using Action = FailureSweep::Action;
+using Scenario = FailureSweep::Scenario;
+
+std::string TextOf(HandlerStatus answer, const std::string& success) {
+  return answer == status::kSuccess ? success : "failed: " + std::to_string(answer);
+}
+
+auto Promised(const std::string& outcomes) {
+  return [outcomes](const std::string&) { return outcomes; };
+}
+
+TEST_F(FailureSweep, ABeanIsMadeOrNot) {
+  Sweep({"create", [](FailureSweep& sweep) -> Action {
+           return [&sweep] {
+             Handler& bean = sweep.Keep();
+             const HandlerStatus answer = bean.CreateObject("JAVABEAN://beans.Point", nullptr);
+             EXPECT_EQ(bean.IsValidObject(), answer == status::kSuccess);
+             return TextOf(answer, "made");
+           };
+         }});
+}
+
+TEST_F(FailureSweep, ABeanIsReleased) {
+  Sweep({"release", [](FailureSweep& sweep) -> Action {
+           return [&bean = sweep.Make("beans.Point")] {
+             EXPECT_EQ(bean.Release(), status::kLastReferenceReleased);
+             EXPECT_FALSE(bean.IsValidObject());
+             return "released";
+           };
+         }});
+}
+
+std::string Catalogue(const meta_object::info::cache::CachedObjectInfo& info) {
+  std::string text;
+  for (const auto* method : info.methods) {
+    text += Utf8(method->returnType.typeName) + " " + Utf8(method->name) + "(";
+    for (int i = 0; method->GetParamInfo(i) != nullptr; ++i) {
+      text += Utf8(method->GetParamInfo(i)->type.typeName) + " ";
+      text += Utf8(method->GetParamInfo(i)->name) + ",";
+    }
+    text += ");";
+  }
+  return text;
+}
+
+Scenario Introspection(const std::string& className, const std::string& lesserCatalogues) {
+  return {"introspect " + className,
+          [className](FailureSweep& sweep) -> Action {
+            return [&host = sweep.host, &bean = sweep.Make(className), className] {
+              const HandlerStatus answer = bean.OpenIntrospect(nullptr);
+              EXPECT_EQ(bean.CloseIntrospect(), status::kSuccess);
+              const bool isDone = std::ranges::count(host.log, "done") == 1;
+              EXPECT_EQ(isDone, answer == status::kSuccess);
+              return TextOf(answer, Catalogue(host.cache[className].info));
+            };
+          },
+          Promised(lesserCatalogues)};
+}
+
+// The Java side's answer 0 means that it has nothing to tell, an exception of its own as well: the
+// properties, the methods or one method's parameters are left out.
+TEST_F(FailureSweep, AClassIsCatalogued) {
+  Sweep(Introspection("beans.PlainProperty",
+                      "int paint\\(java.lang.String param1,int param2,\\);|"
+                      "int getColor\\(\\); setColor\\(int color,\\);"
+                      "java.lang.String getName\\(\\); setName\\(java.lang.String name,\\);"
+                      "(int paint\\(\\);)?"));
+  Sweep(Introspection("beans.ManyMethods50",
+                      "((java.lang.String method\\d+\\((int param1,java.lang.String param2,)?\\);)"
+                      "{50})?"));
+}
+
+// Calls the method; the text tells the result and what has come back in arrays.
+std::string CallText(Handler& bean, const std::string& method, const std::string& returnType,
+                     const Values& values) {
+  const CallOutcome outcome = OpenCall(bean, method, returnType, values).Invoke();
+  std::string text = outcome.Text();
+  for (const auto& value : values) {
+    auto* const array = dynamic_cast<type::Array*>(value.get());
+    if (array != nullptr) text += " of " + Show(array);
+    for (int i = 0; array != nullptr && i < array->GetItemCount(); ++i) {
+      type::Object* const item = array->GetItemAt(static_cast<unsigned int>(i));
+      if (item != nullptr) item->ReleaseItem();
+    }
+    value->ReleaseItem();
+  }
+  return outcome.status == status::kSuccess ? text : "failed: " + text;
+}
+
+struct CallCase {
+  std::string bean;
+  std::string method;
+  std::string returnType;
+  std::vector<std::pair<std::string, std::wstring>> params;
+  std::string promised = "";
+};
+
+Scenario Calling(const CallCase& c) {
+  return {c.method + " " + c.returnType,
+          [c](FailureSweep& sweep) -> Action {
+            return [c, &bean = sweep.Make("beans." + c.bean)] {
+              return CallText(bean, c.method, c.returnType, ValuesOf(c.params));
+            };
+          },
+          Promised(c.promised)};
+}
+
+struct Kind {
+  std::string type;
+  std::wstring text;
+  std::string withoutText = "";
+};
+
+const Kind kPrimitives[] = {{"boolean", L"true"}, {"byte", L"5"},    {"char", L"c"},
+                            {"short", L"5"},      {"int", L"5"},     {"long", L"5"},
+                            {"float", L"1.5"},    {"double", L"1.5"}};
+const Kind kTexts[] = {{"Boolean", L"true", "Bool false"}, {"Byte", L"5", "Int 0"},
+                       {"Character", L"c", "Char "},       {"Short", L"5", "Int 0"},
+                       {"Integer", L"5", "Int 0"},         {"Long", L"5", "Int 0"},
+                       {"Float", L"1.5", "Real 0.0+"},     {"Double", L"1.5", "Real 0.0+"}};
+
+// A result without its toString() text is an empty one; an object that can't be held is none.
+TEST_F(FailureSweep, ScalarsAndObjectsArePassed) {
+  for (const auto& [type, text, none] : kPrimitives) {
+    std::string method = "echo" + type;
+    method[4] = static_cast<char>(method[4] - 'a' + 'A');
+    Sweep(Calling({"ScalarEcho", method, type, {{type, text}}}));
+  }
+  for (const auto& [name, text, withoutText] : kTexts) {
+    const std::string type = "java.lang." + name;
+    Sweep(Calling({"ScalarEcho", "echo", type, {{type, text}}, withoutText}));
+  }
+  const std::string string = "java.lang.String";
+  const CallCase others[] = {
+      {"ScalarEcho", "nothing", "void", {}},
+      {"ScalarEcho", "echoString", string, {{string, L"a"}}, "String "},
+      {"Texts", "length", "int", {{string, L""}}},
+      {"ObjectTaker", "takesForty", "int", {40, {string, L"a"}}},
+      {"ObjectReturner", "next", "beans.ObjectReturner", {}, "null"},
+      {"ObjectReturner", "textAsObject", "java.lang.Object", {}, "null"},
+      {"ThrowingMethods", "unchecked", "void", {}},
+      {"ThrowingMethods", "checked", "int", {{string, L"a"}}},
+  };
+  for (const CallCase& c : others) Sweep(Calling(c));
+}
+
+// Of "KEY [a,b] of KEY [a,b]": a result that is none, a parameter that is emptied and not filled
+// again, and elements, each of which may be missing or, for `empty`, without its text.
+std::string LesserArrays(const std::string& whole, const std::string& empty) {
+  std::string array = whole.substr(whole.find(" of ") + 4);
+  const std::string key = array.substr(0, array.find(' '));
+  array.erase(0, array.find('['));
+  array = std::regex_replace(array, std::regex("[[\\]]"), "\\$&");
+  array = std::regex_replace(array, std::regex("[\\w.]+"), "($&|-" + empty + ")");
+  return "(null|" + key + " " + array + ") of " + key + " (" + array + "|\\[?\\]\\])";
+}
+
+TEST_F(FailureSweep, ArraysArePassed) {
+  const auto echo = [this](const std::string& type, const std::wstring& text,
+                           const std::string& empty) {
+    Scenario scenario = Calling({"ArrayEcho", "echo", type, {{type, text}}});
+    scenario.promised = [empty](const std::string& whole) { return LesserArrays(whole, empty); };
+    Sweep(scenario);
+  };
+  for (const auto& [type, text, none] : kPrimitives) {
+    echo(type + "[]", text + L"," + text, "");
+    echo(type + "[][]", text + L"," + text + L";" + text + L"," + text, "");
+  }
+  echo("java.lang.String[]", L"a,b", "|");
+  echo("java.lang.String[][]", L"a,b;c,d", "|");
+  echo("java.lang.Integer[]", L"5,6", "|0");
+  Sweep(Calling({"ArrayMaker",
+                 "pointsWithNull",
+                 "beans.Point[]",
+                 {},
+                 "null|Object \\[(beans.Point|-),-,(beans.Point|-)\\]"}));
+}
+
+std::unique_ptr<type::Object> HoldTwice(Handler& point) {
+  auto array = MakeValue("beans.Point[]", L"-,-");
+  for (const unsigned int i : {0U, 1U}) {
+    dynamic_cast<type::Array&>(*array).SetItemAt(HoldObject(point, "beans.Point").release(), i);
+  }
+  return array;
+}
+
+TEST_F(FailureSweep, ObjectsArePassed) {
+  using Hold = std::unique_ptr<type::Object> (*)(Handler&);
+  const auto taking = [](const char* method, Hold hold, const char* promised) -> Scenario {
+    return {method,
+            [method, hold](FailureSweep& sweep) -> Action {
+              return [method, hold, &taker = sweep.Make("beans.ObjectTaker"),
+                      &point = sweep.Make("beans.Point")] {
+                return CallText(taker, method, "int", ValuesOf(hold(point)));
+              };
+            },
+            Promised(promised)};
+  };
+  Sweep(taking(
+      "takesPoint", [](Handler& point) { return HoldObject(point, "beans.Point"); }, ""));
+  // The bean counts a missing point as a million.
+  Sweep(taking("takesPoints", HoldTwice,
+               "Int (0|1000000) of Object \\[(beans.Point|-),(beans.Point|-)\\]"));
+}
+
+// Of the size, the items after the first and, anew, all items: the size of a collection that
+// doesn't tell it, an item that wasn't skipped, and items without their text.
+TEST_F(FailureSweep, ACollectionIsWalked) {
+  const auto walk = [](Handler& bean) {
+    meta_object::context::CollectionContext context;
+    std::list<type::Object*> items;
+    int size = -1;
+    const HandlerStatus answers[] = {
+        bean.OpenCollection(context),  bean.GetCollectionSize(context, size),
+        bean.SkipItems(context, 1),    bean.GetNextItems(context, 0, items, nullptr),
+        bean.ResetCollection(context), bean.GetNextItems(context, 0, items, nullptr),
+        bean.CloseCollection(context)};
+    std::string text = std::to_string(size);
+    for (type::Object* item : items) {
+      text += " " + Show(item);
+      item->ReleaseItem();
+      bean.Release(item);
+    }
+    const auto* const failed = std::ranges::find_if(answers, [](auto a) { return a != 0; });
+    return TextOf(failed == std::end(answers) ? status::kSuccess : *failed, text);
+  };
+  Sweep({"walk",
+         [walk](FailureSweep& sweep) -> Action {
+           return [walk, &bean = sweep.Make("beans.ThreeStrings")] { return walk(bean); };
+         },
+         Promised("[03]( String one)? String (two)? String (three)?"
+                  " String (one)? String (two)? String (three)?")});
+}
+
+// A count beyond the names tells that the search has ended early.
+TEST_F(FailureSweep, BeansAreDiscovered) {
+  const auto discover = [](JNIEnv* env) {
+    std::list<char*> names;
+    const int count = meta_object::handlers::bean::GetBeanNames(
+        env, TestVm::Jar("test_beans.jar").c_str(), names);
+    std::string text = count == 0 || count != std::ssize(names) ? "failed" : "";
+    for (const char* name : names) {
+      text += std::string(" ") + name;
+      delete[] name;
+    }
+    return text;
+  };
+  Sweep({"discover", [discover](FailureSweep&) -> Action {
+           return [discover, env = TestVm::Env()] { return discover(env); };
+         }});
+}
+
+}  // namespace
+}  // namespace quenlatrix::test
