@@ -4,6 +4,7 @@
 #include <iterator>
 #include <list>
 #include <regex>
+#include <sstream>
 
 #include "meta_object/handlers/bean/class_path.h"
 #include "meta_object/type/array.h"
@@ -109,7 +110,7 @@ struct CallCase {
   std::string method;
   std::string returnType;
   std::vector<std::pair<std::string, std::wstring>> params;
-  std::string promised = "";
+  std::string promised = {};
 };
 
 Scenario Calling(const CallCase& c) {
@@ -125,7 +126,7 @@ Scenario Calling(const CallCase& c) {
 struct Kind {
   std::string type;
   std::wstring text;
-  std::string withoutText = "";
+  std::string withoutText = {};
 };
 
 const Kind kPrimitives[] = {{"boolean", L"true"}, {"byte", L"5"},    {"char", L"c"},
@@ -168,8 +169,12 @@ std::string LesserArrays(const std::string& whole, const std::string& empty) {
   const std::string key = array.substr(0, array.find(' '));
   array.erase(0, array.find('['));
   array = std::regex_replace(array, std::regex("[[\\]]"), "\\$&");
-  array = std::regex_replace(array, std::regex("[\\w.]+"), "($&|-" + empty + ")");
-  return "(null|" + key + " " + array + ") of " + key + " (" + array + "|\\[?\\]\\])";
+  std::ostringstream element;
+  element << "($&|-" << empty << ")";
+  array = std::regex_replace(array, std::regex("[\\w.]+"), element.str());
+  std::ostringstream lesser;
+  lesser << "(null|" << key << " " << array << ") of " << key << " (" << array << "|\\[?\\]\\])";
+  return lesser.str();
 }
 
 TEST_F(FailureSweep, ArraysArePassed) {
@@ -180,8 +185,10 @@ TEST_F(FailureSweep, ArraysArePassed) {
     Sweep(scenario);
   };
   for (const auto& [type, text, none] : kPrimitives) {
-    echo(type + "[]", text + L"," + text, "");
-    echo(type + "[][]", text + L"," + text + L";" + text + L"," + text, "");
+    std::wstring row = text;
+    row.append(L",").append(text);
+    echo(type + "[]", row, "");
+    echo(type + "[][]", std::wstring(row).append(L";").append(row), "");
   }
   echo("java.lang.String[]", L"a,b", "|");
   echo("java.lang.String[][]", L"a,b;c,d", "|");

@@ -2,7 +2,6 @@
 
 #include <jni.h>
 
-#include <source_location>
 #include <type_traits>
 
 namespace quenlatrix::test {
@@ -68,8 +67,7 @@ class FaultyJni {
   static void Patch(JNINativeInterface_& table,
                     Result (*JNINativeInterface_::*)(JNIEnv*, Args...)) {
     table.*Entry = [](JNIEnv* env, Args... args) -> Result {
-      if (!IsTurn(std::source_location::current().function_name()))
-        return (healthy->*Entry)(env, args...);
+      if (!IsTurn(__PRETTY_FUNCTION__)) return (healthy->*Entry)(env, args...);
       if (throws) RunOutOfMemory(env);
       // What makes room answers with an error; all others with nothing.
       if constexpr (std::is_same_v<Result(Args...), jint(jint)>)
