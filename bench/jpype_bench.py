@@ -154,7 +154,7 @@ def main():
           % (jpype.__version__, sys.version.split()[0], ROUNDS))
     print("%-52s %14s %14s %14s" % ("work", "ours, ns", "JPype, ns", "JPype / ours"))
     for (name, note, _), median in zip(works, medians):
-        print("%-52s %14.0f %14.0f %14.2f" % (name + note, ours[name], median, median / ours[name]))
+        print("%-52s %14.0f %14.0f %14.3g" % (name + note, ours[name], median, median / ours[name]))
 
 
 main()
