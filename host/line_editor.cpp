@@ -182,6 +182,9 @@ LineEditor::Outcome LineEditor::Terminal::Read(std::string& line) {
   bool wasSignal = false;
   {
     const PlainInterruptKey key;
+    // The editor itself takes the terminal over only once the prompt is there: a Ctrl-D typed at
+    // once would be the terminal's, and lost.
+    el_set(editor.get(), EL_PREP_TERM, 1);
     errno = 0;
     typed = el_gets(editor.get(), &count);
     // An interrupt from elsewhere, or of a terminal that was set anew after a stop.

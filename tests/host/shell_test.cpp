@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 
 #include "host/statement_completion.h"
@@ -73,7 +74,11 @@ class ShellAtTerminal : public testing::Test {
 
   // The status that the program ends with.
   int WaitForEnd() {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
     while (ReadMore()) {
+      if (std::chrono::steady_clock::now() < deadline) continue;
+      ADD_FAILURE() << "goes on after " << seen.substr(next);
+      kill(child, SIGKILL);
     }
     int status = 0;
     waitpid(child, &status, 0);
