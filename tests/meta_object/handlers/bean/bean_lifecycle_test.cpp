@@ -150,5 +150,30 @@ TEST_F(BeanLifecycleTest, AReleasedListLeavesItsElementsValid) {
   bean.Release(static_cast<meta_object::info::MethodInfo*>(nullptr));
 }
 
+// What a healthy VM never does.
+TEST_F(BeanLifecycleTest, WithoutAnEnvironmentEveryOperationHasItsOwnAnswer) {
+  auto& unbound = static_cast<BeanHandler&>(NewHandler());
+  Handler& bean = Make("beans.ThreeStrings");
+  Handler& fresh = NewHandler();
+  meta_object::context::MethodCallContext context;
+  meta_object::MethodInvokeStatus record;
+  meta_object::type::Object* result = nullptr;
+  PatchedVm patch(TestVm::Get());
+  patch.Table().AttachCurrentThread = [](JavaVM*, void**, void*) {
+    return static_cast<jint>(JNI_ERR);
+  };
+  EXPECT_EQ(fresh.CreateObject("JAVABEAN://beans.Point", nullptr), status::kObjectNotMade);
+  EXPECT_EQ(unbound.BindObject(&unbound, "JAVABEAN://beans.Point"), status::kNothingToBind);
+  EXPECT_FALSE(unbound.IsValidObject());
+  EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kIntrospectionFailed);
+  bean.CloseIntrospect();
+  meta_object::context::CollectionContext walk;
+  EXPECT_EQ(bean.OpenCollection(walk), status::kNoCollection);
+  EXPECT_EQ(bean.OpenMethodCall(context, WideString(L"Invoke:size:0")), 0U);
+  EXPECT_EQ(bean.InvokeMethod(context, record, &result), status::kCallFailed);
+  EXPECT_EQ(record.statusCode, 0U) << "nothing reached the machine";
+  EXPECT_EQ(bean.CloseMethodCall(context), 0U);
+}
+
 }  // namespace
 }  // namespace quenlatrix::test

@@ -4,11 +4,10 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 #include "meta_object/handlers/bean/jar_path_set.h"
 #include "meta_object/handlers/bean/plugin_state.h"
+#include "tests/support/files.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 namespace {
@@ -18,15 +17,9 @@ namespace fs = std::filesystem;
 // In a directory of its own, where the file is looked for while there is no plug-in.
 class ClassPathTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "class_path_test.XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr) << name;
-    directory = name;
-    fs::current_path(directory);
-  }
+  ClassPathTest() { fs::current_path(directory); }
   ~ClassPathTest() override {
     fs::current_path(before);
-    fs::remove_all(directory);
     cleanJarPath();
   }
 
@@ -38,7 +31,8 @@ class ClassPathTest : public testing::Test {
   }
 
   const fs::path before = fs::current_path();
-  fs::path directory;
+  const TemporaryDirectory own;
+  const fs::path& directory = own.path;
 };
 
 // What GetClassPath makes of a text that was there before.

@@ -1,9 +1,7 @@
-#include <iterator>
 #include <thread>
 
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
 #include "tests/support/jni_reference_tracker.h"
-#include "tests/support/patched_jni.h"
 
 namespace quenlatrix::test {
 namespace {
@@ -293,33 +291,6 @@ TEST_F(CollectionTest, AnOpenWalkIsOneAttach) {
     EXPECT_FALSE(isAttached());
     EXPECT_EQ(second.Close(), kNone);
   }).join();
-}
-
-TEST_F(CollectionTest, LostReferencesAndTextsLeaveNothingBehind) {
-  // What each call of the entry is for, in a walk over two elements.
-  const char* const outcomes[] = {
-      "the Java side: open, no items", "the first iterator: open, items",
-      "the iterator: not open",        "the first element: open, no items",
-      "the second: open, no items",    "none: open, items",
-  };
-  const CallOutcome made = MakeCollection("values");
-  for (int faultAt = 0; faultAt < static_cast<int>(std::size(outcomes)); ++faultAt) {
-    const JniReferenceTracker tracker(Env());
-    const FaultyJni faulty(Env(), FaultyJni::Lose<&JNINativeInterface_::NewGlobalRef, false>,
-                           faultAt);
-    Walk walk(*made.Object());
-    std::string outcome = walk.Open() == kDone ? "open" : "not open";
-    if (walk.IsOpen()) {
-      outcome += walk.Next() == kDone ? ", items" : ", no items";
-    }
-    EXPECT_THAT(outcomes[faultAt], testing::EndsWith(": " + outcome));
-    walk.Forget();
-    walk.Close();
-    EXPECT_EQ(tracker.Left(), 0) << outcomes[faultAt];
-  }
-  const FaultyJni faulty(Env(), FaultyJni::Lose<&JNINativeInterface_::GetStringUTFChars>, 0);
-  EXPECT_THAT(Elements(*made.Object()), ElementsAre("status 13"));
-  EXPECT_EQ(Env()->ExceptionCheck(), JNI_FALSE);
 }
 
 TEST_F(CollectionTest, AMillionElementsKeepNoReferences) {

@@ -1,7 +1,5 @@
 #include <dlfcn.h>
 
-#include <set>
-
 #include "meta_object/handlers/bean/class_path.h"
 #include "meta_object/info/method_info.h"
 #include "meta_object/info/object_info.h"
@@ -207,19 +205,6 @@ TEST_F(IntrospectionTest, WithoutAnObjectOrTheCachesLeaveThereIsNoCatalogue) {
   std::list<WideString>* ids = nullptr;
   EXPECT_EQ(empty.GetMethodIDs(ids), status::kIntrospectionFailed);
   EXPECT_EQ(ids, nullptr);
-}
-
-TEST_F(IntrospectionTest, EveryIdentifierOfLargeClassesIsFoundAgain) {
-  for (const char* name : {"java.util.ArrayList", "javax.swing.DefaultBoundedRangeModel",
-                           "java.text.SimpleDateFormat", "beans.ManyMethods300"}) {
-    Handler& bean = Make(name);
-    Introspect(bean);
-    const std::vector<std::string> ids = MethodIds(bean);
-    EXPECT_GT(ids.size(), 10U) << name;
-    std::set<std::string> signatures;
-    for (const std::string& id : ids) signatures.insert(Signature(bean, id));
-    EXPECT_EQ(signatures.size(), ids.size()) << name;
-  }
 }
 
 struct JavaSide {

@@ -115,18 +115,6 @@ TEST_F(InvocationTest, ParametersAccumulateAndTheLastResultTypeWins) {
   EXPECT_EQ(echo.SetReturnDataType(context, DescribeType("int")), status::kCallFailed);
 }
 
-TEST_F(InvocationTest, ReturnedObjectsHaveMethodsInTheirTurn) {
-  std::vector<CallOutcome> chain;
-  chain.push_back(Call(Make("beans.ObjectReturner"), "next", "beans.ObjectReturner", {}));
-  for (int i = 0; i < 4; ++i) {
-    ASSERT_NE(chain.back().Object(), nullptr);
-    chain.push_back(Call(*chain.back().Object(), "next", "beans.ObjectReturner", {}));
-  }
-  EXPECT_EQ(chain.back().Text(), "Object beans.ObjectReturner");
-  EXPECT_EQ(Answer(*chain.back().Object(), "depth", "int"), "Int 5");
-  EXPECT_EQ(chain.back().Object()->GetReferenceCount(), 1U);
-}
-
 TEST_F(InvocationTest, AResultIsWhatItsStaticTypeSays) {
   Handler& returner = Make("beans.ObjectReturner");
   const std::pair<std::pair<const char*, const char*>, const char*> cases[] = {
@@ -233,12 +221,6 @@ TEST_F(InvocationTest, ATypeNameCannotSmuggleParametersIntoTheSignature) {
     EXPECT_EQ(Answer(taker, "same", "boolean", ValuesOf(HoldAlone(taker, name))), "refused")
         << name;
   }
-}
-
-TEST_F(InvocationTest, MoreTextsThanAFrameHoldsArriveWithoutAWarning) {
-  const Values values =
-      ValuesOf(std::vector<std::pair<std::string, std::wstring>>(40, {"java.lang.String", L"x"}));
-  EXPECT_EQ(Answer(Make("beans.ObjectTaker"), "takesForty", "int", values), "Int 40");
 }
 
 TEST_F(InvocationTest, AnInstanceThatWasReleasedIsNotCalled) {
