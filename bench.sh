@@ -13,15 +13,19 @@ if [ "${1:-}" = --jpype ]; then
   shift
   require_packages $JPYPE_PACKAGES
 fi
-configure_once release >/dev/null
-build_quietly release
-build/release/bin/bean_bench --check
+# QUENLATRIX_BUILD names a build directory to use as it is.
+build="${QUENLATRIX_BUILD:-build/release}"
+if [ -z "${QUENLATRIX_BUILD:-}" ]; then
+  configure_once release >/dev/null
+  build_quietly release
+fi
+"$build/bin/bean_bench" --check
 if [ -z "$jpype" ]; then
-  exec build/release/bin/bean_bench "$@"
+  exec "$build/bin/bean_bench" "$@"
 fi
 times="$(mktemp)"
 trap 'rm -f "$times"' EXIT
-build/release/bin/bean_bench --benchmark_out="$times" --benchmark_out_format=json "$@"
+"$build/bin/bean_bench" --benchmark_out="$times" --benchmark_out_format=json "$@"
 # The distribution's own Python, for which its JPype is built, and the place of its JPype's Java side.
-/usr/bin/python3 bench/jpype_bench.py "$times" build/release/bench/bench_beans.jar \
+/usr/bin/python3 bench/jpype_bench.py "$times" "$build/bench/bench_beans.jar" \
   /usr/share/java/org.jpype.jar

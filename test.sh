@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")"
 . cmake/packages.sh
 
-require_packages $BUILD_PACKAGES $TEST_PACKAGES
+require_packages $BUILD_PACKAGES $TEST_PACKAGES $DEB_PACKAGES
 
 for stage in ${@:-lint tsan asan dev}; do
   case "$stage" in
