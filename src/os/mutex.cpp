@@ -66,8 +66,8 @@ bool InitSystemMutexes(pthread_mutex_t& guard, pthread_mutex_t& mainMutex, int p
   return true;
 }
 
-// Doesn't need the guard: no other thread ever writes or removes this thread's own name, so what
-// is read beside another thread's change is in any case not it.
+// No other thread ever writes or removes this thread's own name, so what is read beside another
+// thread's change is in any case not it.
 bool HeldByThisThread(OSMUTEXDATA& data) {
   const pthread_t owner = std::atomic_ref(data.owner).load(std::memory_order_relaxed);
   return owner != 0 && pthread_equal(owner, pthread_self()) != 0;
@@ -77,22 +77,34 @@ void SetOwner(OSMUTEXDATA& data, pthread_t owner) {
   std::atomic_ref(data.owner).store(owner, std::memory_order_relaxed);
 }
 
+// The calling thread has the main mutex: nobody else changes what is changed here.
 void CountHold(OSMUTEXDATA& data) {
-  const GuardHold hold(data.guard);
-  if (data.lockCount++ == 0) {
+  std::atomic_ref count(data.lockCount);
+  const std::uint32_t held = count.load(std::memory_order_relaxed);
+  if (held == 0) {
     SetOwner(data, pthread_self());
   }
+  count.store(held + 1, std::memory_order_relaxed);
 }
 
 // True when that was the last hold. A mutex that nobody holds is left alone: a count run below
 // zero would keep every later owner from giving it back.
 bool DropHold(OSMUTEXDATA& data) {
-  const GuardHold hold(data.guard);
-  if (data.lockCount == 0 || --data.lockCount != 0) {
+  std::atomic_ref count(data.lockCount);
+  const std::uint32_t held = count.load(std::memory_order_relaxed);
+  if (held == 0) {
     return false;
   }
-  SetOwner(data, 0);
-  return true;
+  if (held == 1) {
+    SetOwner(data, 0);
+  }
+  count.store(held - 1, std::memory_order_relaxed);
+  return held == 1;
+}
+
+bool DropHoldOfAnother(OSMUTEXDATA& data) {
+  const GuardHold hold(data.guard);
+  return DropHold(data);
 }
 
 }  // namespace
@@ -182,7 +194,7 @@ int Mutex::_UnLock_P() {
   if (data.mainMutex == nullptr) {
     return kRefused;
   }
-  if (DropHold(data)) {
+  if (HeldByThisThread(data) ? DropHold(data) : DropHoldOfAnother(data)) {
     pthread_mutex_unlock(data.mainMutex);
   }
   return kDone;

@@ -8,12 +8,13 @@
 
 // The state of a Mutex. The order of the fields is part of the interface.
 struct OSMUTEXDATA {
-  // How many times the owning thread holds the mutex. Changed only with `guard` held.
+  // How many times the owning thread holds the mutex, and that thread, 0 when the mutex is free.
+  // Both are changed by the thread that has the main mutex, which needs no other lock for it, and
+  // atomically, since any thread may look whether it is the owner.
   std::uint32_t lockCount;
-  // The owning thread, 0 when the mutex is free. Changed only with `guard` held, and atomically:
-  // a thread that asks only whether it is the owner itself reads it without.
   pthread_t owner;
-  // Held for the few instructions that change the two fields above, never during a wait.
+  // Held for the few instructions in which a thread that isn't the owner reads or changes the two
+  // fields above, never during a wait.
   pthread_mutex_t guard;
   // What threads wait on; null while the mutex is uncreated.
   pthread_mutex_t* mainMutex;
