@@ -67,15 +67,18 @@ Identity& Identity::operator=(const Identity& other) {
   return *this;
 }
 
-void Identity::SetIdentity(const char* text) { SetIdentity(std::string(text ? text : "")); }
+// Both by way of a copy: the text may be one of this object's own.
+void Identity::SetIdentity(const char* text) { Take(text == nullptr ? "" : text); }
 
-void Identity::SetIdentity(const std::string& text) {
-  std::string copy = text;  // The text may be one of this object's own.
-  Clear();
-  if (!copy.empty()) {
-    identity = std::move(copy);
-    ParseIdentity();
+void Identity::SetIdentity(const std::string& text) { Take(text); }
+
+void Identity::Take(std::string text) {
+  if (text.empty()) {
+    Clear();
+    return;
   }
+  identity = std::move(text);
+  ParseIdentity();
 }
 
 bool Identity::ParseIdentity() {
