@@ -3,6 +3,7 @@
 #include <jni.h>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <unordered_set>
@@ -13,8 +14,9 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 // The Java references that this plug-in's live handlers hold. A number that a host passes as an
 // object is used as a reference only when it is one of these: asking the VM about any other number
-// could crash it. Every call asks, so the set is split into parts, each with a lock and a cache
-// line of its own: threads that call different objects rarely meet. Any thread may use it.
+// could crash it. Every call asks, so the set is split into parts with cache lines of their own,
+// and the first few references of a part are found without a lock: threads that call different
+// objects rarely meet. Any thread may use it.
 class LiveReferences {
  public:
   LiveReferences() = default;
@@ -28,11 +30,14 @@ class LiveReferences {
 
  private:
   struct alignas(64) Part {
+    std::array<std::atomic<jobject>, 3> few{};
+    std::atomic<std::size_t> moreCount{0};
     ShortLock lock;
-    std::unordered_set<jobject> references GUARDED_BY(lock);
+    std::unordered_set<jobject> more GUARDED_BY(lock);
   };
 
   Part& PartOf(jobject reference);
+  static bool IsAmongFew(const Part& part, jobject reference);
 
   std::array<Part, 64> parts;
 };

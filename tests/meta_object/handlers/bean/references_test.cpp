@@ -1,6 +1,7 @@
 #include <atomic>
 #include <thread>
 
+#include "meta_object/handlers/bean/live_references.h"
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
 #include "tests/support/jni_reference_tracker.h"
 
@@ -8,6 +9,7 @@ namespace quenlatrix::test {
 namespace {
 
 using meta_object::Handler;
+using meta_object::handlers::bean::LiveReferences;
 
 struct HeldCall {
   HeldCall(Handler& handler, const char* method, const char* returnType, Values given)
@@ -80,4 +82,20 @@ TEST_F(ReferencesTest, AMillionCallsOfEveryKindLeaveTheTablesAsTheyWere) {
 }
 
 }  // namespace
+TEST(LiveReferences, AreFoundUntilTheyAreRemovedHoweverManyLieTogether) {
+  LiveReferences live;
+  const auto reference = [](std::uintptr_t number) {
+    return reinterpret_cast<jobject>(number * 64 * sizeof(void*));
+  };
+  for (std::uintptr_t i = 1; i <= 8; ++i) live.Add(reference(i));
+  live.Remove(reference(1));
+  live.Add(reference(8));
+  for (std::uintptr_t i = 2; i <= 8; ++i) {
+    EXPECT_TRUE(live.Contains(reference(i))) << i;
+    live.Remove(reference(i));
+    EXPECT_FALSE(live.Contains(reference(i))) << i;
+  }
+  EXPECT_FALSE(live.Contains(nullptr));
+}
+
 }  // namespace quenlatrix::test
