@@ -32,11 +32,40 @@ if(QUENLATRIX_TIDY)
   set(CMAKE_CXX_CLANG_TIDY ${CLANG_TIDY_PROGRAM} --quiet)
 endif()
 
+set(QUENLATRIX_OPTIMISE_WHOLE OFF)
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"
+   AND NOT QUENLATRIX_SANITIZE)
+  include(CheckIPOSupported)
+  check_ipo_supported(RESULT QUENLATRIX_OPTIMISE_WHOLE LANGUAGES CXX)
+endif()
+
 # A folder of src/ as one static library.
 function(quenlatrix_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:project_settings> ${ARG_LIBRARIES})
+endfunction()
+
+# quenlatrix_whole_library(name library...)
+# The sources of those libraries once more, compiled so that the linker optimises them as a whole: for
+# a file that is loaded as one. The libraries themselves stay ordinary archives, which every linker
+# reads and a debugger steps through; where nothing is to be optimised, `name` just stands for them.
+function(quenlatrix_whole_library name)
+  if(NOT QUENLATRIX_OPTIMISE_WHOLE)
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ${ARGN})
+    return()
+  endif()
+  add_library(${name} STATIC)
+  foreach(library IN LISTS ARGN)
+    get_target_property(sources ${library} SOURCES)
+    get_target_property(directory ${library} SOURCE_DIR)
+    list(TRANSFORM sources PREPEND "${directory}/")
+    target_sources(${name} PRIVATE ${sources})
+  endforeach()
+  # What the libraries need comes behind, and with it their own archives, which supply nothing more.
+  target_link_libraries(${name} PUBLIC ${ARGN})
+  set_target_properties(${name} PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
 endfunction()
 
 # A library of the framework: handlers and hosts outside this tree link it as quenlatrix::name.

@@ -11,7 +11,7 @@ function(quenlatrix_handler name)
     set(ARG_EXPORTS "${QUENLATRIX_HANDLER_EXPORTS}")
   endif()
   add_library(${name} MODULE ${ARG_SOURCES})
-  target_link_libraries(${name} PRIVATE quenlatrix::meta_object ${ARG_LIBRARIES})
+  target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} quenlatrix::meta_object)
   set_target_properties(${name} PROPERTIES
     PREFIX ""
     CXX_VISIBILITY_PRESET hidden
