@@ -119,7 +119,7 @@ bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature,
   if (!liveReferences.Contains(object)) {
     return false;
   }
-  const jmethodID method = FindMethod(bareName, signature.Get());
+  const jmethodID method = FindMethod(bareName, signature);
   if (method == nullptr || !ArgumentsFit(arguments)) {
     return false;
   }
@@ -134,17 +134,18 @@ bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature,
   return TranslateJavaResult(value, result, returnNumber);
 }
 
-jmethodID CBeanMethodInvoke::FindMethod(const BareName& bareName, const char* signature) {
+jmethodID CBeanMethodInvoke::FindMethod(const BareName& bareName, JavaSignature& signature) {
   const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
   if (bean::IsJavaExceptionHappened(env, nullptr) || !cls || !IsMethodName(bareName.Get()) ||
       !(bareName.IsAscii() || HasWholeNarrowForm(methodName))) {
     return nullptr;
   }
-  const JavaUtf8 name(bareName.Get());
-  if (IsAscii(signature)) {
-    return name.Get() == nullptr ? nullptr : FindJavaMethod(env, cls.Get(), name.Get(), signature);
+  const JavaUtf8 name(bareName.Get(), bareName.IsAscii());
+  if (signature.IsAscii()) {
+    return name.Get() == nullptr ? nullptr
+                                 : FindJavaMethod(env, cls.Get(), name.Get(), signature.Get());
   }
-  const WideString wide(signature);
+  const WideString wide(signature.Get());
   const JavaUtf8 code(wide.getCharPtr());
   if (name.Get() == nullptr || code.Get() == nullptr || !HasWholeNarrowForm(wide)) {
     return nullptr;
@@ -155,10 +156,14 @@ jmethodID CBeanMethodInvoke::FindMethod(const BareName& bareName, const char* si
 bool CBeanMethodInvoke::ArgumentsFit(Arguments& arguments) {
   std::size_t index = 0;
   for (const type::Object* param : params) {
+    const Arguments::Kind kind = arguments.KindOf(index);
     const jobject argument =
-        arguments.KindOf(index) == Arguments::Kind::kPrimitive ? nullptr : arguments.Value(index).l;
+        kind == Arguments::Kind::kPrimitive ? nullptr : arguments.Value(index).l;
     ++index;
-    if (argument != nullptr && !ArgumentFits(*param, argument)) {
+    // A single value's own reference was made of the very class.
+    const bool isSurelyOfItsClass =
+        kind == Arguments::Kind::kLocalReference && param->GetMetaItemType().arrayInfo == nullptr;
+    if (argument != nullptr && !isSurelyOfItsClass && !ArgumentFits(*param, argument)) {
       return false;
     }
   }

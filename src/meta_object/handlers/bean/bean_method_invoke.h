@@ -98,7 +98,7 @@ class CBeanMethodInvoke {
   // text, empty where there was none.
   bool Call(const BareName& bareName, JavaSignature& signature, int returnNumber,
             Arguments& arguments, type::Object** result, WideString& exceptionText);
-  jmethodID FindMethod(const BareName& bareName, const char* signature);
+  jmethodID FindMethod(const BareName& bareName, JavaSignature& signature);
   // Is every object among the arguments an instance of its parameter's class, as the receiver's
   // class loader sees it? The VM trusts its caller here, so a wrong object would corrupt memory.
   bool ArgumentsFit(Arguments& arguments);

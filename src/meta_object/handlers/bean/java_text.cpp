@@ -84,8 +84,11 @@ bool IsAscii(const char* text) {
   return seen < 0x80;
 }
 
-JavaUtf8::JavaUtf8(const char* narrow) : text(narrow) {
-  if (narrow == nullptr || IsAscii(narrow)) {
+JavaUtf8::JavaUtf8(const char* narrow)
+    : JavaUtf8(narrow, narrow == nullptr || bean::IsAscii(narrow)) {}
+
+JavaUtf8::JavaUtf8(const char* narrow, bool isAscii) : text(narrow) {
+  if (isAscii) {
     return;
   }
   text = nullptr;

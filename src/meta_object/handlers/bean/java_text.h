@@ -26,6 +26,8 @@ bool IsAscii(const char* text);
 class JavaUtf8 {
  public:
   explicit JavaUtf8(const char* narrow);
+  // The same for who knows already whether the text is ASCII.
+  JavaUtf8(const char* narrow, bool isAscii);
   JavaUtf8(const JavaUtf8&) = delete;
   JavaUtf8& operator=(const JavaUtf8&) = delete;
 

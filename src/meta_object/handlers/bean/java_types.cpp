@@ -1,5 +1,6 @@
 #include "meta_object/handlers/bean/java_types.h"
 
+#include <array>
 #include <climits>
 #include <cstring>
 #include <cwchar>
@@ -166,31 +167,34 @@ const JavaPrimitive kPrimitives[] = {
      CallVoid, nullptr, nullptr},
 };
 
-constexpr std::size_t kPackageLength = std::string_view("java.lang.").size();
+// Every call asks for each of its types, so a name's row is found by its first letter.
+constexpr std::wstring_view kInitials = L"bbcsilfdv";
+static_assert(kInitials.size() == std::size(kPrimitives));
+constexpr auto kFirstRows = [] {
+  std::array<std::size_t, 26> rows{};
+  rows.fill(kInitials.size());
+  for (std::size_t row = kInitials.size(); row-- > 0;) {
+    rows[static_cast<std::size_t>(kInitials[row] - L'a')] = row;
+  }
+  return rows;
+}();
 
+constexpr std::wstring_view kPackage = L"java.lang.";
+
+// The most frequent first.
 const JavaTextClass kTextClassRows[] = {
-    {BooleanType, "java/lang/Boolean", Key::Bool, 0},
-    {ByteType, "java/lang/Byte", Key::Int, 1},
-    {ShortType, "java/lang/Short", Key::Int, 2},
-    {IntegerType, "java/lang/Integer", Key::Int, 3},
-    {LongType, "java/lang/Long", Key::Int, 4},
-    {FloatType, "java/lang/Float", Key::Real, 5},
-    {DoubleType, "java/lang/Double", Key::Real, 6},
-    {StringType, "java/lang/String", Key::String, 7},
+    {StringType, "java/lang/String", Key::String, 0},
+    {IntegerType, "java/lang/Integer", Key::Int, 1},
+    {LongType, "java/lang/Long", Key::Int, 2},
+    {BooleanType, "java/lang/Boolean", Key::Bool, 3},
+    {DoubleType, "java/lang/Double", Key::Real, 4},
+    {ByteType, "java/lang/Byte", Key::Int, 5},
+    {ShortType, "java/lang/Short", Key::Int, 6},
+    {FloatType, "java/lang/Float", Key::Real, 7},
     {DateType, "java/lang/Date", Key::Date, 8},
     {CharacterType, "java/lang/Character", Key::Char, 9},
 };
 static_assert(std::size(kTextClassRows) == kTextClasses);
-
-// Where `name` goes on after the ASCII text that ends at `end`; null when it begins otherwise.
-const wchar_t* SkipText(const wchar_t* name, const char* ascii, const char* end) {
-  for (; ascii != end; ++ascii, ++name) {
-    if (*name != static_cast<wchar_t>(*ascii)) {
-      return nullptr;
-    }
-  }
-  return name;
-}
 
 // Short texts, most of which differ in their first letter: no call pays here.
 template <class Character>
@@ -214,9 +218,11 @@ const JavaPrimitive* FindPrimitive(const wchar_t* name) {
   if (name == nullptr) {
     return nullptr;
   }
-  for (const JavaPrimitive& row : kPrimitives) {
-    if (IsText(name, row.name)) {
-      return &row;
+  const auto letter = static_cast<std::size_t>(*name) - std::size_t{L'a'};
+  std::size_t row = letter < kFirstRows.size() ? kFirstRows[letter] : kInitials.size();
+  for (; row < kInitials.size() && kInitials[row] == *name; ++row) {
+    if (IsText(name, kPrimitives[row].name)) {
+      return &kPrimitives[row];
     }
   }
   return nullptr;
@@ -228,13 +234,12 @@ const JavaPrimitive* FindPrimitive(int number) {
 }
 
 const JavaTextClass* FindTextClass(const wchar_t* name) {
-  const wchar_t* const simpleName =
-      name == nullptr ? nullptr : SkipText(name, StringType, StringType + kPackageLength);
-  if (simpleName == nullptr) {
+  if (name == nullptr || std::wcsncmp(name, kPackage.data(), kPackage.size()) != 0) {
     return nullptr;
   }
+  const wchar_t* const simpleName = name + kPackage.size();
   for (const JavaTextClass& row : kTextClassRows) {
-    if (IsText(simpleName, row.name + kPackageLength)) {
+    if (IsText(simpleName, row.name + kPackage.size())) {
       return &row;
     }
   }

@@ -49,9 +49,8 @@ constexpr ItemMaker kItemMakers[] = {
 
 // An object value whose handler has taken over `object`; null, with `object` untouched, when it
 // can't be bound.
-std::unique_ptr<type::Object> MakeObjectItem(const TypeDesc& desc, jobject object) {
+ItemPtr MakeObjectItem(jobject object) {
   auto blob = std::make_unique<type::Blob>();
-  blob->GetMetaItemType() = desc;
   BeanHandler* const handler = AllocHandlerObject();
   const bool isBound = handler->BindObject(object, nullptr) == handler_status::kSuccess;
   if (isBound) {
@@ -59,7 +58,7 @@ std::unique_ptr<type::Object> MakeObjectItem(const TypeDesc& desc, jobject objec
     blob->SetInvoke(true);
   }
   handler->Release();
-  return isBound ? std::move(blob) : nullptr;
+  return ItemPtr(isBound ? blob.release() : nullptr);
 }
 
 // A name that the mapping reads as a code ("I") is a class's here: element types go by their names.
@@ -144,13 +143,12 @@ type::Object* CBeanMethodInvoke::ClassToReference(const wchar_t* className, jobj
   if (bean::IsJavaExceptionHappened(env, nullptr) || !held) {
     return nullptr;
   }
-  TypeDesc desc(Key::Object, TypeDesc::RefType::ByValue, false);
-  desc.typeName.assign(className);
-  type::Object* const item = CreateItem(desc, held.Get());
+  ItemPtr item = MakeObjectItem(held.Get());
   if (item != nullptr) {
     static_cast<void>(held.Release());
+    item->GetMetaItemType().typeName.assign(className);
   }
-  return item;
+  return item.release();
 }
 
 type::Object* CBeanMethodInvoke::CreateTextItem(const JavaTextClass& row, jobject reference) {
@@ -174,7 +172,12 @@ type::Object* CBeanMethodInvoke::CreateTextItem(const JavaTextClass& row, jobjec
 
 type::Object* CBeanMethodInvoke::CreateItem(const TypeDesc& desc, jobject object) const {
   if (desc.key == Key::Object) {
-    return MakeObjectItem(desc, object).release();
+    TypeDesc copy(desc);
+    ItemPtr item = MakeObjectItem(object);
+    if (item != nullptr) {
+      item->GetMetaItemType() = std::move(copy);
+    }
+    return item.release();
   }
   for (const ItemMaker& maker : kItemMakers) {
     if (maker.key == desc.key) {

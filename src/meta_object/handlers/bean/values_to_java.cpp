@@ -42,12 +42,6 @@ int ElementCount(const type::Array& array, int dimension) {
   return elementCount;
 }
 
-// The class's code; a name that the encoding lacks gives the code of no class.
-bool AppendClass(const wchar_t* name, JavaSignature& signature) {
-  const NarrowText narrow(name);
-  return signature.AppendClass(narrow.Get() == nullptr ? "" : narrow.Get());
-}
-
 // The value's text: a string value's own, lent, or another's, made in `made`.
 const wchar_t* TextOf(const type::Object& value, WideString& made) {
   if (typeid(value) == typeid(type::String)) {
@@ -202,7 +196,7 @@ bool CBeanMethodInvoke::NativeType2ClassType(const wchar_t* typeName, const type
     value->l = reference;
   }
   number = kReferenceNumber;
-  return AppendClass(typeName, signature);
+  return signature.AppendClass(typeName);
 }
 
 jobject CBeanMethodInvoke::CreateObject(const wchar_t* typeName, const wchar_t* text) {
@@ -265,7 +259,7 @@ bool CBeanMethodInvoke::ProcessArray(type::Object* array, const wchar_t* typeNam
     signature.Append(primitive->code);
     return true;
   }
-  return AppendClass(typeName, signature);
+  return signature.AppendClass(typeName);
 }
 
 bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& desc, jvalue* value,
@@ -293,7 +287,7 @@ bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& de
     return true;
   }
   signature.Append('[');
-  if (!AppendClass(typeName, signature) || !StartsAtZero(array)) {
+  if (!signature.AppendClass(typeName) || !StartsAtZero(array)) {
     return false;
   }
   value->l = CreateObjectArray(array, count, typeName);
