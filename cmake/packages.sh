@@ -10,6 +10,7 @@ TEST_PACKAGES="libgtest-dev libgmock-dev locales nm=binutils git=git clang++=cla
   clang-tidy=clang-tidy clang-format=clang-format libcommons-lang3-java python3=python3 doxygen=doxygen
   libbenchmark-dev"
 DEB_PACKAGES="dpkg-shlibdeps=dpkg-dev gzip=gzip"
+COVERAGE_PACKAGES="gcovr=gcovr libjacoco-java"
 BENCH_PACKAGES="libbenchmark-dev"
 # JPype, and the Python that it is built for.
 JPYPE_PACKAGES="python3-jpype python3-numpy"
