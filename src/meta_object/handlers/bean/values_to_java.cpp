@@ -183,6 +183,10 @@ bool CBeanMethodInvoke::NativeType2ClassType(const wchar_t* typeName, const type
   if (env == nullptr) {
     return false;
   }
+  // Before there is a reference that a signature without memory would leave to nobody.
+  if (!signature.AppendClass(typeName)) {
+    return false;
+  }
   if (param != nullptr) {
     WideString made;
     const wchar_t* text = TextOf(*param, made);
@@ -196,7 +200,7 @@ bool CBeanMethodInvoke::NativeType2ClassType(const wchar_t* typeName, const type
     value->l = reference;
   }
   number = kReferenceNumber;
-  return signature.AppendClass(typeName);
+  return true;
 }
 
 jobject CBeanMethodInvoke::CreateObject(const wchar_t* typeName, const wchar_t* text) {
