@@ -20,12 +20,10 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-// A value that nobody has been given yet: it lets go of what it refers to before it is deleted.
+// A value that nobody has been given yet: it, and each element of an array, lets go of what it
+// refers to before it is deleted.
 struct ReleaseAndDelete {
-  void operator()(type::Object* item) const {
-    item->ReleaseItem();
-    delete item;
-  }
+  void operator()(type::Object* item) const;
 };
 using ItemPtr = std::unique_ptr<type::Object, ReleaseAndDelete>;
 

@@ -77,15 +77,8 @@ TypeDesc ArrayDesc(const wchar_t* typeName, std::initializer_list<int> counts) {
 class Target {
  public:
   explicit Target(type::Object* existing)
-      : made(existing == nullptr ? std::make_unique<type::Array>() : nullptr),
-        array(existing == nullptr ? made.get() : dynamic_cast<type::Array*>(existing)) {}
-  Target(const Target&) = delete;
-  Target& operator=(const Target&) = delete;
-  ~Target() {
-    if (made != nullptr) {
-      ReleaseItems(*made);
-    }
-  }
+      : made(existing == nullptr ? new type::Array : nullptr),
+        array(dynamic_cast<type::Array*>(existing == nullptr ? made.get() : existing)) {}
 
   explicit operator bool() const { return array != nullptr; }
   type::Array& operator*() const { return *array; }
@@ -96,7 +89,7 @@ class Target {
   }
 
  private:
-  std::unique_ptr<type::Array> made;
+  ItemPtr made;
   type::Array* array;
 };
 
@@ -108,6 +101,14 @@ void ReleaseItems(type::Array& array) {
       item->ReleaseItem();
     }
   }
+}
+
+void ReleaseAndDelete::operator()(type::Object* item) const {
+  if (auto* const array = dynamic_cast<type::Array*>(item)) {
+    ReleaseItems(*array);
+  }
+  item->ReleaseItem();
+  delete item;
 }
 
 bool CBeanMethodInvoke::TranslateJavaResult(jvalue value, type::Object** result, int number) {
