@@ -33,9 +33,9 @@ HandlerStatus StatusOf(bool isDone) {
 
 // The type of an element by its class's name. In the default package a class may be called "I" or
 // "int": its name is no primitive type's, which only an array's element is, written as a letter.
-TypeDesc DescribeClass(const ZuText& name) {
+TypeDesc DescribeClass(const char* name) {
   WideString wide;
-  AppendModifiedUtf8(name.GetTextEx(), wide);
+  AppendModifiedUtf8(name, wide);
   TypeDesc desc = GetTypeDesc(wide.getWCharPtr());
   std::wstring element(ViewOf(wide));
   element.erase(0, element.find_first_not_of(L'['));
@@ -54,7 +54,7 @@ bool ConvertElements(WalkedElements& elements, CBeanMethodInvoke& conversion,
                      std::list<type::Object*>& items, int* delivered) {
   std::size_t index = 0;
   for (const WalkedElements::Run& run : elements.Runs()) {
-    conversion.SetReturnDataType(DescribeClass(run.type));
+    conversion.SetReturnDataType(DescribeClass(run.type.c_str()));
     for (; index < run.end; ++index) {
       const auto element = elements.Take(index);
       jvalue value;

@@ -15,7 +15,7 @@ WalkedElements::~WalkedElements() {
   }
 }
 
-void WalkedElements::Add(GlobalRef<jobject> element, const ZuText& type, bool isOfNewClass) {
+void WalkedElements::Add(GlobalRef<jobject> element, const char* type, bool isOfNewClass) {
   objects.push_back(element.Get());
   static_cast<void>(element.Release());
   if (isOfNewClass || runs.empty()) {
@@ -128,7 +128,7 @@ bool JCollection::Next(int, WalkedElements& elements) {
       return false;
     }
     if (type.GetSize() > 0) {
-      elements.Add(std::move(reference), type, !isKnown);
+      elements.Add(std::move(reference), type.GetTextEx(), !isKnown);
     }
   }
   return true;
@@ -156,7 +156,7 @@ bool JCollection::GetObjectType(JNIEnv* env, jobject object, ZuText& type,
     return false;
   }
   type.SetEqualTo(chars.Get(), length, 0);
-  return true;
+  return type.GetSize() == length;
 }
 
 bool JCollection::Skip(int count) {

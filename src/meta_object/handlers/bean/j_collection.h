@@ -3,6 +3,7 @@
 #include <jni.h>
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "meta_object/handlers/bean/bean_introspector.h"
@@ -16,7 +17,7 @@ namespace quenlatrix::meta_object::handlers::bean {
 class WalkedElements {
  public:
   struct Run {
-    ZuText type;
+    std::string type;
     std::size_t end;  // one past the run's last element
   };
 
@@ -26,7 +27,7 @@ class WalkedElements {
   ~WalkedElements();
 
   // Takes an element over. A new run begins with it where `isOfNewClass`.
-  void Add(GlobalRef<jobject> element, const ZuText& type, bool isOfNewClass);
+  void Add(GlobalRef<jobject> element, const char* type, bool isOfNewClass);
   const std::vector<Run>& Runs() const { return runs; }
   // Hands an element out.
   GlobalRef<jobject> Take(std::size_t index);
@@ -61,7 +62,8 @@ class JCollection {
   // Appends every remaining element. False when there is no iterator, an element is null or
   // something threw; what was appended stays. `count` is not used.
   bool Next(int count, WalkedElements& elements);
-  // The class name of an object; false, with `type` empty, when it can't be had.
+  // The class name of an object; false, with `type` empty, when it can't be had, or isn't kept for
+  // want of memory.
   bool GetObjectType(JNIEnv* env, jobject object, ZuText& type, BeanIntrospector& introspector);
   // Passes over up to `count` elements; none for a count below 1. False without an iterator.
   bool Skip(int count);
