@@ -89,6 +89,8 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
       !SetUpParamArray(params, arguments, signature, returnNumber)) {
     return handler_status::kCallFailed;
   }
+  // What is thrown from here on, too, comes after the VM was reached.
+  status.statusCode = MethodInvokeStatus::kFailed;
   WideString exceptionText;
   type::Object* made = nullptr;
   const bool isDone = Call(name, signature, returnNumber, arguments, &made, exceptionText);
@@ -101,7 +103,6 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
     }
     return handler_status::kSuccess;
   }
-  status.statusCode = MethodInvokeStatus::kFailed;
   if (exceptionText.getWCharPtr() != nullptr) {
     status.failureText = std::move(exceptionText);
   } else {
