@@ -10,6 +10,7 @@
 #include "meta_object/wide_view.h"
 #include "os/module.h"
 #include "text/c_numbers.h"
+#include "text/zu_text_local.h"
 
 // The host's questions about a class, answered from its cache without Java.
 
@@ -22,6 +23,7 @@ using info::cache::CachedObjectInfo;
 using info::cache::CachedParamInfo;
 
 constexpr int kDescriptionFormatSize = 100;
+constexpr int kDescriptionSize = 10240;  // what formatting makes at most
 constexpr std::uint32_t kObjectInfoKind = 1;
 
 std::size_t ParamCount(const CachedMethodInfo& method) {
@@ -175,7 +177,8 @@ HandlerStatus BeanHandler::GetObjectInfo(info::ObjectInfo*& objectInfo, const ch
     Identity const parsed(identity != nullptr ? identity : objectIdentity.identity.c_str());
     char format[kDescriptionFormatSize] = "";
     LoadString(_HandlerInfo.moduleHandle, "%s in CLASSPATH environment", format, sizeof format);
-    ZuText description;
+    // On the stack: a text on the heap keeps quiet when it gets no memory.
+    ZuTextLocal<kDescriptionSize> description;
     description.Format(format, parsed.handlerData.c_str());
     info->description.assign(description.GetTextEx());
     info->infoKind = kObjectInfoKind;
