@@ -25,8 +25,8 @@ HandlerStatus BeanHandler::OpenMethodCall(context::MethodCallContext& context,
                                           const WideString& methodId) {
   return NoThrow(handler_status::kCallFailed, [&] {
     JavaThread thread;
-    context.call = new CBeanMethodInvoke(methodId, thread.Get(), objectRef, true);
     thread.StayAttached();
+    context.call = new CBeanMethodInvoke(methodId, thread.Get(), objectRef, true);
     return handler_status::kSuccess;
   });
 }

@@ -50,7 +50,8 @@ class BeanHandler : public Handler {
   HandlerStatus BuildNativeType(WideString& metaType, WideString& nativeType,
                                 bool flag) const override;
 
-  // An open call leaves the thread attached until CloseMethodCall.
+  // Each OpenMethodCall leaves the thread attached, whatever it answers, until CloseMethodCall,
+  // which undoes one attach also where no call is open.
   HandlerStatus OpenMethodCall(context::MethodCallContext& context,
                                const WideString& methodId) override;
   HandlerStatus PrepareMethodCall(context::MethodCallContext& context,
