@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <regex>
 
+#include "tests/faults/faulty_allocations.h"
 #include "tests/support/jni_reference_tracker.h"
 
 namespace quenlatrix::test {
@@ -46,15 +47,19 @@ void LoseQuietly(Table& table) {
           &Table::GetIntArrayElements>(table);
 }
 
+// All can be had but memory of our own.
+void LoseAllocations(Table&) {}
+
 int detaches = 0;
 const JNIInvokeInterface_* healthyMachine = nullptr;
 
-// Attaching can fail; a detach is counted only, as the patched table must outlive it.
+// Attaching can fail, where JNI calls do; a detach is counted only, as the patched table must
+// outlive it.
 void WatchAttaches(PatchedVm& machine) {
   detaches = 0;
   healthyMachine = &machine.Original();
   machine.Table().AttachCurrentThread = [](JavaVM* vm, void** env, void* arguments) -> jint {
-    return FaultyJni::IsTurn("AttachCurrentThread")
+    return !FaultyAllocations::AreCounted() && FaultyJni::IsTurn("AttachCurrentThread")
                ? JNI_ENOMEM
                : healthyMachine->AttachCurrentThread(vm, env, arguments);
   };
@@ -66,53 +71,62 @@ void WatchAttaches(PatchedVm& machine) {
 
 }  // namespace
 
-meta_object::Handler& FailureSweep::Keep() {
-  kept.push_back(&NewHandler());
-  return *kept.back();
+meta_object::Handler* FailureSweep::Keep() {
+  meta_object::Handler* const handler = plugin->GetHandlerObject();
+  if (handler != nullptr) kept.push_back(handler);
+  return handler;
 }
 
-void FailureSweep::Renew() {
+void FailureSweep::Unload() {
   TearDown();
   plugin.reset();
   host.registered.clear();
-  kept.clear();
-  SetUp();
+  host.cache.clear();
+  EXPECT_EQ(FaultyAllocations::Live(), 0U) << "memory is left";
 }
 
-std::string FailureSweep::Act(const Scenario& scenario,
-                              const std::function<std::string(const Action&)>& how) {
+void FailureSweep::Reload() {
+  Unload();
+  SetUp();
+  FaultyAllocations::Watch(plugin->handle);
+}
+
+std::string FailureSweep::Act(const Scenario& scenario, FaultyJni::Fault fault, int faultAt,
+                              int& calls) {
   host.cache.clear();
   host.log.clear();
+  kept.clear();
   const Action action = scenario.prepare(*this);
   kept.insert(kept.end(), host.registered.begin() + 1, host.registered.end());
-  std::string text = how(action);
+  std::string text = "failed";
+  {
+    const FaultyJni faulty(Env(), fault, faultAt);
+    const FaultyAllocations allocations(fault == LoseAllocations);
+    EXPECT_NO_THROW(text = action());
+    EXPECT_TRUE(faulty.HasFailed()) << "the failure never came";
+    calls = faulty.Calls();
+  }
   for (std::size_t i = 1; i < host.registered.size(); ++i) {
     meta_object::Handler* const handler = host.registered[i];
     const bool mayStay = std::ranges::count(kept, handler) != 0;
     EXPECT_LE(handler->GetReferenceCount(), mayStay ? 1U : 0U) << "a handler is left";
     handler->Release();
+    plugin->FreeHandlerObject(handler);
   }
+  host.registered.resize(1);
   return text;
 }
 
 FailureSweep::Outcome FailureSweep::Run(const Scenario& scenario, FaultyJni::Fault fault,
                                         int faultAt) {
-  Renew();
   PatchedVm machine(TestVm::Get());
   WatchAttaches(machine);
-  JNIEnv* const env = Env();
-  const JniReferenceTracker tracker(env);
+  const JniReferenceTracker tracker(Env());
   Outcome outcome;
-  outcome.text = Act(scenario, [&](const Action& action) {
-    const FaultyJni faulty(env, fault, faultAt);
-    std::string text = action();
-    outcome.calls = faulty.Calls();
-    EXPECT_TRUE(faulty.HasFailed()) << "the failure never came";
-    return text;
-  });
-  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+  outcome.text = Act(scenario, fault, faultAt, outcome.calls);
+  EXPECT_EQ(Env()->ExceptionCheck(), JNI_FALSE);
   EXPECT_EQ(tracker.LiveLocals() + tracker.OpenFrames(), 0) << "local references are left";
-  outcome.again = Act(scenario, [](const Action& action) { return action(); });
+  outcome.again = Act(scenario, fault, kNever, outcome.callsAgain);
   outcome.globals = tracker.LiveGlobals();
   // Undoes the fixture's attach, which is the last one, and makes it again.
   EXPECT_EQ(detaches, 0) << "detached too often";
@@ -124,12 +138,15 @@ FailureSweep::Outcome FailureSweep::Run(const Scenario& scenario, FaultyJni::Fau
 
 void FailureSweep::Sweep(const Scenario& scenario) {
   SCOPED_TRACE(scenario.name);
-  for (const FaultyJni::Fault fault : {LoseAny, LoseQuietly}) {
+  int calls = 0;
+  for (const FaultyJni::Fault fault : {LoseAny, LoseQuietly, LoseAllocations}) {
+    Reload();
     const Outcome whole = Run(scenario, fault, kNever);
-    EXPECT_TRUE(whole.calls > 0 || fault != LoseAny);
+    calls += whole.calls;
     EXPECT_EQ(whole.again, whole.text);
     const std::regex promised(scenario.promised(whole.text));
     for (int faultAt = 0; faultAt < whole.calls; ++faultAt) {
+      if (whole.callsAgain != whole.calls) Reload();
       const Outcome hindered = Run(scenario, fault, faultAt);
       const std::string& text = hindered.text;
       EXPECT_TRUE(text.starts_with("failed") || text == whole.text ||
@@ -140,6 +157,8 @@ void FailureSweep::Sweep(const Scenario& scenario) {
       ASSERT_FALSE(HasFailure()) << "call " << faultAt << " failed: " << FaultyJni::Failed();
     }
   }
+  EXPECT_GT(calls, 0);
+  Unload();
 }
 
 }  // namespace quenlatrix::test

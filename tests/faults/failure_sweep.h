@@ -9,8 +9,8 @@
 
 namespace quenlatrix::test {
 
-// Runs a piece of work on a real VM once for each call in it that can fail, with that call failing
-// as a VM fails when memory runs out, and sees that nothing is broken by it.
+// Runs a piece of work on a real VM once for each JNI call and each allocation in it that can fail,
+// with that one failing as it does when memory runs out, and sees that nothing is broken by it.
 class FailureSweep : public PluginTest {
  public:
   // Gives a text of all that came of the work: one that begins with "failed" when an operation
@@ -26,27 +26,31 @@ class FailureSweep : public PluginTest {
     std::function<std::string(const std::string& whole)> promised = [](auto&) { return ""; };
   };
 
-  // Each run has a new image of the plug-in, so that what it keeps is looked up again.
+  // Work that costs less the second time has a new image of the plug-in for each run, so that what
+  // is kept is looked up again.
   void Sweep(const Scenario& scenario);
 
-  // A new handler that an action may leave with its one reference.
-  meta_object::Handler& Keep();
+  // A new handler that an action may leave with its one reference; null when there is no memory.
+  meta_object::Handler* Keep();
+  // Lets go of all that came from the plug-in, and of its image.
+  void Unload();
   using PluginTest::host;
+  using PluginTest::Introspect;
   using PluginTest::Make;
 
  private:
   struct Outcome {
     std::string text;
     std::string again;  // what came of the same work afterwards, unhindered
-    int calls = 0;      // that can fail
-    int globals = 0;    // references that are left
+    int calls = 0;      // or allocations that can fail
+    int callsAgain = 0;
+    int globals = 0;  // references that are left
   };
 
   Outcome Run(const Scenario& scenario, FaultyJni::Fault fault, int faultAt);
-  // Prepares the work, does it as `how` says and releases what was prepared.
-  std::string Act(const Scenario& scenario, const std::function<std::string(const Action&)>& how);
-  // A new image of the plug-in, without handlers but the fixture's.
-  void Renew();
+  // Prepares the work, does it and releases what was prepared.
+  std::string Act(const Scenario& scenario, FaultyJni::Fault fault, int faultAt, int& calls);
+  void Reload();
 
   std::vector<meta_object::Handler*> kept;
 };

@@ -255,9 +255,9 @@ OpenCall::OpenCall(Handler& handler, const std::string& method, const std::strin
   for (const auto& value : values) {
     params.push_back(value.get());
   }
-  EXPECT_EQ(handler.OpenMethodCall(context, WideString(("Invoke:" + method + ":0").c_str())), 0U);
-  EXPECT_EQ(handler.PrepareMethodCall(context, params), 0U);
-  EXPECT_EQ(handler.SetReturnDataType(context, DescribeType(returnType)), 0U);
+  status = handler.OpenMethodCall(context, WideString(("Invoke:" + method + ":0").c_str()));
+  if (status == 0) status = handler.PrepareMethodCall(context, params);
+  if (status == 0) status = handler.SetReturnDataType(context, DescribeType(returnType));
 }
 
 OpenCall::~OpenCall() { EXPECT_EQ(handler.CloseMethodCall(context), 0U); }
@@ -265,7 +265,8 @@ OpenCall::~OpenCall() { EXPECT_EQ(handler.CloseMethodCall(context), 0U); }
 CallOutcome OpenCall::Invoke() {
   CallOutcome outcome;
   outcome.handler = &handler;
-  outcome.status = handler.InvokeMethod(context, outcome.record, &outcome.result);
+  outcome.status =
+      status == 0 ? handler.InvokeMethod(context, outcome.record, &outcome.result) : status;
   return outcome;
 }
 

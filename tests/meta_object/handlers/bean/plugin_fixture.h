@@ -127,6 +127,7 @@ class OpenCall {
  private:
   meta_object::Handler& handler;
   meta_object::context::MethodCallContext context;
+  meta_object::HandlerStatus status;  // of its preparation
 };
 
 // Calls one method once. Fails the test when the call leaves a local reference, a local frame or an
