@@ -6,13 +6,10 @@
 #include <atomic>
 #include <chrono>
 #include <iostream>
-#include <sstream>
 
 #include "host/host.h"
 #include "host/utf8.h"
 #include "meta_object/type/array.h"
-#include "meta_object/type/scalar_values.h"
-#include "meta_object/type/string_values.h"
 #include "tests/support/jni_reference_tracker.h"
 #include "tests/support/test_vm.h"
 #include "tests/support/workers.h"
@@ -164,46 +161,24 @@ TEST_F(BeanObjectTest, TheHostEndsWithBeansStillHeldAndJavaThreadsRunning) {
   EXPECT_EQ(dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
 }
 
-// A 0 or an "a" for each parameter; false when one takes something else.
-bool MakeParameters(const MethodDescription& method, std::vector<ValuePtr>& made) {
-  for (const ParameterDescription& parameter : method.parameters) {
-    if (parameter.type.arrayInfo) return false;
-    if (parameter.type.key == TypeDesc::Key::Int) {
-      made.emplace_back(new type::Int(0));
-    } else if (parameter.type.key == TypeDesc::Key::String) {
-      made.emplace_back(new type::String);
-      made.back()->SetValueAsString(WideString(L"a"));
-    } else {
-      return false;
-    }
-    made.back()->GetMetaItemType() = parameter.type;
-  }
-  return true;
-}
-
-TEST_F(BeanObjectTest, HundredsOfTheMethodsThatAreListedCanBeCalled) {
-  std::istringstream classes(
-      "java.lang.String java.lang.StringBuilder java.util.LinkedList java.util.HashMap "
-      "java.util.TreeMap java.util.PriorityQueue java.util.TreeSet java.util.BitSet "
-      "java.util.Random java.util.Date java.util.GregorianCalendar java.util.Properties "
-      "java.text.SimpleDateFormat java.text.DecimalFormat javax.swing.DefaultBoundedRangeModel "
-      "java.util.concurrent.ConcurrentHashMap");
+TEST_F(BeanObjectTest, EveryMethodWithoutParametersThatIsListedCanBeCalled) {
   int called = 0;
-  for (std::string name; classes >> name;) {
-    const std::vector<MethodDescription> methods = *Make(name).Methods();
-    for (const MethodDescription& method : methods) {
-      std::vector<ValuePtr> parameters;
-      if (!MakeParameters(method, parameters)) continue;
-      BeanObject fresh = Make(name);
-      const CallOutcome outcome = fresh.Call(method, parameters);
+  for (const char* name :
+       {"java.lang.StringBuilder", "java.util.LinkedList", "java.util.TreeMap",
+        "java.util.GregorianCalendar", "java.text.SimpleDateFormat", "java.util.BitSet",
+        "java.util.Properties", "java.util.concurrent.ConcurrentHashMap"}) {
+    for (const MethodDescription& method : *Make(name).Methods()) {
+      if (!method.parameters.empty()) continue;
       ++called;
+      std::vector<ValuePtr> none;
+      const CallOutcome outcome = Make(name).Call(method, none);
       if (outcome.status != status::kSuccess) {
         EXPECT_THAT(ToUtf8(outcome.failureText), testing::StartsWith("Java Exception: "))
             << name << " " << ToUtf8(method.id);
       }
     }
   }
-  EXPECT_GE(called, 300);
+  EXPECT_GE(called, 100);
 }
 
 // What a thread of a server does, again and again until the time is over; how often.

@@ -267,25 +267,18 @@ TEST_F(BeanhostCli, RunsTheTourOfTheExamples) {
 
 TEST_F(BeanhostCli, WalksWhatAScriptFilled) {
   const std::string script =
-      "new list java.util.ArrayList\ncall list add \"pear\"\ncall list add 5\n"
-      "call list add true\nsize list\nwalk list\nwalk list skip 2\nwalk list\n"
-      "new map java.util.HashMap\ncall map put a 1\nlet entries = call map entrySet\n"
-      "let keys = call map keySet\nlet values = call map values\n"
-      "walk entries\nwalk keys\nwalk values\n"
-      "new queue java.util.PriorityQueue\ncall queue add 3\ncall queue add 1\nwalk queue\n"
-      "new deque java.util.ArrayDeque\ncall deque add x\nwalk deque\n";
-  EXPECT_THAT(Answers(Script(script).out),
-              AllOf(HasSubstr("\n3\npear\n5\ntrue\ntrue\npear\n5\ntrue\n"),
-                    HasSubstr("java.util.HashMap$Node: a=1\na\n1\n"), HasSubstr("\n1\n3\n"),
-                    testing::EndsWith("true\nx\n")));
+      "new map java.util.HashMap\ncall map put a true\nlet entries = call map entrySet\n"
+      "size entries\nwalk entries\nlet values = call map values\nwalk values\n"
+      "walk values skip 1\n";
+  EXPECT_EQ(Answers(Script(script).out),
+            "null\nentries = java.util.HashMap$EntrySet: [a=true]\n1\n"
+            "java.util.HashMap$Node: a=true\nvalues = java.util.HashMap$Values: [true]\ntrue\n");
   const std::vector<json> documents = Documents(script);
-  ASSERT_EQ(documents.size(), 23U);
-  EXPECT_EQ(documents[4], json::parse(R"({"size":3})"));
-  EXPECT_EQ(documents[6], json::parse(R"({"size":3,"items":[
+  ASSERT_EQ(documents.size(), 8U);
+  EXPECT_EQ(documents[3], json::parse(R"({"size":1})"));
+  EXPECT_EQ(documents[4]["items"][0]["type"], "java.util.HashMap$Node");
+  EXPECT_EQ(documents[6], json::parse(R"({"size":1,"items":[
       {"key":"Bool","type":"java.lang.Boolean","value":"true"}]})"));
-  EXPECT_EQ(documents[13]["items"][0]["type"], "java.util.HashMap$Node");
-  EXPECT_EQ(documents[14], json::parse(R"({"size":1,"items":[
-      {"key":"String","type":"java.lang.String","value":"a"}]})"));
 
   const ProgramRun none = Host({"walk", "java.util.HashMap", "--json"});
   EXPECT_EQ(none.status, 1);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -244,18 +243,6 @@ TEST(TypeDesc, CopiesAreDeepAndMovesLeaveNothing) {
   EXPECT_EQ(TypeDesc(numbered).key, Key::Enum);
   numbered.Clear();
   EXPECT_EQ(Written(numbered), L",%%Void");
-}
-
-TEST(TypeDesc, DimensionsAreFoundByPosition) {
-  const TypeDesc array = Read(L"Array{-2147483648,2147483647}");
-  int lowerBound = 7;
-  int elementCount = 7;
-  EXPECT_FALSE(array.arrayInfo->GetDimensionInfo(-1, lowerBound, elementCount));
-  EXPECT_FALSE(array.arrayInfo->GetDimensionInfo(1, lowerBound, elementCount));
-  EXPECT_EQ(lowerBound, 7);
-  EXPECT_TRUE(array.arrayInfo->GetDimensionInfo(0, lowerBound, elementCount));
-  EXPECT_EQ(lowerBound, INT_MIN);
-  EXPECT_EQ(elementCount, INT_MAX);
 }
 
 }  // namespace

@@ -173,7 +173,10 @@ TEST(Array, RefusesAShapeThatMemoryCannotHoldAndStaysAsItWas) {
   EXPECT_TRUE(array.GetDimensionInfo(0, lowerBound, elementCount));
   EXPECT_EQ(lowerBound, 3);
   EXPECT_EQ(elementCount, 2);
-  EXPECT_FALSE(array.GetDimensionInfo(1, lowerBound, elementCount));
+  for (const int none : {-1, 1}) {
+    EXPECT_FALSE(array.GetDimensionInfo(none, lowerBound, elementCount));
+  }
+  EXPECT_EQ(lowerBound, 3);
 }
 
 TEST(Array, OwnsItsElementsAndClonesThem) {
