@@ -16,7 +16,28 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 else()
   target_compile_options(project_settings INTERFACE -Wthread-safety)
 endif()
-target_compile_definitions(project_settings INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+if(QUENLATRIX_ASSERTIONS)
+  target_compile_definitions(project_settings INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+# What a fault in memory handling meets before an attacker's data does. The options are for this
+# tree alone: who builds against the installed libraries chooses for himself.
+target_compile_options(project_settings INTERFACE -fstack-protector-strong)
+target_link_options(project_settings INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+if(NOT QUENLATRIX_SANITIZE)
+  # The C library checks its callers in optimised code only; level 3, which knows sizes that are
+  # computed at run time, needs a newer compiler and C library.
+  include(CheckCXXSourceCompiles)
+  set(CMAKE_REQUIRED_FLAGS "-O2 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -Werror")
+  check_cxx_source_compiles("
+    #include <cstdlib>
+    static_assert(__USE_FORTIFY_LEVEL == 3);
+    int main() {}" QUENLATRIX_HAS_FORTIFY_3)
+  unset(CMAKE_REQUIRED_FLAGS)
+  set(fortify_level $<IF:$<BOOL:${QUENLATRIX_HAS_FORTIFY_3}>,3,2>)
+  target_compile_options(project_settings INTERFACE
+    "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=${fortify_level}>")
+endif()
 
 if(QUENLATRIX_SANITIZE)
   target_compile_options(project_settings INTERFACE -fsanitize=${QUENLATRIX_SANITIZE}
