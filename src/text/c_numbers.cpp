@@ -17,12 +17,8 @@ class CLocale {
   CLocale() : handle(newlocale(LC_ALL_MASK, "C", nullptr)) {}
   CLocale(const CLocale&) = delete;
   CLocale& operator=(const CLocale&) = delete;
-  ~CLocale() {
-    if (handle != nullptr) {
-      freelocale(handle);
-    }
-  }
-  // The locale, made by the first call and given back when the library is unloaded.
+  // The locale, made by the first call. Never given back: threads that the process's end finds at
+  // work still print with it, and for the plain C locale the C library lends one of its own.
   static locale_t Get() {
     static const CLocale instance;
     return instance.handle;

@@ -176,7 +176,7 @@ HandlerStatus BeanHandler::GetObjectInfo(info::ObjectInfo*& objectInfo, const ch
     auto info = std::make_unique<info::ObjectInfo>();
     Identity const parsed(identity != nullptr ? identity : objectIdentity.identity.c_str());
     char format[kDescriptionFormatSize] = "";
-    LoadString(_HandlerInfo.moduleHandle, "%s in CLASSPATH environment", format, sizeof format);
+    LoadString(_HandlerInfo->moduleHandle, "%s in CLASSPATH environment", format, sizeof format);
     // On the stack: a text on the heap keeps quiet when it gets no memory.
     ZuTextLocal<kDescriptionSize> description;
     description.Format(format, parsed.handlerData.c_str());

@@ -19,7 +19,7 @@ BeanHandler::BeanHandler() = default;
 
 // The references belong to whoever released or didn't release this handler; only the right to pass
 // them as arguments ends here.
-BeanHandler::~BeanHandler() { liveReferences.Remove(objectRef); }
+BeanHandler::~BeanHandler() { liveReferences->Remove(objectRef); }
 
 bool BeanHandler::IsHandlerAvailable(const char* objectName) const {
   return NoThrow(false, [objectName] { return IsValidBeanName(objectName); });
@@ -36,7 +36,7 @@ bool BeanHandler::IsJavaExceptionHappened(JNIEnv* env) {
   return bean::IsJavaExceptionHappened(env, nullptr);
 }
 
-const info::HandlerInfo* BeanHandler::GetHandlerInfo() const { return &_HandlerInfo; }
+const info::HandlerInfo* BeanHandler::GetHandlerInfo() const { return &*_HandlerInfo; }
 
 void BeanHandler::Release(std::list<WideString>* ids) { delete ids; }
 void BeanHandler::Release(std::list<info::MethodInfo*>* methodInfos) { delete methodInfos; }

@@ -55,7 +55,7 @@ const AccessorKind* FindAccessorKind(int bit) {
 // Prefix and property name with its first letter in upper case.
 std::string AccessorName(const char* prefixId, const WideString& propertyName) {
   char prefix[kPrefixSize] = "";
-  LoadString(_HandlerInfo.moduleHandle, prefixId, prefix, sizeof prefix);
+  LoadString(_HandlerInfo->moduleHandle, prefixId, prefix, sizeof prefix);
   const char* property = propertyName.getCharPtr();
   if (property == nullptr) {
     property = "";
@@ -281,7 +281,7 @@ bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
   method.methodType = accessor->methodType;
   if (accessor->isIndexed) {
     char indexName[kIndexNameSize] = "";
-    LoadString(_HandlerInfo.moduleHandle, "index", indexName, sizeof indexName);
+    LoadString(_HandlerInfo->moduleHandle, "index", indexName, sizeof indexName);
     AddParam(method, WideString(indexName),
              TypeDesc(TypeDesc::Key::Int, TypeDesc::RefType::ByValue, false), ParamDirection::In);
   }
@@ -333,7 +333,7 @@ void BeanHandler::GetParamName(int number, const wchar_t* given, WideString& out
     return;
   }
   char prefix[kPrefixSize] = "";
-  LoadString(_HandlerInfo.moduleHandle, "param", prefix, sizeof prefix);
+  LoadString(_HandlerInfo->moduleHandle, "param", prefix, sizeof prefix);
   std::string name = prefix;
   name += text::PrintInteger(number).c_str();
   out.assign(name.c_str());

@@ -18,7 +18,7 @@ bool BeanHandler::CheckSecurity(const char* identity, context::CreateObjectConte
   }
   info::SecurityInfo security;
   const Identity parsed(identity);
-  if (const char* const handlerType = _HandlerInfo.GetHandlerType()) {
+  if (const char* const handlerType = _HandlerInfo->GetHandlerType()) {
     security.firstValue = handlerType;
   }
   security.secondValue = parsed.handlerData;
@@ -65,7 +65,7 @@ HandlerStatus BeanHandler::MakeInstance(JNIEnv* env) {
   if (bean::IsJavaExceptionHappened(env, nullptr) || !objectReference) {
     return handler_status::kObjectNotMade;
   }
-  liveReferences.Add(objectReference.Get());
+  liveReferences->Add(objectReference.Get());
   classRef = classReference.Release();
   objectRef = objectReference.Release();
   return handler_status::kSuccess;
@@ -74,15 +74,15 @@ HandlerStatus BeanHandler::MakeInstance(JNIEnv* env) {
 HandlerStatus BeanHandler::ReleaseObjectImp() {
   return NoThrow(handler_status::kLastReferenceReleased, [this] {
     JavaThread const thread;
-    liveReferences.Remove(objectRef);
+    liveReferences->Remove(objectRef);
     if (thread) {
       GlobalRef<jobject>::Adopt(thread.Get(), objectRef).Reset();
       GlobalRef<jclass>::Adopt(thread.Get(), classRef).Reset();
-      orphanedReferences.DeleteAll(thread.Get());
+      orphanedReferences->DeleteAll(thread.Get());
     } else {
       NoThrow([this] {
-        orphanedReferences.Add(objectRef);
-        orphanedReferences.Add(classRef);
+        orphanedReferences->Add(objectRef);
+        orphanedReferences->Add(classRef);
       });
     }
     objectRef = nullptr;
@@ -108,8 +108,8 @@ HandlerStatus BeanHandler::BindObject(void* object, const char* identity) {
     auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(instance));
     auto classReference = GlobalRef<jclass>::Make(env, cls.Get());
     bean::IsJavaExceptionHappened(env, nullptr);
-    liveReferences.Remove(objectRef);
-    liveReferences.Add(instance);
+    liveReferences->Remove(objectRef);
+    liveReferences->Add(instance);
     objectRef = instance;
     classRef = classReference.Release();
     return handler_status::kSuccess;
@@ -118,7 +118,7 @@ HandlerStatus BeanHandler::BindObject(void* object, const char* identity) {
 
 void BeanHandler::UnbindObject() {
   NoThrow([this] {
-    liveReferences.Remove(objectRef);
+    liveReferences->Remove(objectRef);
     objectRef = nullptr;
     classRef = nullptr;
     objectIdentity.Clear();

@@ -117,7 +117,7 @@ bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature,
                              Arguments& arguments, type::Object** result,
                              WideString& exceptionText) {
   // The host may have released the instance since the call was opened.
-  if (!liveReferences.Contains(object)) {
+  if (!liveReferences->Contains(object)) {
     return false;
   }
   const jmethodID method = FindMethod(bareName, signature);

@@ -47,7 +47,7 @@ Stream OpenForReading(const std::string& name) {
 std::string MakeClassPathFileName() {
   char path[kPathSize] = "";
   std::string name;
-  if (GetModuleFileName(_HandlerInfo.moduleHandle, path, sizeof path) > 0) {
+  if (GetModuleFileName(_HandlerInfo->moduleHandle, path, sizeof path) > 0) {
     name = path;
     name.erase(std::min(name.rfind('/'), name.size()));
   }
@@ -101,8 +101,8 @@ void getPathFromFile(std::string& classPath) {
 
 void getPathFromFile(const std::string& fileName, std::string& classPath) {
   // A thread's type-1 hold would join another's; the file is read by one at a time.
-  const MutexLock turn(classPathTurn);
-  const UGuardLock hold(_mutexClassPathFile, UGuard::LockType1);
+  const MutexLock turn(*classPathTurn);
+  const UGuardLock hold(*_mutexClassPathFile, UGuard::LockType1);
   bool separate = classPath.empty() || classPath.back() != kSeparator;
   const Stream stream = OpenForReading(fileName);
   if (stream == nullptr) {

@@ -28,16 +28,16 @@ extern "C" {
 
 [[gnu::visibility("default")]] bool InitHandler(void* moduleHandle) {
   return quenlatrix::meta_object::NoThrow(false, [moduleHandle] {
-    bean::TlsJniAttachCount.Set(0);
+    bean::TlsJniAttachCount->Set(0);
     if (_pEnvironment == nullptr || moduleHandle == nullptr || bean::_pJavaVM != nullptr) {
       return false;
     }
-    _HandlerInfo.Initialize(moduleHandle);
+    _HandlerInfo->Initialize(moduleHandle);
     return true;
   });
 }
 
-[[gnu::visibility("default")]] HandlerInfo* GetHandlerInfo() { return &_HandlerInfo; }
+[[gnu::visibility("default")]] HandlerInfo* GetHandlerInfo() { return &*_HandlerInfo; }
 
 [[gnu::visibility("default")]] std::uint32_t GetHandlerVersion() {
   return quenlatrix::meta_object::kHandlerVersion;

@@ -41,7 +41,7 @@ bool JCollection::SetCollection(jobject collection, JNIEnv* env) {
 
 bool JCollection::getIterator() {
   // The host may have released the instance since the walk was opened.
-  if (env == nullptr || !liveReferences.Contains(collection)) {
+  if (env == nullptr || !liveReferences->Contains(collection)) {
     return false;
   }
   cleanIterator();
@@ -177,7 +177,7 @@ bool JCollection::Skip(int count) {
 }
 
 int JCollection::GetSize() {
-  if (env == nullptr || sizeMethod == nullptr || !liveReferences.Contains(collection)) {
+  if (env == nullptr || sizeMethod == nullptr || !liveReferences->Contains(collection)) {
     return 0;
   }
   const int size = env->CallIntMethod(collection, sizeMethod);

@@ -45,18 +45,18 @@ void addJarPath(std::string& jarPath, std::string& beanName) {
   JarPathBean bean;
   bean.jarPath = jarPath;
   bean.beanName = beanName;
-  _JarPathBeanSet.Add(std::move(bean));
+  _JarPathBeanSet->Add(std::move(bean));
 }
 
 std::string getJarPath(const std::string& beanName) {
-  return _JarPathBeanSet.FindJarPath(beanName);
+  return _JarPathBeanSet->FindJarPath(beanName);
 }
 
 std::set<std::string>* getPaths() {
-  return new std::set<std::string>(_JarPathBeanSet.MarkedPaths());
+  return new std::set<std::string>(_JarPathBeanSet->MarkedPaths());
 }
 
-void cleanJarPath() { _JarPathBeanSet.Clear(); }
+void cleanJarPath() { _JarPathBeanSet->Clear(); }
 
 void mark(std::string& /*jarPath*/) {}
 

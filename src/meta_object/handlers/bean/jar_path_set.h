@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "meta_object/handlers/bean/until_unloaded.h"
 #include "os/mutex.h"
 
 // The process-wide record of which jar file holds which bean. Every function and every operation
@@ -44,7 +45,7 @@ class JarPathBeanSet {
 
 // Made when the plug-in is loaded; what the functions below work on.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the interface's own name
-extern JarPathBeanSet _JarPathBeanSet;
+extern quenlatrix::meta_object::handlers::bean::UntilUnloaded<JarPathBeanSet> _JarPathBeanSet;
 
 // Records, not marked, that `jarPath` holds the bean. The first jar path recorded for a bean stays.
 void addJarPath(std::string& jarPath, std::string& beanName);

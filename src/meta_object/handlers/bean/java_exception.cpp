@@ -11,7 +11,7 @@ namespace {
 // A toString() that throws in its turn leaves `text` with its prefix; what it threw is dropped.
 void DescribeException(JNIEnv* env, jthrowable exception, WideString& text) {
   text.assign(L"Java Exception: ");
-  if (const jmethodID toString = keptLookups.FindToString(env)) {
+  if (const jmethodID toString = keptLookups->FindToString(env)) {
     const auto description =
         LocalRef<jstring>::Adopt(env, env->CallObjectMethod(exception, toString));
     if (!env->ExceptionCheck() && description) {

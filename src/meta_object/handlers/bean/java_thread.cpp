@@ -5,10 +5,10 @@
 namespace quenlatrix::meta_object::handlers::bean {
 
 JNIEnv* AttachNativeThread() {
-  if (!TlsJniAttachCount.IsValidTLSData()) {
+  if (!TlsJniAttachCount->IsValidTLSData()) {
     return nullptr;
   }
-  TlsJniAttachCount.Set(TlsJniAttachCount.Get() + 1);
+  TlsJniAttachCount->Set(TlsJniAttachCount->Get() + 1);
   if (_pJavaVM == nullptr) {
     return nullptr;
   }
@@ -18,11 +18,11 @@ JNIEnv* AttachNativeThread() {
 }
 
 HandlerStatus DetachNativeThread() {
-  const unsigned long count = TlsJniAttachCount.Get();
+  const unsigned long count = TlsJniAttachCount->Get();
   if (count == 0) {
     return handler_status::kSuccess;
   }
-  TlsJniAttachCount.Set(count - 1);
+  TlsJniAttachCount->Set(count - 1);
   if (count == 1 && _pJavaVM != nullptr) {
     _pJavaVM->DetachCurrentThread();
   }

@@ -9,19 +9,23 @@
 #include "meta_object/handlers/bean/live_references.h"
 #include "meta_object/handlers/bean/orphaned_references.h"
 #include "meta_object/handlers/bean/u_guard.h"
+#include "meta_object/handlers/bean/until_unloaded.h"
 #include "os/mutex.h"
 #include "os/tls_slot.h"
 #include "text/wide_string.h"
 
 // The state of the process's one plug-in. All of it is defined in one file, so that it is made and
-// destroyed in one fixed order. The two pointers are the host's: stored once, during its
+// destroyed in one fixed order. A thread that outlives the end of the program finds it as it was;
+// only unloading destroys it. The two pointers are the host's: stored once, during its
 // single-threaded start-up, and never changed again.
 
 // The host's services; null until SetEnvironment. Exported.
 extern quenlatrix::meta_object::Environment* _pEnvironment;
 
 // This handler's description; filled by InitHandler. Exported.
-extern quenlatrix::meta_object::handlers::bean::BeanHandlerInfo _HandlerInfo;
+extern quenlatrix::meta_object::handlers::bean::UntilUnloaded<
+    quenlatrix::meta_object::handlers::bean::BeanHandlerInfo>
+    _HandlerInfo;
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -38,23 +42,23 @@ class StaticMutex : public Mutex {
 extern JavaVM* _pJavaVM;
 
 // How often each thread is attached.
-extern TlsValue<unsigned long> TlsJniAttachCount;
+extern UntilUnloaded<TlsValue<unsigned long>> TlsJniAttachCount;
 
 // Stands for an empty Java string in a value text.
-extern const WideString strEmptyString;
+extern const UntilUnloaded<WideString> strEmptyString;
 
 // "java.lang.String".
-extern const WideString strStringType;
+extern const UntilUnloaded<WideString> strStringType;
 
 // Held while the class-path file is read, by the thread whose turn it is.
-extern UGuard _mutexClassPathFile;
-extern StaticMutex classPathTurn;
+extern UntilUnloaded<UGuard> _mutexClassPathFile;
+extern UntilUnloaded<StaticMutex> classPathTurn;
 
-extern LiveReferences liveReferences;
+extern UntilUnloaded<LiveReferences> liveReferences;
 
-extern OrphanedReferences orphanedReferences;
+extern UntilUnloaded<OrphanedReferences> orphanedReferences;
 
-extern KeptLookups keptLookups;
+extern UntilUnloaded<KeptLookups> keptLookups;
 
 class BeanHandler;
 

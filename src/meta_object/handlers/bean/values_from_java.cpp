@@ -154,7 +154,7 @@ type::Object* CBeanMethodInvoke::ClassToReference(const wchar_t* className, jobj
 
 type::Object* CBeanMethodInvoke::CreateTextItem(const JavaTextClass& row, jobject reference) {
   WideString text;
-  if (const jmethodID toString = keptLookups.FindToString(env)) {
+  if (const jmethodID toString = keptLookups->FindToString(env)) {
     const auto string = LocalRef<jstring>::Adopt(env, env->CallObjectMethod(reference, toString));
     if (!bean::IsJavaExceptionHappened(env, nullptr)) {
       AppendJavaText(env, string.Get(), text);

@@ -190,8 +190,8 @@ bool CBeanMethodInvoke::NativeType2ClassType(const wchar_t* typeName, const type
   if (param != nullptr) {
     WideString made;
     const wchar_t* text = TextOf(*param, made);
-    if (IsEmpty(text) && strStringType.compare(typeName, 0) == 0) {
-      text = strEmptyString.getWCharPtr();
+    if (IsEmpty(text) && strStringType->compare(typeName, 0) == 0) {
+      text = strEmptyString->getWCharPtr();
     }
     const jobject reference = IsEmpty(text) ? nullptr : CreateObject(typeName, text);
     if (reference == nullptr) {
@@ -211,11 +211,11 @@ jobject CBeanMethodInvoke::CreateObject(const wchar_t* typeName, const wchar_t* 
     return CreateTextObject(*row, text);
   }
   const jobject reference = ReferenceNamedBy(text);
-  return liveReferences.Contains(reference) ? reference : nullptr;
+  return liveReferences->Contains(reference) ? reference : nullptr;
 }
 
 jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wchar_t* text) {
-  const TextClass* const kept = keptLookups.FindTextClass(env, row);
+  const TextClass* const kept = keptLookups->FindTextClass(env, row);
   if (kept == nullptr) {
     return nullptr;
   }
@@ -226,7 +226,7 @@ jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wcha
   if (row.key == TypeDesc::Key::Char) {
     const NarrowText narrow(text);
     argument[0].c = FirstCharacter(narrow.Get() == nullptr ? "" : narrow.Get());
-  } else if (isString && strEmptyString.compare(text, 0) == 0) {
+  } else if (isString && strEmptyString->compare(text, 0) == 0) {
     constructor = kept->withoutArgument;
   } else {
     const NarrowText narrow(text);

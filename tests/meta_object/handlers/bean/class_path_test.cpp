@@ -107,7 +107,7 @@ TEST_F(ClassPathTest, MarkedJarsAreLookedForInTheWholeText) {
       bean.jarPath = jarPath;
       bean.beanName = std::string("Of") + jarPath;
       bean.marked = isMarked;
-      _JarPathBeanSet.Add(bean);
+      _JarPathBeanSet->Add(bean);
     }
     SetVariable(variable);
     EXPECT_EQ(NotFoundPathInClassPath(), isMissing)
@@ -125,7 +125,7 @@ TEST_F(ClassPathTest, TheFileLiesBesideThePlugin) {
     fs::create_directory("elsewhere");
     fs::current_path("elsewhere");
     WriteFile(ClassPathFile, "/in/the/working/directory");
-    _HandlerInfo.moduleHandle = dlopen(plugin.c_str(), RTLD_NOW | RTLD_LOCAL);
+    _HandlerInfo->moduleHandle = dlopen(plugin.c_str(), RTLD_NOW | RTLD_LOCAL);
     std::string name;
     std::string classPath = "/a";
     const bool isKnown = GetClassPathFileName(name) && name == directory / ClassPathFile;

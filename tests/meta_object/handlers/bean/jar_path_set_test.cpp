@@ -35,7 +35,7 @@ TEST_F(JarPathSetTest, GivesThePathsOfMarkedEntriesOnly) {
     entry.jarPath = jar;
     entry.beanName = std::to_string(++number);
     entry.marked = true;
-    _JarPathBeanSet.Add(std::move(entry));
+    _JarPathBeanSet->Add(std::move(entry));
   }
   Record("recorded.jar", "R");
   EXPECT_THAT(*std::unique_ptr<std::set<std::string>>(getPaths()), ElementsAre("a.jar", "b.jar"));
