@@ -107,8 +107,8 @@ std::string ShowArray(const type::Array& array) {
 
 }  // namespace
 
-PluginImage::PluginImage()
-    : handle(dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL)),
+PluginImage::PluginImage(const char* file)
+    : handle(dlopen(file, RTLD_NOW | RTLD_LOCAL)),
       SetEnvironment(Get<void(Environment*)>("SetEnvironment")),
       SetJavaVM(Get<void(JavaVM*)>("SetJavaVM")),
       InitHandler(Get<bool(void*)>("InitHandler")),
@@ -117,6 +117,20 @@ PluginImage::PluginImage()
       FreeHandlerObject(Get<void(Handler*)>("FreeHandlerObject")) {}
 
 PluginImage::~PluginImage() { EXPECT_EQ(dlclose(handle), 0); }
+
+bool PluginImage::IsLoaded() {
+  void* const handle = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_NOLOAD);
+  if (handle != nullptr) {
+    dlclose(handle);
+  }
+  return handle != nullptr;
+}
+
+void PluginImage::Start(TestHost& host) const {
+  SetEnvironment(&host.environment);
+  EXPECT_TRUE(InitHandler(handle));
+  SetJavaVM(TestVm::Get());
+}
 
 void* PluginImage::Find(const char* name) const {
   void* const symbol = dlsym(handle, name);
@@ -295,9 +309,7 @@ std::unique_ptr<type::Object> HoldObject(Handler& handler, const std::string& ja
 
 void PluginTest::SetUp() {
   plugin = std::make_unique<PluginImage>();
-  plugin->SetEnvironment(&host.environment);
-  ASSERT_TRUE(plugin->InitHandler(plugin->handle));
-  plugin->SetJavaVM(TestVm::Get());
+  plugin->Start(host);
   originalTable = Env()->functions;
   NewHandler().OpenMethodCall(outerAttach, WideString("Invoke:none:0"));
 }

@@ -21,13 +21,20 @@
 
 namespace quenlatrix::test {
 
+struct TestHost;
+
 // A loaded image of the plug-in. Loading it again after the last one has gone starts anew.
 class PluginImage {
  public:
-  PluginImage();
+  explicit PluginImage(const char* file = PLUGIN_FILE);
   ~PluginImage();
   PluginImage(const PluginImage&) = delete;
   PluginImage& operator=(const PluginImage&) = delete;
+
+  static bool IsLoaded();
+
+  // In the order that a host has to keep.
+  void Start(TestHost& host) const;
 
   // An entry point (a function type) or a datum by its exported name.
   template <class Symbol>
@@ -143,7 +150,7 @@ std::string Answer(meta_object::Handler& handler, const std::string& method,
 std::unique_ptr<meta_object::type::Object> HoldObject(meta_object::Handler& handler,
                                                       const std::string& javaType);
 
-// The plug-in, loaded and started in the order that a host has to keep. The thread stays attached
+// The plug-in, loaded and started. The thread stays attached
 // until the end, as patched JNI tables need it.
 class PluginTest : public testing::Test {
  protected:

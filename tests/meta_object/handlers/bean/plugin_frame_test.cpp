@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <thread>
-#include <utility>
+#include <tuple>
 
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
 #include "tests/support/patched_jni.h"
@@ -15,8 +15,10 @@ namespace status = meta_object::handler_status;
 using meta_object::Environment;
 using meta_object::Handler;
 using meta_object::info::HandlerInfo;
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 // The names that the plug-in defines for others.
@@ -28,14 +30,6 @@ std::vector<std::string> ExportedNames() {
   }
   EXPECT_EQ(pclose(nm), 0);
   return names;
-}
-
-bool IsLoaded() {
-  void* const handle = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_NOLOAD);
-  if (handle != nullptr) {
-    dlclose(handle);
-  }
-  return handle != nullptr;
 }
 
 std::string NameOf(HandlerInfo* info) {
@@ -105,28 +99,6 @@ TEST(PluginFrame, InitialisesOnceTheEnvironmentIsThereAndBeforeTheMachineIs) {
   image.FreeHandlerObject(handler);
 }
 
-TEST(PluginFrame, UnloadsWholeAndStartsAnewAtTheNextLoad) {
-  for (int round = 0; round < 3; ++round) {
-    TestHost host;
-    {
-      const PluginImage image;
-      EXPECT_EQ(*image.Get<Environment*>("_pEnvironment"), nullptr);
-      EXPECT_EQ(NameOf(image.GetHandlerInfo()), "");
-      image.SetEnvironment(&host.environment);
-      EXPECT_TRUE(image.InitHandler(image.handle));
-      image.SetJavaVM(TestVm::Get());
-      std::thread([&image] {
-        Handler* const bean = image.GetHandlerObject();
-        EXPECT_EQ(bean->CreateObject("JAVABEAN://beans.Point", nullptr), 0U);
-        EXPECT_EQ(bean->Release(), status::kLastReferenceReleased);
-        image.FreeHandlerObject(bean);
-      }).join();
-      EXPECT_TRUE(IsLoaded());
-    }
-    EXPECT_FALSE(IsLoaded()) << "round " << round;
-  }
-}
-
 class PluginFrameTest : public PluginTest {};
 
 int attaches = 0;
@@ -167,28 +139,70 @@ TEST_F(PluginFrameTest, OnlyTheOutermostDetachDetaches) {
   }).join();
 }
 
-TEST_F(PluginFrameTest, AsksACacheThatIsNotWholeForNothing) {
-  Handler& bean = Make("beans.Point");
-  host.log.clear();
-  const auto expectNothingWithout = [&bean](auto& member) {
-    const auto kept = std::exchange(member, nullptr);
-    EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kIntrospectionFailed);
+// The host's services; a bit for each, in this order, says which are taken away.
+auto ServicesOf(Environment& environment) {
+  return std::tie(environment.hostContext, environment.cacheOpenIntrospect,
+                  environment.cacheAddMethodInfo, environment.cacheGetObjectInfo,
+                  environment.cacheIntrospectDone, environment.cacheCloseIntrospect,
+                  environment.cacheGetMethodInfo, environment.gcRegHandlerObject,
+                  environment.checkSecurity);
+}
+constexpr unsigned int kContext = 1, kOpen = 2, kAdd = 4, kObject = 8, kDone = 16, kCache = 127,
+                       kCollector = 128, kSecurity = 256, kServices = 512;
+
+template <class Result, class... Arguments>
+void TakeAway(Result (*&callback)(Arguments...), bool isMissing) {
+  callback = isMissing ? nullptr : +[](Arguments...) { return Result(); };
+}
+void TakeAway(void*& context, bool isMissing) {
+  if (isMissing) context = nullptr;
+}
+
+TEST_F(PluginFrameTest, AnswersAsPromisedWhicheverServicesAreMissingOrSayNo) {
+  auto services = ServicesOf(host.environment);
+  const auto whole = std::apply([](auto... field) { return std::tuple(field...); }, services);
+  for (unsigned int bits = 0; bits < 2 * kServices; ++bits) {
+    const bool isMissing = bits < kServices;
+    const auto lacks = [bits](unsigned int lacking) { return (bits & lacking) != 0; };
+    SCOPED_TRACE((isMissing ? "missing " : "saying no ") + std::to_string(bits % kServices));
+    services = whole;
+    host.cache.clear();
+    host.log.clear();
+    unsigned int bit = 1;
+    std::apply(
+        [&](auto&... field) {
+          ((lacks(bit) ? TakeAway(field, isMissing) : void(), bit *= 2), ...);
+        },
+        services);
+    const std::size_t known = host.registered.size();
+    Handler& bean = NewHandler();
+    const bool isKnown = !lacks(kCollector) && !(isMissing && lacks(kContext));
+    EXPECT_EQ(host.registered.size() - known, isKnown ? 1U : 0U);
+
+    const bool isMade = isMissing || !lacks(kSecurity);
+    EXPECT_EQ(bean.CreateObject("JAVABEAN://beans.Point", nullptr),
+              isMade ? status::kSuccess : status::kRefused);
+    const bool isCached = isMade && !(isMissing && lacks(kCache)) && !lacks(kOpen);
+    EXPECT_EQ(bean.OpenIntrospect(nullptr), !isMade ? status::kInvalidIdentity
+                                            : isCached && !lacks(kDone)
+                                                ? status::kSuccess
+                                                : status::kIntrospectionFailed);
     EXPECT_EQ(bean.CloseIntrospect(), 0U);
+    const bool isListed = isCached && !lacks(kAdd | kObject);
     std::list<WideString>* ids = nullptr;
-    EXPECT_EQ(bean.GetMethodIDs(ids), status::kIntrospectionFailed);
-    EXPECT_EQ(ids, nullptr);
-    EXPECT_EQ(bean.GetMethodCount(), 0U);
-    member = kept;
-  };
-  Environment& environment = host.environment;
-  expectNothingWithout(environment.hostContext);
-  expectNothingWithout(environment.cacheOpenIntrospect);
-  expectNothingWithout(environment.cacheIntrospectDone);
-  expectNothingWithout(environment.cacheCloseIntrospect);
-  expectNothingWithout(environment.cacheAddMethodInfo);
-  expectNothingWithout(environment.cacheGetMethodInfo);
-  expectNothingWithout(environment.cacheGetObjectInfo);
-  EXPECT_THAT(host.log, IsEmpty());
+    EXPECT_EQ(bean.GetMethodIDs(ids), isListed ? status::kSuccess : status::kIntrospectionFailed);
+    EXPECT_EQ(ids != nullptr, isListed);
+    EXPECT_EQ(bean.GetMethodCount() > 0, isListed);
+    bean.Release(ids);
+    if (isMissing && lacks(kCache)) {
+      EXPECT_THAT(host.log, Each(StartsWith("may "))) << "asked a cache that is not whole";
+    }
+    EXPECT_EQ(Answer(bean, "getX", "int"),
+              isMade ? "Int 0" : "failed: JavaBean method call failed");
+    EXPECT_EQ(bean.Release(), status::kLastReferenceReleased);
+    if (!isKnown) plugin->FreeHandlerObject(&bean);
+  }
+  services = whole;
 }
 
 }  // namespace
