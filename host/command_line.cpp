@@ -25,10 +25,12 @@ void AddOptions(CLI::App& app, CommandOptions& options) {
          "--plugin", options.pluginFile,
          "the one plug-in; else those of handlers.ini, else the one that came with beanhost")
       ->type_name("FILE");
-  app.add_option("--allow", options.allow, "makes a list of the classes that are allowed (* and ?)")
+  app.add_option(
+         "--allow", options.allow,
+         "makes a list of the classes that are allowed (* and ?); without any, every class is")
       ->type_name("PATTERN")
       ->allow_extra_args(false);
-  app.add_option("--deny", options.deny, "classes that are refused, allowed or not")
+  app.add_option("--deny", options.deny, "classes that are refused, also where --allow matches")
       ->type_name("PATTERN")
       ->allow_extra_args(false);
   app.add_option("--event-log", options.eventLog, "a file that events are appended to")

@@ -60,6 +60,9 @@ TEST_F(BeanhostCli, EndsWithTheStatusOfWhatWentWrong) {
       {{"call", "beans.ThrowingMethods", "checked", "boom"}, 1, "CheckedException: boom"},
       {{"--deny", "java.util.*", "call", "java.util.ArrayList", "size"}, 1, "--deny java.util.*"},
       {{"--allow", "examples.*", "call", "java.util.ArrayList", "size"}, 1, "refused"},
+      {{"--allow", "java.*", "--deny", "java.lang.*", "call", "java/lang/String", "length"},
+       1,
+       "--deny java.lang.* matches"},
       {{"call", "java.util.ArrayList", "add", "[1,"},
        2,
        "\n  call java.util.ArrayList add [1,\n                                  ^\n"},
@@ -84,6 +87,7 @@ TEST_F(BeanhostCli, ShowsHelpAndVersionWithoutAMachine) {
   const ProgramRun help = Start({"--help"});
   EXPECT_EQ(help.status, 0);
   EXPECT_THAT(help.out, AllOf(HasSubstr("describe"), HasSubstr("call"), HasSubstr("--deny")));
+  EXPECT_THAT(help.out, HasSubstr("without any, every class is"));
   EXPECT_EQ(help.err, "");
   const ProgramRun version = Start({"--version"});
   EXPECT_EQ(version.status, 0);

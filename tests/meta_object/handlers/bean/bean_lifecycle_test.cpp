@@ -1,3 +1,4 @@
+#include <cstring>
 #include <list>
 
 #include "meta_object/handlers/bean/bean_handler.h"
@@ -29,7 +30,8 @@ std::string DescriptionOf(Handler& handler) {
 TEST_F(BeanLifecycleTest, MakesObjectsOfClassesAlone) {
   const std::pair<meta_object::HandlerStatus, std::vector<std::string>> cases[] = {
       {status::kSuccess,
-       {"JAVABEAN://beans.Point", "JAVABEAN://beans/Point", "JAVABEAN://java.util.ArrayList"}},
+       {"JAVABEAN://beans.Point", "JAVABEAN://beans/Point", "JAVABEAN://java.util.ArrayList",
+        "JAVABEAN://beans.Point?x=1?y=://"}},
       {status::kObjectNotMade,
        {"JAVABEAN://beans.ThrowingMethods$CheckedException",
         "JAVABEAN://beans.NoDefaultConstructor",
@@ -46,10 +48,21 @@ TEST_F(BeanLifecycleTest, MakesObjectsOfClassesAlone) {
         "JAVABEAN://[Lbeans.Point;",
         "JAVABEAN://Lbeans.Point;",
         "JAVABEAN://int",
+        "JAVABEAN://int[]",
+        "JAVABEAN://void",
+        "JAVABEAN://[Ljava.lang.String;",
         "JAVABEAN://beans.Point;I",
+        "JAVABEAN://../beans/Point",
+        "JAVABEAN://C:\\beans\\Point",
+        "JAVABEAN:// beans.Point",
+        "JAVABEAN://beans.Point\n",
+        "JAVABEAN://beans.Point=1",
+        "JAVABEAN://JAVABEAN://beans.Point",
         "JAVABEAN://" + std::string(70000, 'x'),
+        "JAVABEAN://beans" + std::string(5000000, '.') + "Point",
         "JAVABEAN://\xC3\x28",
         "JAVABEAN://beans.\xE2\x82\xAC",
+        "JAVABEAN://beans.Poin\xC1\xB4",  // an overlong "t"
         "JAVABEAN://%n%s\x01\x7F"}},
       {status::kInvalidIdentity, {"JAVABEAN://", "beans.Point", "://beans.Point", ""}}};
   // The first round loads classes, and the VM's own native code works with the same table.
@@ -92,6 +105,43 @@ TEST_F(BeanLifecycleTest, ARefusedObjectNeverReachesTheMachine) {
   host.environment.checkSecurity = nullptr;
   EXPECT_EQ(bean.CreateObject("JAVABEAN://beans.Point", nullptr), 0U) << "nobody to ask";
   EXPECT_EQ(classesFound, 1);
+}
+
+// Did the static initialiser of beans.StaticInitRecorder run?
+bool HasInitialised(JNIEnv* env) {
+  env->PushLocalFrame(8);
+  const jclass system = env->FindClass("java/lang/System");
+  const jmethodID getProperty =
+      env->GetStaticMethodID(system, "getProperty", "(Ljava/lang/String;)Ljava/lang/String;");
+  const jstring key = env->NewStringUTF("beans.StaticInitRecorder");
+  const bool isSet = env->CallStaticObjectMethod(system, getProperty, key) != nullptr;
+  EXPECT_EQ(env->ExceptionCheck(), JNI_FALSE);
+  env->PopLocalFrame(nullptr);
+  return isSet;
+}
+
+TEST_F(BeanLifecycleTest, ARefusalLeavesNoTraceAndTheSameHandlerServesAnAllowedClass) {
+  Handler& bean = NewHandler();
+  host.isAllowed = false;
+  for (const char* const name :
+       {"beans.StaticInitRecorder", "beans/StaticInitRecorder", "beans.StaticInitRecorder?a=b"}) {
+    host.log.clear();
+    const JniReferenceTracker tracker(Env());
+    const std::string identity = std::string("JAVABEAN://") + name;
+    EXPECT_EQ(bean.CreateObject(identity.c_str(), nullptr), status::kRefused);
+    EXPECT_THAT(host.log,
+                ElementsAre("may JAVABEAN " + std::string(name, std::strcspn(name, "?"))));
+    EXPECT_FALSE(bean.IsValidObject());
+    EXPECT_EQ(Env()->ExceptionCheck(), JNI_FALSE);
+    EXPECT_EQ(tracker.Left() + tracker.GlobalsMade(), 0);
+    EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kInvalidIdentity) << "nothing to describe";
+    bean.CloseIntrospect();
+    EXPECT_FALSE(HasInitialised(Env()));
+  }
+  EXPECT_TRUE(host.cache.empty());
+  host.isAllowed = true;
+  EXPECT_EQ(bean.CreateObject("JAVABEAN://beans.StaticInitRecorder", nullptr), 0U);
+  EXPECT_TRUE(HasInitialised(Env()));
 }
 
 TEST_F(BeanLifecycleTest, TheLastReleaseLetsTheObjectGoAndLeavesTheHandler) {
