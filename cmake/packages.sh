@@ -8,7 +8,7 @@ BUILD_PACKAGES="g++=g++ cmake=cmake ninja=ninja-build ccache=ccache javac=defaul
   pkg-config=pkg-config libboost-regex-dev libicu-dev libcli11-dev libedit-dev nlohmann-json3-dev"
 TEST_PACKAGES="libgtest-dev libgmock-dev locales nm=binutils git=git clang++=clang
   clang-tidy=clang-tidy clang-format=clang-format libcommons-lang3-java python3=python3 doxygen=doxygen
-  libbenchmark-dev"
+  valgrind=valgrind libbenchmark-dev"
 DEB_PACKAGES="dpkg-shlibdeps=dpkg-dev gzip=gzip"
 COVERAGE_PACKAGES="gcovr=gcovr libjacoco-java"
 BENCH_PACKAGES="libbenchmark-dev"
