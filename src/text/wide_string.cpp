@@ -94,6 +94,12 @@ WideString::WideString(const WideString& o)
     : wideBuffer(IsFormat(o.wideBuffer.get()) ? o.wideBuffer.get()
                                               : CopyOf(o.wideBuffer.get()).release()) {}
 
+WideString WideString::Adopt(std::unique_ptr<wchar_t[]> text) noexcept {
+  WideString adopted;
+  adopted.wideBuffer.reset(text.release());
+  return adopted;
+}
+
 WideString& WideString::operator=(const WideString& o) {
   assign(o.wideBuffer.get());
   return *this;

@@ -32,6 +32,9 @@ class WideString {
   WideString(WideString&& o) noexcept = default;
   ~WideString() = default;
 
+  // Takes over a text that isn't empty, in memory of new wchar_t[]. Null makes the empty string.
+  static WideString Adopt(std::unique_ptr<wchar_t[]> text) noexcept;
+
   // Copies the wide text alone. What is moved from is empty.
   WideString& operator=(const WideString& o);
   WideString& operator=(WideString&& o) noexcept = default;

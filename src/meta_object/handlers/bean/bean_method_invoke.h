@@ -110,7 +110,8 @@ class CBeanMethodInvoke {
                          JavaSignature& signature);
   // A new Java object array; null when an element can't be converted.
   jobjectArray CreateObjectArray(type::Array& array, unsigned int count, const wchar_t* typeName);
-  LocalRef<jobject> CreateElement(const type::Object& item, const wchar_t* typeName);
+  // One of its elements; without a text class the reference that the item names.
+  LocalRef<jobject> CreateElement(const type::Object& item, const JavaTextClass* textClass);
   jobject CreateTextObject(const JavaTextClass& row, const wchar_t* text);
 
   // The value of an object whose class crosses as text.

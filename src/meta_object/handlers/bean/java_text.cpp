@@ -1,8 +1,11 @@
 #include "meta_object/handlers/bean/java_text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <utility>
 
 #include "meta_object/handlers/bean/java_exception.h"
 
@@ -12,6 +15,9 @@ namespace {
 
 constexpr char32_t kFirstSupplementary = 0x10000;
 constexpr char32_t kLastCharacter = 0x10FFFF;
+
+// And above U+0000.
+bool IsBelowSurrogates(jchar unit) { return static_cast<jchar>(unit - 1) < 0xD800 - 1; }
 
 void AppendThreeBytes(char32_t unit, std::string& out) {
   out.push_back(static_cast<char>(0xE0 | (unit >> 12)));
@@ -73,6 +79,46 @@ char32_t TakeCharacter(const char*& text) {
   return kFirstSupplementary + ((high - 0xD800) << 10) + (low - 0xDC00);
 }
 
+// The VM says by a null that it threw; one that gave a string has thrown nothing.
+LocalRef<jstring> NewString(JNIEnv* env, const JavaUtf8& text) {
+  if (text.Get() == nullptr) {
+    return {};
+  }
+  auto string = LocalRef<jstring>::Adopt(env, env->NewStringUTF(text.Get()));
+  if (!string) {
+    IsJavaExceptionHappened(env, nullptr);
+  }
+  return string;
+}
+
+// Takes a short text whose units are a character each as it lies in the string, where the VM needs
+// neither memory nor an encoding for it, and ends it with a NUL. False for any other.
+bool ReadPlainText(JNIEnv* env, jstring text, jsize length, wchar_t* out) {
+  std::array<jchar, kShortJavaText> units;
+  if (length > kShortJavaText) {
+    return false;
+  }
+  env->GetStringRegion(text, 0, length, units.data());
+  bool isPlain = true;
+  for (jsize i = 0; i < length; ++i) {
+    const jchar unit = units[static_cast<std::size_t>(i)];
+    out[i] = unit;
+    isPlain &= IsBelowSurrogates(unit);
+  }
+  out[length] = L'\0';
+  return isPlain;
+}
+
+// False, with `out` unchanged, when the VM had no memory for its copy.
+bool AppendAnyText(JNIEnv* env, jstring text, WideString& out) {
+  const UtfChars chars(env, text);
+  if (chars.Get() == nullptr) {
+    return false;
+  }
+  AppendModifiedUtf8(chars.Get(), out);
+  return true;
+}
+
 }  // namespace
 
 // Without a way out of the loop, so that many bytes are looked at together.
@@ -108,24 +154,55 @@ JavaUtf8::JavaUtf8(const char* narrow, bool isAscii) : text(narrow) {
 }
 
 LocalRef<jstring> NewJavaText(JNIEnv* env, const char* narrow) {
-  const JavaUtf8 text(narrow);
-  if (text.Get() == nullptr) {
-    return {};
-  }
-  auto string = LocalRef<jstring>::Adopt(env, env->NewStringUTF(text.Get()));
-  if (IsJavaExceptionHappened(env, nullptr)) {
-    string.Reset();
-  }
-  return string;
+  return NewString(env, JavaUtf8(narrow));
+}
+
+LocalRef<jstring> NewJavaText(JNIEnv* env, const NarrowText& narrow) {
+  return NewString(env, JavaUtf8(narrow.Get(), narrow.Get() == nullptr || narrow.IsAscii()));
 }
 
 bool AppendJavaText(JNIEnv* env, jstring text, WideString& out) {
-  const UtfChars chars(env, text);
-  if (chars.Get() == nullptr) {
+  if (text == nullptr) {
     return false;
   }
-  AppendModifiedUtf8(chars.Get(), out);
-  return true;
+  const jsize length = env->GetStringLength(text);
+  if (length == 0) {
+    return true;
+  }
+  if (length <= kShortJavaText) {
+    // In memory of its own at once.
+    auto wide = std::make_unique_for_overwrite<wchar_t[]>(static_cast<std::size_t>(length) + 1);
+    if (ReadPlainText(env, text, length, wide.get())) {
+      if (out.getWCharPtr() == nullptr) {
+        out = WideString::Adopt(std::move(wide));
+      } else {
+        out.append(wide.get());
+      }
+      return true;
+    }
+  }
+  return AppendAnyText(env, text, out);
+}
+
+bool JavaText::Read(JNIEnv* env, jstring text) {
+  wide = L"";
+  if (text == nullptr) {
+    return false;
+  }
+  const jsize length = env->GetStringLength(text);
+  if (length == 0) {
+    return true;
+  }
+  if (ReadPlainText(env, text, length, shortText.data())) {
+    wide = shortText.data();
+    return true;
+  }
+  longText = WideString();
+  const bool isRead = AppendAnyText(env, text, longText);
+  if (isRead) {
+    wide = longText.getWCharPtr();
+  }
+  return isRead;
 }
 
 void AppendModifiedUtf8(const char* text, WideString& out) {

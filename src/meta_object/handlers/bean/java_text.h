@@ -2,9 +2,11 @@
 
 #include <jni.h>
 
+#include <array>
 #include <string>
 
 #include "meta_object/handlers/bean/java_refs.h"
+#include "text/narrow_text.h"
 #include "text/wide_string.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
@@ -42,10 +44,33 @@ class JavaUtf8 {
 // A new Java string of a narrow text. Null, with nothing pending, when the text is null, can't be
 // decoded or the VM has no memory.
 LocalRef<jstring> NewJavaText(JNIEnv* env, const char* narrow);
+LocalRef<jstring> NewJavaText(JNIEnv* env, const NarrowText& narrow);
 
 // Appends a Java string to `out`. False, with `out` unchanged, for a null string or when the VM had
 // no memory (its exception is then pending).
 bool AppendJavaText(JNIEnv* env, jstring text, WideString& out);
+
+// What is short: most names and many values.
+inline constexpr jsize kShortJavaText = 128;
+
+// A Java string's text for a moment's use, on the stack where it is short. Empty until it is read.
+// For one thread.
+class JavaText {
+ public:
+  JavaText() = default;
+  JavaText(const JavaText&) = delete;
+  JavaText& operator=(const JavaText&) = delete;
+
+  // As AppendJavaText, in place of what was read before; empty when that fails.
+  bool Read(JNIEnv* env, jstring text);
+  // Lent until the next Read.
+  const wchar_t* Get() const { return wide; }
+
+ private:
+  std::array<wchar_t, kShortJavaText + 1> shortText;
+  WideString longText;
+  const wchar_t* wide = L"";
+};
 
 // Appends modified UTF-8 to `out`. Bytes that are none are taken one by one as Latin-1.
 void AppendModifiedUtf8(const char* text, WideString& out);

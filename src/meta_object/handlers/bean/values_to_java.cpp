@@ -72,11 +72,24 @@ bool PrimitiveToJava(const JavaPrimitive& primitive, const type::Object& param, 
   return true;
 }
 
-// An object's text form is its reference's number.
-jobject ReferenceNamedBy(const wchar_t* text) {
+// An object's text form is its reference's number; null for one that no live handler holds.
+jobject LiveReferenceNamedBy(const wchar_t* text) {
   const NarrowText narrow(text);
   const unsigned long number = quenlatrix::text::ReadUnsignedLong(narrow.Get(), nullptr, 10);
-  return reinterpret_cast<jobject>(number);  // NOLINT(performance-no-int-to-ptr)
+  auto* const reference = reinterpret_cast<jobject>(number);  // NOLINT(performance-no-int-to-ptr)
+  return liveReferences->Contains(reference) ? reference : nullptr;
+}
+
+// A string that the VM makes of a text is a new one already: the constructor that copies one would
+// give another like it.
+jobject NewStringObject(JNIEnv* env, const TextClass& kept, const wchar_t* text) {
+  if (strEmptyString->compare(text, 0) != 0) {
+    return NewJavaText(env, NarrowText(text)).Release();
+  }
+  // Without a frame: the constructors of strings throw nothing.
+  auto made =
+      LocalRef<jobject>::Adopt(env, env->NewObjectA(kept.cls, kept.withoutArgument, nullptr));
+  return IsJavaExceptionHappened(env, nullptr) ? nullptr : made.Release();
 }
 
 // A row array whose elements are lent by a two-dimensional array: it gives them back before they
@@ -210,8 +223,7 @@ jobject CBeanMethodInvoke::CreateObject(const wchar_t* typeName, const wchar_t* 
   if (const JavaTextClass* const row = FindTextClass(typeName)) {
     return CreateTextObject(*row, text);
   }
-  const jobject reference = ReferenceNamedBy(text);
-  return liveReferences->Contains(reference) ? reference : nullptr;
+  return LiveReferenceNamedBy(text);
 }
 
 jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wchar_t* text) {
@@ -219,29 +231,22 @@ jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wcha
   if (kept == nullptr) {
     return nullptr;
   }
-  const bool isString = row.key == TypeDesc::Key::String;
-  jmethodID constructor = kept->fromText;
+  if (row.key == TypeDesc::Key::String) {
+    return NewStringObject(env, *kept, text);
+  }
+  const NarrowText narrow(text);
   jvalue argument[1];
   LocalRef<jstring> string;
   if (row.key == TypeDesc::Key::Char) {
-    const NarrowText narrow(text);
     argument[0].c = FirstCharacter(narrow.Get() == nullptr ? "" : narrow.Get());
-  } else if (isString && strEmptyString->compare(text, 0) == 0) {
-    constructor = kept->withoutArgument;
   } else {
-    const NarrowText narrow(text);
-    string = NewJavaText(env, narrow.Get());
+    string = NewJavaText(env, narrow);
     if (!string) {
       return nullptr;
     }
     argument[0].l = string.Get();
   }
-  if (!isString) {
-    return NewJavaObject(env, kept->cls, constructor, argument).Release();
-  }
-  // Without a frame: the constructors of strings throw nothing.
-  auto made = LocalRef<jobject>::Adopt(env, env->NewObjectA(kept->cls, constructor, argument));
-  return bean::IsJavaExceptionHappened(env, nullptr) ? nullptr : made.Release();
+  return NewJavaObject(env, kept->cls, kept->fromText, argument).Release();
 }
 
 bool CBeanMethodInvoke::ProcessArray(type::Object* array, const wchar_t* typeName, jvalue* value,
@@ -299,14 +304,17 @@ bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& de
 }
 
 LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item,
-                                                   const wchar_t* typeName) {
+                                                   const JavaTextClass* textClass) {
   WideString made;
-  const jobject element = CreateObject(typeName, TextOf(item, made));
-  const bool isHandlersOwn = FindTextClass(typeName) == nullptr;
+  const wchar_t* const text = TextOf(item, made);
+  if (textClass != nullptr) {
+    return LocalRef<jobject>::Adopt(env, CreateTextObject(*textClass, text));
+  }
   // Every element is released alike, so a handler's reference gets a local one beside it.
-  auto held = LocalRef<jobject>::Adopt(
-      env, isHandlersOwn && element != nullptr ? env->NewLocalRef(element) : element);
-  if (isHandlersOwn && !held) {
+  const jobject reference = LiveReferenceNamedBy(text);
+  auto held =
+      LocalRef<jobject>::Adopt(env, reference == nullptr ? nullptr : env->NewLocalRef(reference));
+  if (!held) {
     bean::IsJavaExceptionHappened(env, nullptr);
   }
   return held;
@@ -314,13 +322,17 @@ LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item,
 
 jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned int count,
                                                   const wchar_t* typeName) {
+  if (env == nullptr) {
+    return nullptr;
+  }
+  const JavaTextClass* const textClass = FindTextClass(typeName);
   LocalRef<jobjectArray> result;
   for (unsigned int i = 0; i < count; ++i) {
     const type::Object* const item = array.GetItemAt(i);
     if (item == nullptr) {
       return nullptr;
     }
-    const auto element = CreateElement(*item, typeName);
+    const auto element = CreateElement(*item, textClass);
     if (i == 0) {
       if (!element) {
         return nullptr;

@@ -137,10 +137,14 @@ TEST_F(MarshallingTest, TextGoesOutNarrowAndComesBackWhole) {
       EXPECT_EQ(Answer(texts, method, "java.lang.String"), Utf8(text)) << locale;
     }
   }
-  const Values million =
-      ValuesOf({{"java.lang.String", std::wstring(1000, L'x')}, {"int", L"1000"}});
-  EXPECT_EQ(Answer(texts, "repeated", "java.lang.String", million),
-            "String " + std::string(1000000, 'x'));
+  // Both sides of the length up to which a text is short, and a very long one.
+  for (const std::size_t length : {127, 128, 129, 1000000}) {
+    const std::size_t part = length > 1000 ? 1000 : 1;
+    const Values values = ValuesOf(
+        {{"java.lang.String", std::wstring(part, L'x')}, {"int", std::to_wstring(length / part)}});
+    EXPECT_EQ(Answer(texts, "repeated", "java.lang.String", values),
+              "String " + std::string(length, 'x'));
+  }
 }
 
 // What arrives, what comes back as result, and what an array parameter holds after it was reversed.
