@@ -456,8 +456,8 @@ public class BeanHandler {
           key.append(comma).append(type.getName());
           comma = ",";
         }
-        Method other = chosen.get(key.toString());
-        if (other == null || isBetter(method.getReturnType(), other.getReturnType())) {
+        Method other = chosen.putIfAbsent(key.toString(), method);
+        if (other != null && isBetter(method.getReturnType(), other.getReturnType())) {
           chosen.put(key.toString(), method);
         }
       }

@@ -1,4 +1,6 @@
+#include <charconv>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -15,7 +17,6 @@
 #include "meta_object/no_throw.h"
 #include "meta_object/wide_view.h"
 #include "os/module.h"
-#include "text/c_numbers.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 
@@ -26,6 +27,7 @@ using info::cache::CachedParamInfo;
 
 constexpr jint kFrameCapacity = 32;
 constexpr int kPrefixSize = 15;
+constexpr int kLongestNumber = 11;
 constexpr int kIndexNameSize = 10;
 constexpr int kAccessorNameSize = 128;
 
@@ -83,16 +85,16 @@ ParamDirection DirectionOf(const TypeDesc& type) {
 
 LocalRef<jobjectArray> NewStringArray(JNIEnv* env, jint count, jclass stringClass) {
   auto array = LocalRef<jobjectArray>::Adopt(env, env->NewObjectArray(count, stringClass, nullptr));
-  if (IsJavaExceptionHappened(env, nullptr)) {
-    array.Reset();
+  if (!array) {
+    IsJavaExceptionHappened(env, nullptr);
   }
   return array;
 }
 
 LocalRef<jintArray> NewIntArray(JNIEnv* env, jint count) {
   auto array = LocalRef<jintArray>::Adopt(env, env->NewIntArray(count));
-  if (IsJavaExceptionHappened(env, nullptr)) {
-    array.Reset();
+  if (!array) {
+    IsJavaExceptionHappened(env, nullptr);
   }
   return array;
 }
@@ -126,21 +128,16 @@ bool WithRows(JNIEnv* env, jint count, Read&& read) {
 }
 
 // Reads a name that the Java side put into an array; a null element is an empty name. False when it
-// can't be had; an exception is cleared.
-bool ReadName(JNIEnv* env, jarray names, jint index, WideString& name) {
-  name.assign(L"");
+// can't be had; an exception is cleared. Each step tells a failure by its result, so the VM is
+// asked about an exception only then.
+bool ReadName(JNIEnv* env, jarray names, jint index, JavaText& name) {
   const auto text = LocalRef<jstring>::Adopt(
       env, env->GetObjectArrayElement(static_cast<jobjectArray>(names), index));
-  if (IsJavaExceptionHappened(env, nullptr)) {
-    return false;
-  }
-  if (!text) {
+  if (name.Read(env, text.Get())) {
     return true;
   }
-  // Most parameters have no name. A VM may lack the memory for one without throwing.
-  const bool isRead =
-      env->GetStringLength(text.Get()) == 0 || AppendJavaText(env, text.Get(), name);
-  return !IsJavaExceptionHappened(env, nullptr) && isRead;
+  // A VM may lack the memory for a text without throwing.
+  return !IsJavaExceptionHappened(env, nullptr) && !text;
 }
 
 // Reads the parameters of regular methods of one class.
@@ -163,26 +160,25 @@ struct ParamReader {
     if (introspector.getParameterInfo(env, cls, methodIndex, count, namesOut, typesOut) == 0) {
       return true;
     }
-    WideString given;
-    WideString typeName;
+    if (count > 0) {
+      method.params = new CachedMethodInfo::ParamList;
+      method.params->reserve(static_cast<std::size_t>(count));
+    }
+    JavaText given;
+    JavaText typeName;
     for (jint i = 0; i < count; ++i) {
       if (!ReadName(env, names.Get(), i, given) || !ReadName(env, types.Get(), i, typeName)) {
         return false;
       }
       WideString name;
-      handler.GetParamName(i + 1, given.getWCharPtr(), name);
-      TypeDesc type = GetTypeDesc(typeName.getWCharPtr());
+      handler.GetParamName(i + 1, given.Get(), name);
+      TypeDesc type = GetTypeDesc(typeName.Get());
       const ParamDirection direction = DirectionOf(type);
       AddParam(method, std::move(name), std::move(type), direction);
     }
     return true;
   }
 };
-
-const wchar_t* Wide(const WideString& text) {
-  const wchar_t* const wide = text.getWCharPtr();
-  return wide == nullptr ? L"" : wide;
-}
 
 }  // namespace
 
@@ -251,15 +247,15 @@ bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
     if (IsJavaExceptionHappened(env) || bits.Get() == nullptr) {
       return true;
     }
-    WideString name;
-    WideString type;
+    JavaText name;
+    JavaText type;
     for (jint i = 0; i < count; ++i) {
       if (!ReadName(env, rows.names, i, name) || !ReadName(env, rows.types, i, type)) {
         return false;
       }
       for (const AccessorKind& kind : kAccessorKinds) {
         if ((bits.Get()[i] & kind.bit) != 0) {
-          AddAccessorMethod(kind.bit, Wide(name), Wide(type));
+          AddAccessorMethod(kind.bit, name.Get(), type.Get());
         }
       }
     }
@@ -308,14 +304,16 @@ bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
       return count == 0;
     }
     const ParamReader reader{env, introspector, classRef, rows.stringClass};
+    JavaText name;
+    JavaText returnType;
     for (jint i = 0; i < count; ++i) {
       CachedMethodInfo method;
-      WideString returnType;
-      if (!ReadName(env, rows.names, i, method.name) || !ReadName(env, rows.types, i, returnType)) {
+      if (!ReadName(env, rows.names, i, name) || !ReadName(env, rows.types, i, returnType)) {
         return false;
       }
+      method.name.assign(name.Get());
       method.altName = method.name;
-      method.returnType = GetTypeDesc(returnType.getWCharPtr());
+      method.returnType = GetTypeDesc(returnType.Get());
       if (!reader.ReadParams(*this, indexes.Get()[i], method)) {
         return false;
       }
@@ -332,11 +330,10 @@ void BeanHandler::GetParamName(int number, const wchar_t* given, WideString& out
     out.assign(given);
     return;
   }
-  char prefix[kPrefixSize] = "";
-  LoadString(_HandlerInfo->moduleHandle, "param", prefix, sizeof prefix);
-  std::string name = prefix;
-  name += text::PrintInteger(number).c_str();
-  out.assign(name.c_str());
+  char name[kPrefixSize + kLongestNumber] = "";
+  const int size = LoadString(_HandlerInfo->moduleHandle, "param", name, kPrefixSize);
+  *std::to_chars(name + size - 1, std::end(name) - 1, number).ptr = '\0';
+  out.assign(name);
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean
