@@ -238,7 +238,10 @@ jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wcha
   jvalue argument[1];
   LocalRef<jstring> string;
   if (row.key == TypeDesc::Key::Char) {
-    argument[0].c = FirstCharacter(narrow.Get() == nullptr ? "" : narrow.Get());
+    if (narrow.Get() == nullptr) {
+      return nullptr;
+    }
+    argument[0].c = FirstCharacter(narrow.Get());
   } else {
     string = NewJavaText(env, narrow);
     if (!string) {

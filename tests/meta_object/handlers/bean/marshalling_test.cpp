@@ -50,7 +50,7 @@ const std::pair<std::string, std::vector<std::pair<const wchar_t*, const char*>>
       {L"a b\tc", "String a b\tc"}}},
     {"java.lang.Boolean", {{L"TRUE", "Bool true"}}},
     {"java.lang.Byte", {{L"-5", "Int -5"}, {L"300", "refused"}}},
-    {"java.lang.Character", {{L"zyx", "Char z"}}},
+    {"java.lang.Character", {{L"zyx", "Char z"}, {L"\xd800", "refused"}}},
     {"java.lang.Short", {{L"-32768", "Int -32768"}}},
     {"java.lang.Integer", {{L"42", "Int 42"}}},
     {"java.lang.Long", {{L"9223372036854775807", "Int 9223372036854775807"}}},
