@@ -42,6 +42,9 @@ int ElementCount(const type::Array& array, int dimension) {
   return elementCount;
 }
 
+// A descriptor may promise more elements than the value has places: no memory is asked for those.
+bool HasPlaces(const type::Array& array, long count) { return count <= array.GetItemCount(); }
+
 // The value's text: a string value's own, lent, or another's, made in `made`.
 const wchar_t* TextOf(const type::Object& value, WideString& made) {
   if (typeid(value) == typeid(type::String)) {
@@ -288,6 +291,7 @@ bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& de
     return false;
   }
   const auto count = static_cast<unsigned int>(std::max(ElementCount(array, 0), 1));
+  const bool isWhole = StartsAtZero(array) && HasPlaces(array, count);
   const JavaPrimitive* const primitive = FindPrimitive(typeName);
   if (primitive != nullptr) {
     if (primitive->toArray == nullptr) {
@@ -295,11 +299,11 @@ bool CBeanMethodInvoke::ProcessParamArray(type::Array& array, const TypeDesc& de
     }
     signature.Append('[');
     signature.Append(primitive->code);
-    value->l = StartsAtZero(array) ? primitive->toArray(env, count, &array) : nullptr;
+    value->l = isWhole ? primitive->toArray(env, count, &array) : nullptr;
     return true;
   }
   signature.Append('[');
-  if (!signature.AppendClass(typeName) || !StartsAtZero(array)) {
+  if (!signature.AppendClass(typeName) || !isWhole) {
     return false;
   }
   value->l = CreateObjectArray(array, count, typeName);
@@ -366,6 +370,9 @@ bool CBeanMethodInvoke::Process2DArray(type::Array* array, const wchar_t* typeNa
   }
   const int rows = ElementCount(*array, 0);
   const int columns = ElementCount(*array, 1);
+  if (rows < 1 || columns < 1 || !HasPlaces(*array, static_cast<long>(rows) * columns)) {
+    return false;
+  }
   TypeDesc rowDesc(GetTypeDesc(typeName).key, TypeDesc::RefType::ByValue, true);
   rowDesc.typeName.assign(typeName);
   rowDesc.arrayInfo->AddDimensionInfo(0, columns);
