@@ -1,23 +1,17 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "config_file/config_file.h"
 #include "config_file/stanza.h"
+#include "fuzz/require.h"
 
 namespace {
 
 using quenlatrix::collect::Attribute;
 using quenlatrix::collect::AttributeList;
 using quenlatrix::config_file::ConfigFile;
-
-void Require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 // A file in memory alone.
 class MemoryFile {

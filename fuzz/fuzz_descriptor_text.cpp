@@ -2,11 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <string_view>
 
+#include "fuzz/random_descriptor.h"
+#include "fuzz/require.h"
 #include "meta_object/type_desc.h"
 #include "meta_object/wide_view.h"
 
@@ -16,14 +16,6 @@ namespace {
 
 using quenlatrix::meta_object::TypeDesc;
 using quenlatrix::meta_object::ViewOf;
-using Key = TypeDesc::Key;
-using RefType = TypeDesc::RefType;
-
-void Require(bool held) {
-  if (!held) {
-    std::abort();
-  }
-}
 
 std::wstring Written(const TypeDesc& desc) {
   WideString text;
@@ -76,50 +68,12 @@ void CheckText(const std::string& bytes) {
   Require(items.Deserialize(text.c_str()));
 }
 
-WideString MakeName(FuzzedDataProvider& data) {
-  std::wstring name;
-  for (auto count = data.ConsumeIntegralInRange<int>(0, 3); count > 0; --count) {
-    const wchar_t c =
-        data.PickValueInArray({L'a', L'.', L'^', L':', L' ', L'\u00e4', L'\U0001f600'});
-    name += c;
-  }
-  return name.c_str();
-}
-
-TypeDesc MakeDescriptor(FuzzedDataProvider& data, int nesting) {
-  Key key = data.PickValueInArray({Key::Void, Key::Int, Key::Real, Key::String, Key::Char,
-                                   Key::Bool, Key::Date, Key::Currency, Key::Struct, Key::Unknown,
-                                   Key::Enum, Key::Object});
-  if (key == Key::Struct && nesting == TypeDesc::kMaxNesting) {
-    key = Key::Object;
-  }
-  TypeDesc desc(key, data.ConsumeBool() ? RefType::ByRef : RefType::ByValue,
-                data.ConsumeIntegralInRange(0, 3) == 0);
-  desc.displayName = MakeName(data);
-  desc.typeName = MakeName(data);
-  desc.detail = MakeName(data);
-  for (auto count = data.ConsumeIntegralInRange<int>(0, 3); count > 0; --count) {
-    if (desc.arrayInfo) {
-      desc.arrayInfo->AddDimensionInfo(data.ConsumeIntegral<int>(), data.ConsumeIntegral<int>());
-    }
-    if (desc.enumInfo) {
-      desc.enumInfo->AddEnumItem(MakeName(data), data.ConsumeIntegral<long>());
-    }
-    if (desc.structInfo && data.remaining_bytes() > 0) {
-      desc.structInfo->structName = MakeName(data);
-      desc.structInfo->members.push_back(
-          std::make_unique<TypeDesc>(MakeDescriptor(data, nesting + 1)));
-    }
-  }
-  return desc;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   CheckText(std::string(reinterpret_cast<const char*>(bytes), size));
   FuzzedDataProvider data(bytes, size);
-  const std::wstring written = Written(MakeDescriptor(data, 0));
+  const std::wstring written = Written(MakeDescriptor(data));
   Require(Rewritten(written) == written);
   return 0;
 }

@@ -1,19 +1,13 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
-#include <cstdlib>
 #include <string>
 
+#include "fuzz/require.h"
 #include "meta_object/identity.h"
 
 namespace {
 
 using quenlatrix::meta_object::Identity;
-
-void Require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 std::string TextOf(const Identity& identity) {
   std::string text = identity.handler + "://" + identity.handlerData;

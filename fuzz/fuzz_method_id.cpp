@@ -2,11 +2,11 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "fuzz/require.h"
 #include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/wide_view.h"
 
@@ -17,12 +17,6 @@ using namespace quenlatrix::meta_object::handlers::bean;
 using quenlatrix::meta_object::MethodType;
 using quenlatrix::meta_object::TypeDesc;
 using quenlatrix::meta_object::ViewOf;
-
-void Require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 bool IsAscii(std::wstring_view text) {
   return text.find_first_not_of(

@@ -4,19 +4,13 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 
+#include "fuzz/require.h"
 #include "text/named_value.h"
 #include "text/zu_text_local.h"
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 // The texts may hold NULs; nothing past the first counts.
 std::string ModelOf(const std::string& data, const std::string& name, char sep) {

@@ -1,9 +1,9 @@
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <vector>
 
+#include "fuzz/require.h"
 #include "meta_object/info/object_info.h"
 #include "meta_object/info/property.h"
 
@@ -13,12 +13,6 @@ namespace {
 
 using quenlatrix::meta_object::Property;
 using quenlatrix::meta_object::info::ObjectInfo;
-
-void Require(bool held) {
-  if (!held) {
-    std::abort();
-  }
-}
 
 template <typename Record>
 std::vector<char> Serialized(const Record& record) {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "narrow_text.h"
+#include "fuzz/narrow_text.h"
 #include "text/c_numbers.h"
 #include "text/wide_chars.h"
 #include "text/wide_string.h"

@@ -1,10 +1,11 @@
-#include "narrow_text.h"
+#include "fuzz/narrow_text.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <climits>
 #include <list>
+#include <string_view>
 #include <utility>
 
 #include "text/regex.h"
@@ -140,7 +141,7 @@ void Strip(NarrowState& s, FuzzedDataProvider& input) {
   if (!quotes) {
     TrimModel(model, " ", false);
   }
-  for (const std::string& pair : quotes ? std::array{"''", "\"\""} : std::array{"()", "[]"}) {
+  for (const std::string_view pair : quotes ? std::array{"''", "\"\""} : std::array{"()", "[]"}) {
     if (model.size() >= 2 && model.front() == pair[0] && model.back() == pair[1]) {
       model = model.substr(1, model.size() - 2);
       return;

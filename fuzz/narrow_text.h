@@ -2,18 +2,12 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-#include <cstdlib>
 #include <string>
 
+#include "fuzz/require.h"
 #include "text/zu_text_local.h"
 
 // Shared by the sources of fuzz_text_operations. Threads: none but the fuzzer's.
-
-inline void Require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
 
 // A short text without NULs.
 inline std::string TakeText(FuzzedDataProvider& input) {

@@ -12,6 +12,8 @@ public class ObjectReturner {
   private ObjectReturner(int depth) { this.depth = depth; }
   public int depth() { return depth; }
   public ObjectReturner next() { return new ObjectReturner(depth + 1); }
+  public Point echo(Point value) { return value; }
+  public Object echo(Object value) { return value; }
   public ObjectReturner self() { return this; }
   public Point point(int x, int y) { return new Point(x, y); }
   public Object pointAsObject() { return new Point(7, 8); }
