@@ -79,14 +79,13 @@ char32_t TakeCharacter(const char*& text) {
   return kFirstSupplementary + ((high - 0xD800) << 10) + (low - 0xDC00);
 }
 
-// The VM says by a null that it threw; one that gave a string has thrown nothing.
 LocalRef<jstring> NewString(JNIEnv* env, const JavaUtf8& text) {
   if (text.Get() == nullptr) {
     return {};
   }
   auto string = LocalRef<jstring>::Adopt(env, env->NewStringUTF(text.Get()));
-  if (!string) {
-    IsJavaExceptionHappened(env, nullptr);
+  if (IsJavaExceptionHappened(env, nullptr)) {
+    string.Reset();
   }
   return string;
 }

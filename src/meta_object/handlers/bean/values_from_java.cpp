@@ -22,8 +22,6 @@ namespace {
 
 using Key = TypeDesc::Key;
 
-constexpr jint kFrameElements = 32;
-
 template <class Value>
 std::unique_ptr<type::Object> Make() {
   return std::make_unique<Value>();
@@ -49,63 +47,16 @@ constexpr ItemMaker kItemMakers[] = {
     {Key::Enum, Make<type::Enum>},
 };
 
-// A string's text; empty when the VM has no memory for it.
-WideString TextOf(JNIEnv* env, jobject string) {
-  WideString text;
-  if (!AppendJavaText(env, static_cast<jstring>(string), text)) {
-    IsJavaExceptionHappened(env, nullptr);
-  }
-  return text;
-}
-
 // What an object answers to toString(); empty when it throws.
 WideString DescriptionOf(JNIEnv* env, jobject object) {
+  WideString text;
   if (const jmethodID toString = keptLookups->FindToString(env)) {
-    const auto string = LocalRef<jobject>::Adopt(env, env->CallObjectMethod(object, toString));
-    if (!IsJavaExceptionHappened(env, nullptr)) {
-      return TextOf(env, string.Get());
-    }
-  }
-  return {};
-}
-
-type::Object* NewStringItem(WideString text) {
-  auto item = std::make_unique<type::String>();
-  item->SetValue(std::move(text));
-  return item.release();
-}
-
-// Do all elements answer to toString() with themselves? The array's class tells it of all at once;
-// looking that class up pays only where there are many.
-bool IsLongStringArray(JNIEnv* env, jobjectArray array, jint count) {
-  if (count <= kFrameElements) {
-    return false;
-  }
-  const auto cls = FindJavaClass(env, "[Ljava/lang/String;");
-  return cls && env->IsInstanceOf(array, cls.Get()) == JNI_TRUE;
-}
-
-// Fills the places from the elements that are there, with a value that `convert` makes of each.
-// False when the VM refuses one. The references to the elements go a frame at a time, which costs
-// less than each by itself.
-template <class Convert>
-bool FillEach(JNIEnv* env, jobjectArray array, type::Array& target, Convert&& convert) {
-  const jint count = target.GetItemCount();
-  for (jint first = 0; first < count; first += kFrameElements) {
-    const LocalFrame frame(env, kFrameElements);
-    if (!frame) {
+    const auto string = LocalRef<jstring>::Adopt(env, env->CallObjectMethod(object, toString));
+    if (!IsJavaExceptionHappened(env, nullptr) && !AppendJavaText(env, string.Get(), text)) {
       IsJavaExceptionHappened(env, nullptr);
-      return false;
-    }
-    for (jint i = first; i < std::min(count, first + kFrameElements); ++i) {
-      if (const jobject element = env->GetObjectArrayElement(array, i)) {
-        target.SetItemAt(convert(element), static_cast<unsigned int>(i));
-      } else if (IsJavaExceptionHappened(env, nullptr)) {
-        return false;
-      }
     }
   }
-  return true;
+  return text;
 }
 
 // An object value whose handler has taken over `object`; null, with `object` untouched, when it
@@ -215,7 +166,9 @@ type::Object* CBeanMethodInvoke::ClassToReference(const wchar_t* className, jobj
 
 type::Object* CBeanMethodInvoke::CreateTextItem(const JavaTextClass& row, jobject reference) {
   if (row.key == Key::String) {
-    return NewStringItem(DescriptionOf(env, reference));
+    auto item = std::make_unique<type::String>();
+    item->SetValue(DescriptionOf(env, reference));
+    return item.release();
   }
   ItemPtr item(CreateItem(TypeDesc(row.key, TypeDesc::RefType::ByValue, false), nullptr));
   item->SetValueAsString(DescriptionOf(env, reference));
@@ -277,16 +230,18 @@ bool CBeanMethodInvoke::JavaArray2Native(jarray array, const wchar_t* typeName,
 bool CBeanMethodInvoke::FillElements(jobjectArray array, const wchar_t* typeName,
                                      type::Array& target) {
   const JavaTextClass* const row = FindTextClass(typeName);
-  if (row == nullptr) {
-    return FillEach(env, array, target,
-                    [&](jobject element) { return ClassToReference(typeName, element); });
+  for (int i = 0; i < target.GetItemCount(); ++i) {
+    const auto element = LocalRef<jobject>::Adopt(env, env->GetObjectArrayElement(array, i));
+    if (bean::IsJavaExceptionHappened(env, nullptr)) {
+      return false;
+    }
+    if (element) {
+      target.SetItemAt(row == nullptr ? ClassToReference(typeName, element.Get())
+                                      : CreateTextItem(*row, element.Get()),
+                       static_cast<unsigned int>(i));
+    }
   }
-  if (row->key == Key::String && IsLongStringArray(env, array, target.GetItemCount())) {
-    return FillEach(env, array, target,
-                    [&](jobject element) { return NewStringItem(TextOf(env, element)); });
-  }
-  return FillEach(env, array, target,
-                  [&](jobject element) { return CreateTextItem(*row, element); });
+  return true;
 }
 
 bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, const wchar_t* typeName,

@@ -83,18 +83,6 @@ jobject LiveReferenceNamedBy(const wchar_t* text) {
   return liveReferences->Contains(reference) ? reference : nullptr;
 }
 
-// A string that the VM makes of a text is a new one already: the constructor that copies one would
-// give another like it.
-jobject NewStringObject(JNIEnv* env, const TextClass& kept, const wchar_t* text) {
-  if (strEmptyString->compare(text, 0) != 0) {
-    return NewJavaText(env, NarrowText(text)).Release();
-  }
-  // Without a frame: the constructors of strings throw nothing.
-  auto made =
-      LocalRef<jobject>::Adopt(env, env->NewObjectA(kept.cls, kept.withoutArgument, nullptr));
-  return IsJavaExceptionHappened(env, nullptr) ? nullptr : made.Release();
-}
-
 // A row array whose elements are lent by a two-dimensional array: it gives them back before they
 // could be deleted with it.
 class LentRow {
@@ -234,25 +222,30 @@ jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wcha
   if (kept == nullptr) {
     return nullptr;
   }
-  if (row.key == TypeDesc::Key::String) {
-    return NewStringObject(env, *kept, text);
-  }
-  const NarrowText narrow(text);
+  const bool isString = row.key == TypeDesc::Key::String;
+  jmethodID constructor = kept->fromText;
   jvalue argument[1];
   LocalRef<jstring> string;
-  if (row.key == TypeDesc::Key::Char) {
-    if (narrow.Get() == nullptr) {
-      return nullptr;
-    }
-    argument[0].c = FirstCharacter(narrow.Get());
+  if (isString && strEmptyString->compare(text, 0) == 0) {
+    constructor = kept->withoutArgument;
   } else {
-    string = NewJavaText(env, narrow);
-    if (!string) {
+    const NarrowText narrow(text);
+    if (row.key != TypeDesc::Key::Char) {
+      string = NewJavaText(env, narrow);
+      argument[0].l = string.Get();
+    } else if (narrow.Get() != nullptr) {
+      argument[0].c = FirstCharacter(narrow.Get());
+    }
+    if (row.key == TypeDesc::Key::Char ? narrow.Get() == nullptr : !string) {
       return nullptr;
     }
-    argument[0].l = string.Get();
   }
-  return NewJavaObject(env, kept->cls, kept->fromText, argument).Release();
+  if (!isString) {
+    return NewJavaObject(env, kept->cls, constructor, argument).Release();
+  }
+  // Without a frame: the constructors of strings throw nothing.
+  auto made = LocalRef<jobject>::Adopt(env, env->NewObjectA(kept->cls, constructor, argument));
+  return bean::IsJavaExceptionHappened(env, nullptr) ? nullptr : made.Release();
 }
 
 bool CBeanMethodInvoke::ProcessArray(type::Object* array, const wchar_t* typeName, jvalue* value,
