@@ -21,6 +21,9 @@ namespace {
 
 bool IsEmpty(const wchar_t* text) { return text == nullptr || *text == L'\0'; }
 
+// No class is called by a name that isn't there or that the encoding lacks.
+bool HasNarrowForm(const wchar_t* name) { return NarrowText(name).Get() != nullptr; }
+
 // Elements are asked for by the indices 0 to count - 1, so a dimension that starts elsewhere
 // has none for some of them.
 bool StartsAtZero(const type::Array& array) {
@@ -208,13 +211,13 @@ bool CBeanMethodInvoke::NativeType2ClassType(const wchar_t* typeName, const type
 }
 
 jobject CBeanMethodInvoke::CreateObject(const wchar_t* typeName, const wchar_t* text) {
-  if (env == nullptr || typeName == nullptr) {
+  if (env == nullptr) {
     return nullptr;
   }
   if (const JavaTextClass* const row = FindTextClass(typeName)) {
     return CreateTextObject(*row, text);
   }
-  return LiveReferenceNamedBy(text);
+  return HasNarrowForm(typeName) ? LiveReferenceNamedBy(text) : nullptr;
 }
 
 jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wchar_t* text) {
@@ -322,7 +325,7 @@ LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item,
 
 jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned int count,
                                                   const wchar_t* typeName) {
-  if (env == nullptr) {
+  if (env == nullptr || !HasNarrowForm(typeName)) {
     return nullptr;
   }
   const JavaTextClass* const textClass = FindTextClass(typeName);

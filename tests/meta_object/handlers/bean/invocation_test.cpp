@@ -183,6 +183,15 @@ TEST_F(InvocationTest, AWrongObjectIsRefusedBeforeTheCall) {
       Answer(taker, "takesList", "int", ValuesOf(HoldObject(*foreign.Object(), "java.util.List"))),
       kFailed);
 
+  for (const wchar_t* nameless : {L"", L"\xD800"}) {
+    auto object = HoldObject(taker, "beans.Point");
+    object->GetMetaItemType().typeName.assign(nameless);
+    auto array = HoldAlone(taker, "beans.Point");
+    array->SetDesc(WideString(nameless));
+    EXPECT_EQ(Answer(taker, "takesPoint", "int", ValuesOf(std::move(object))), "refused");
+    EXPECT_EQ(Answer(taker, "takesPoints", "int", ValuesOf(std::move(array))), "refused");
+  }
+
   Handler& point = Make("beans.Point");
   const auto takesPoint = [&taker](const std::wstring& text) {
     return Answer(taker, "takesPoint", "int", ValuesOf({{"beans.Point", text}}));
