@@ -16,7 +16,7 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-const WideString MethodIdSeparator(L":");
+const UntilUnloaded<WideString> MethodIdSeparator(L":");
 
 const char* const JavaTypeNames[kJavaTypes] = {"I", "Z", "B", "C", "S", "J", "F", "D", "void"};
 const int JavaTypeNumbers[kJavaTypes] = {5, 1, 2, 3, 4, 6, 7, 8, 9};
@@ -133,7 +133,7 @@ const char* KindPrefix(MethodType type) {
 bool CreateMethodID(WideString& id, const WideString& name, MethodType type, int index) {
   id.assign(KindPrefix(type));
   id.append(name.getWCharPtr());
-  id.append(MethodIdSeparator.getWCharPtr());
+  id.append(MethodIdSeparator->getWCharPtr());
   id.append(quenlatrix::text::PrintInteger(index).c_str());
   return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "meta_object/handlers/bean/until_unloaded.h"
 #include "meta_object/method_type.h"
 #include "meta_object/type_desc.h"
 #include "text/narrow_text.h"
@@ -18,7 +19,7 @@ namespace quenlatrix::meta_object::handlers::bean {
 // method (without ":"), the index its 0-based position in the class's cached catalogue.
 
 // Separates the fields.
-extern const WideString MethodIdSeparator;
+extern const UntilUnloaded<WideString> MethodIdSeparator;
 
 // Replaces `id` with the identifier. Always true.
 bool CreateMethodID(WideString& id, const WideString& name, MethodType type, int index);
