@@ -110,4 +110,16 @@ TEST(ConfigFileReading, CutsAValueAt4095BytesAndGoesOnWithTheNextLine) {
   }
 }
 
+// What a writer leaves that was killed or found the disk full.
+TEST(ConfigFileBeginning, IsReadUnlessItEndsInTheNameOfAStanza) {
+  const std::string whole = "[D]\na=1\n\n[bb]\nkk=12\n";
+  std::string read;
+  const TemporaryFile stored;
+  for (std::size_t size = 1; size <= whole.size(); ++size) {
+    stored.Write(whole.substr(0, size));
+    read += ConfigFile(stored.path.c_str(), "D").parseConfigFile() ? whole[size - 1] : '!';
+  }
+  EXPECT_EQ(read, "!!!\na=1\n\n!!!!\nkk=12\n");
+}
+
 }  // namespace

@@ -1,14 +1,19 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <functional>
+#include <iostream>
 #include <memory>
+#include <optional>
+#include <random>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "config_file/config_file.h"
 #include "config_file/stanza.h"
+#include "os/file_lock.h"
 #include "tests/config_file/temporary_file.h"
 #include "tests/support/workers.h"
 
@@ -80,6 +85,59 @@ TEST(ConfigFileSharing, ReadersInProcessesAndThreadsSeeWholeVersionsOnly) {
       return done;
     });
   }
+}
+
+// A version as it is written, or where that breaks off.
+bool IsBeginningOfAVersion(const std::string& bytes) {
+  const std::string start = "[data]\nversion=";
+  if (bytes.size() <= start.size()) return start.starts_with(bytes);
+  const int version = std::stoi(bytes.substr(start.size()));
+  std::string whole = "[data]\n";
+  for (int i = 0; i < CountOf(version); ++i) whole += "version=" + std::to_string(version) + "\n";
+  return (whole + "\n").starts_with(bytes);
+}
+
+TEST(ConfigFileSharing, AKilledWriterLeavesABeginningOfItsVersionAndNoLock) {
+  const TemporaryFile stored;
+  ConfigFile file(stored.path.c_str(), "Directory");
+  const Clock::time_point end = EndAfter(1000ms);
+  const pid_t reader = StartProcess([&] {
+    std::string read;
+    while (Clock::now() < end && IsBeginningOfAVersion(read.substr(0, read.rfind("\n\n")))) {
+      if (file.parseConfigFile()) read = DumpOf(file);
+    }
+    return Clock::now() >= end;
+  });
+  std::mt19937 random(1);
+  int cut = 0;
+  for (int round = 0; !HasFailure() && (Clock::now() < end || cut == 0); ++round) {
+    const pid_t writer = StartProcess([&] {
+      for (int version = round; WriteVersion(file, version);) ++version;
+      return false;
+    });
+    Kill(writer, std::chrono::microseconds(random() % 5000));
+    const std::string bytes = stored.Read();
+    EXPECT_TRUE(IsBeginningOfAVersion(bytes)) << bytes;
+    cut += !bytes.ends_with("\n\n");
+    EXPECT_TRUE(WriteVersion(file, round) && IsWholeVersion(file));
+  }
+  EXPECT_TRUE(Succeeded(reader));
+  std::cout << cut << " killed while they wrote\n";
+}
+
+TEST(ConfigFileSharing, ALockIsWaitedForAsLongAsItsHolderHasIt) {
+  const TemporaryFile stored("[D]\n\n");
+  const int fd = open(stored.path.c_str(), O_RDWR);
+  std::optional<FileLock> lock(std::in_place, fd, true);
+  const pid_t waiting = StartProcess([&stored] {
+    ConfigFile file(stored.path.c_str(), "D");
+    return file.parseConfigFile() && file.writeFile(true, false);
+  });
+  std::this_thread::sleep_for(200ms);
+  EXPECT_EQ(waitpid(waiting, nullptr, WNOHANG), 0);
+  lock.reset();
+  EXPECT_TRUE(Succeeded(waiting));
+  close(fd);
 }
 
 TEST(ConfigFileSharing, NoChangeOfProcessesOrThreadsIsLost) {

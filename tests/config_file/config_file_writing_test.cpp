@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -99,6 +100,40 @@ TEST_F(ConfigFileWriting, ThatIsCutShortIsNoSuccess) {
   EXPECT_FALSE(file.removeStanzaWithWrite("c"));
   EXPECT_TRUE(file.findStanza("c"));
   EXPECT_LE(stored.Read().size(), 16u);
+}
+
+// A file is written in its place: that takes no right in its directory.
+TEST(ConfigFileRights, DecideWhatCanBeReadAndWritten) {
+  const struct {
+    const char* name;
+    mode_t rights;
+    bool isRead;
+    bool isWritten;
+  } cases[] = {{"/file", 0666, true, true},
+               {"/file", 0444, true, false},
+               {"/file", 0000, false, false},
+               {"/missing", 0666, false, false},
+               {"", 0666, false, false}};
+  const TemporaryDirectory folder;
+  const std::string stored = folder.path / "file";
+  std::ofstream(stored) << "[D]\n\n";
+  chmod(folder.path.c_str(), 0555);
+  // Nothing is forbidden to root.
+  const uid_t self = geteuid();
+  const uid_t other = self == 0 ? 65534 : self;
+  for (const auto& test : cases) {
+    chmod(stored.c_str(), test.rights);
+    if (seteuid(other) != 0) GTEST_SKIP() << "this root can't be anybody else";
+    ConfigFile file((folder.path.string() + test.name).c_str(), "D");
+    EXPECT_EQ(file.parseConfigFile(), test.isRead) << test.name;
+    file.createDirectoryStanza();
+    const int written = file.writeFile(true, false) + file.removeStanzaWithWrite("a") +
+                        file.changeStanzaWithWrite("D", false) + file.writeFile(false, false);
+    EXPECT_EQ(written, test.isWritten ? 4 : 0) << test.name;
+    EXPECT_EQ(seteuid(self), 0);
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder.path / "missing"));
+  chmod(folder.path.c_str(), 0700);
 }
 
 TEST(ConfigFileEvents, SayWhatFailed) {

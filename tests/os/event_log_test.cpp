@@ -3,8 +3,10 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -14,6 +16,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <map>
 #include <string>
 #include <thread>
@@ -144,6 +147,17 @@ TEST_F(EventLogTest, AFailedWriteIsReportedAndChangesNeitherErrnoNorTheSystemLog
   EXPECT_THAT(handed.second, EndsWith("no room: No such file or directory"));
 }
 
+TEST_F(EventLogTest, ALineThatFindsNoRoomIsLeftCutAndTheNextFollowsIt) {
+  signal(SIGXFSZ, SIG_IGN);
+  ASSERT_TRUE(OpenSystemEventLog(path.c_str(), nullptr));
+  for (const rlim_t room : {rlim_t{40}, RLIM_INFINITY}) {
+    const rlimit limit = {room, RLIM_INFINITY};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_EQ(ReportSystemEvent(EVT_INFO, CAT_START, "event"), room == RLIM_INFINITY);
+  }
+  EXPECT_THAT(log.Read().substr(40), MatchesRegex(kPrefix + std::string(".* event\n")));
+}
+
 TEST_F(EventLogTest, AFailedCloseLeavesTheLogOpen) {
   ASSERT_TRUE(OpenSystemEventLog(path.c_str(), nullptr));
   close(DescriptorOf(path));
@@ -232,6 +246,17 @@ bool ReportLines(const std::string& path) {
   return failures == 0 && CloseSystemEventLog();
 }
 
+// Expects a whole line of these; process, thread and number of it.
+std::array<int, 3> ExpectWhole(const std::string& line) {
+  int process = 0, thread = 0, number = 0, text = 0;
+  EXPECT_EQ(std::sscanf(line.c_str(), "[%d] %*10c %*8c DEBUG      INFO     %d %d %n", &process,
+                        &thread, &number, &text),
+            3)
+      << line;
+  EXPECT_EQ(line.substr(text), std::string(number % 10 == 0 ? 10000 : 0, 'x') + ".");
+  return {process, thread, number};
+}
+
 TEST_F(EventLogTest, LinesOfManyThreadsInManyProcessesStayWhole) {
   const auto end = EndAfter(std::chrono::milliseconds(0));
   do {
@@ -244,16 +269,37 @@ TEST_F(EventLogTest, LinesOfManyThreadsInManyProcessesStayWhole) {
     // By process and thread, the number of its next line.
     std::map<std::pair<int, int>, int> next;
     for (const std::string& line : LinesOf(log.Read())) {
-      int process = 0, thread = 0, number = 0, text = 0;
-      ASSERT_EQ(std::sscanf(line.c_str(), "[%d] %*10c %*8c DEBUG      INFO     %d %d %n", &process,
-                            &thread, &number, &text),
-                3)
-          << line;
-      ASSERT_EQ(line.substr(text), std::string(number % 10 == 0 ? 10000 : 0, 'x') + ".");
+      const auto [process, thread, number] = ExpectWhole(line);
       ASSERT_EQ(number, next[std::pair(process, thread)]++);
     }
     EXPECT_THAT(next, SizeIs(16));
     EXPECT_THAT(next, Each(Pair(_, 1000)));
+  } while (!HasFailure() && std::chrono::steady_clock::now() < end);
+}
+
+TEST_F(EventLogTest, OfManyProcessesAKilledOneCutsNoLineButItsLast) {
+  constexpr int kKilled = 10;
+  const auto end = EndAfter(std::chrono::milliseconds(500));
+  do {
+    std::filesystem::resize_file(path, 0);
+    const pid_t other = StartProcess([this] { return ReportLines(path); });
+    for (int i = 0; i < kKilled; ++i) {
+      Kill(StartProcess([this] { return ReportLines(path); }), std::chrono::milliseconds(2 + i));
+    }
+    EXPECT_TRUE(Succeeded(other));
+    std::string text = log.Read();
+    text.resize(text.rfind('\n') + 1);
+    int cut = 0;
+    int othersLines = 0;
+    // A cut line has the next one behind it.
+    for (const std::string& line : LinesOf(text)) {
+      const std::size_t start = line.rfind('[');
+      cut += start != 0;
+      othersLines += ExpectWhole(line.substr(start))[0] == other;
+    }
+    EXPECT_LE(cut, kKilled);
+    EXPECT_EQ(othersLines, 4000);
+    std::cout << cut << " lines cut by " << kKilled << " killed\n";
   } while (!HasFailure() && std::chrono::steady_clock::now() < end);
 }
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <thread>
 #include <vector>
@@ -30,6 +31,13 @@ pid_t StartProcess(const Work& work) {
 inline bool Succeeded(pid_t process) {
   int status = -1;
   return waitpid(process, &status, 0) == process && status == 0;
+}
+
+// Lets the process work for a moment first.
+inline void Kill(pid_t process, std::chrono::microseconds after) {
+  std::this_thread::sleep_for(after);
+  kill(process, SIGKILL);
+  waitpid(process, nullptr, 0);
 }
 
 // When a test of that duration ends. QUENLATRIX_SOAK_SECONDS makes it last longer than it does
