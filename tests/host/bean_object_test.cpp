@@ -3,16 +3,10 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
-#include <atomic>
-#include <chrono>
-#include <iostream>
-
 #include "host/host.h"
 #include "host/utf8.h"
 #include "meta_object/type/array.h"
-#include "tests/support/jni_reference_tracker.h"
 #include "tests/support/test_vm.h"
-#include "tests/support/workers.h"
 
 namespace quenlatrix::host {
 namespace {
@@ -179,51 +173,6 @@ TEST_F(BeanObjectTest, EveryMethodWithoutParametersThatIsListedCanBeCalled) {
     }
   }
   EXPECT_GE(called, 100);
-}
-
-// What a thread of a server does, again and again until the time is over; how often.
-int ServeUntil(Host& host, std::chrono::steady_clock::time_point end) {
-  std::optional<BeanObject> keeper = std::move(host.Create("beans.Point").object);
-  meta_object::context::MethodCallContext attached;
-  keeper->GetHandler()->OpenMethodCall(attached, WideString(L"Invoke:keep:0"));
-  void* env = nullptr;
-  host.GetVm()->GetEnv(&env, JNI_VERSION_1_8);
-  int rounds = 0;
-  {
-    test::JniReferenceTracker tracker(static_cast<JNIEnv*>(env));
-    while (std::chrono::steady_clock::now() < end) {
-      std::optional<BeanObject> list = std::move(host.Create("java.util.LinkedList").object);
-      EXPECT_TRUE(list && list->Methods() != nullptr);
-      EXPECT_TRUE(list->IsInstanceOf("java.lang.Object"));
-      const TypeDesc boolean(TypeDesc::Key::Bool, WideString(L"boolean"), WideString(L"boolean"));
-      TypeDesc object(TypeDesc::Key::Object, WideString(), WideString(L"java.lang.Object"));
-      std::vector<ValuePtr> params(1);
-      params[0].reset(new ObjectArgument(keeper->GetHandler()));
-      params[0]->GetMetaItemType() = object;
-      EXPECT_EQ(list->Call(WideString(L"Invoke:add:0"), boolean, params).status, 0U);
-      EXPECT_EQ(list->Walk(0).items.size(), 1U);
-      EXPECT_EQ(list->Release(), status::kLastReferenceReleased);
-      host.Collect();
-      ++rounds;
-    }
-    EXPECT_EQ(tracker.Left(), 0);
-    EXPECT_GT(tracker.GlobalsMade(), rounds);
-  }
-  keeper->GetHandler()->CloseMethodCall(attached);
-  return rounds;
-}
-
-TEST_F(BeanObjectTest, ThreadsCreateDescribeCallWalkAndReleaseBesideEachOther) {
-  constexpr int kThreads = 8;
-  const auto start = std::chrono::steady_clock::now();
-  const auto end = EndAfter(std::chrono::seconds(2));
-  std::atomic<int> rounds = 0;
-  RunInThreads(kThreads, [&](int) { rounds += ServeUntil(*host, end); });
-  host->Collect();
-  EXPECT_EQ(host->GetCollector().GetCount(), 1U) << "the host's own";
-  EXPECT_GT(rounds, kThreads);
-  std::cout << rounds / std::chrono::duration_cast<std::chrono::seconds>(end - start).count()
-            << " rounds a second on " << kThreads << " threads\n";
 }
 
 }  // namespace

@@ -85,7 +85,8 @@ jobject PopLocalFrame(JNIEnv* env, jobject result) {
 
 }  // namespace
 
-JniReferenceTracker::JniReferenceTracker(JNIEnv* env) : env(env), patch(env), frames(1) {
+JniReferenceTracker::JniReferenceTracker(JNIEnv* env, SharedGlobals* shared)
+    : env(env), patch(env), globals(shared == nullptr ? own : *shared), frames(1) {
   current = this;
   Table& table = patch.Table();
   PatchAll<LocalMaker, &Table::FindClass, &Table::DefineClass, &Table::ToReflectedMethod,
@@ -135,7 +136,7 @@ void JniReferenceTracker::NoteLocal(jobject reference) {
 
 void JniReferenceTracker::NoteGlobal(jobject reference) {
   if (!isJavaRunning && reference != nullptr) {
-    globals.insert(reference);
+    globals.Note(reference);
     ++globalsMade;
   }
 }
@@ -146,7 +147,7 @@ void JniReferenceTracker::ForgetLocal(jobject reference) {
   }
 }
 
-void JniReferenceTracker::ForgetGlobal(jobject reference) { globals.erase(reference); }
+void JniReferenceTracker::ForgetGlobal(jobject reference) { globals.Forget(reference); }
 
 void JniReferenceTracker::PushFrame() {
   if (!isJavaRunning) {
