@@ -78,7 +78,7 @@ def matches(expected, printed):
 
 
 def shortened(command, prefix):
-    command = re.sub(r"(QUENLATRIX_SOAK_SECONDS)=\d+", r"\1=1", command)
+    command = re.sub(r"(QUENLATRIX_(SOAK_SECONDS|PROCESS_ENDS))=\d+", r"\1=1", command)
     command = command.replace("./bench.sh", "./bench.sh --benchmark_min_time=0 --benchmark_repetitions=1")
     return command.replace("/opt/quenlatrix", prefix)
 
