@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <future>
 #include <set>
 #include <thread>
 
 #include "tests/meta_object/test_handler.h"
-#include "tests/support/workers.h"
 
 namespace quenlatrix::host {
 namespace {
@@ -83,28 +81,6 @@ TEST_F(CollectorTest, DoesNotWaitForAHandlerThatWasWithdrawn) {
   creator.join();
   tested.Register(slow, this);
   EXPECT_EQ(tested.GetCount(), 1U);
-}
-
-TEST(Collector, FreesEachHandlerOnceWhenThreadsRegisterAndCollectAtOnce) {
-  constexpr int kThreads = 4;
-  constexpr int kHandlers = 500;
-  std::atomic<int> freed = 0;
-  const auto free = [&freed](Handler* handler, const void*) {
-    ++freed;
-    delete handler;
-  };
-  {
-    Collector tested(free, 16);
-    RunInThreads(kThreads, [&tested](int) {
-      for (int i = 0; i < kHandlers; ++i) {
-        auto* handler = new TestHandler;
-        tested.Register(handler, nullptr);
-        handler->Handler::Release();
-        if (i % 50 == 0) tested.Collect();
-      }
-    });
-  }
-  EXPECT_EQ(freed, kThreads * kHandlers);
 }
 
 }  // namespace

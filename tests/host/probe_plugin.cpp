@@ -1,5 +1,6 @@
 // A handler plug-in without Java: any identity names an object of it. Its error text is the
 // attribute "Color" that the registry gives it; when idle it counts the handlers that are left.
+// Built with another version, it is one that the host doesn't know.
 #include <atomic>
 
 #include "meta_object/entry_points.h"
@@ -34,7 +35,7 @@ extern "C" {
   return true;
 }
 [[gnu::visibility("default")]] info::HandlerInfo* GetHandlerInfo() { return &description; }
-[[gnu::visibility("default")]] std::uint32_t GetHandlerVersion() { return kHandlerVersion; }
+[[gnu::visibility("default")]] std::uint32_t GetHandlerVersion() { return PLUGIN_VERSION; }
 [[gnu::visibility("default")]] Handler* GetHandlerObject() {
   auto* handler = new ProbeHandler;
   ++handlersLeft;

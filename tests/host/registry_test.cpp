@@ -1,9 +1,9 @@
 // What a host serves by the registry of its installation, and what it says of the rest.
 #include <dlfcn.h>
 
-#include "host/host.h"
 #include "host/utf8.h"
 #include "tests/host/beanhost_cli.h"
+#include "tests/host/test_host.h"
 
 namespace quenlatrix::host {
 namespace {
@@ -154,12 +154,8 @@ TEST_F(RegistryCli, RunsOnWhatTheRegistryOrAnOptionNames) {
 
 TEST_F(RegistryCli, AHostFreesWhatEachOfItsPlugInsMadeThroughItsMaker) {
   Install(std::string("[Handlers]\nProbe=\nBean=\n\n") + kBean + kProbe);
-  Host::Options options;
-  options.javaHome = test::TestVm::JavaHome();
-  options.javaOptions = {"-Xcheck:jni"};
-  std::string why;
-  std::unique_ptr<host::Host> host = host::Host::Start(options, why);
-  ASSERT_NE(host, nullptr) << why;
+  std::unique_ptr<host::Host> host = StartHost("");
+  ASSERT_NE(host, nullptr);
   void* module = dlopen(PROBE_PLUGIN, RTLD_LAZY | RTLD_NOLOAD);
   ASSERT_NE(module, nullptr);
   const auto handlersLeft = reinterpret_cast<int (*)()>(dlsym(module, "ProcessIdle"));
