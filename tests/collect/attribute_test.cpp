@@ -59,7 +59,7 @@ TEST(Attribute, AnElementIsReplacedOrAppendedWithEmptyOnesBetween) {
   }
   Attribute itself("k", "ab:c");
   EXPECT_TRUE(itself.updateValueListElement(4, itself.value.GetText()));
-  EXPECT_STREQ(itself.value.GetTextEx(), "ab:c:::ab:c");
+  EXPECT_STREQ(itself.getValue(itself.value).GetTextEx(), "ab:c:::ab:c");
 }
 
 TEST(Attribute, IsOrderedAndFoundByItsKeyWithoutRegardToCase) {
@@ -76,17 +76,6 @@ TEST(Attribute, IsOrderedAndFoundByItsKeyWithoutRegardToCase) {
   EXPECT_TRUE(Attribute() == attributes[0]);
   EXPECT_FALSE(attributes[0] == "");
   EXPECT_FALSE(attributes[1] == static_cast<const char*>(nullptr));
-}
-
-TEST(Attribute, ValueIsGivenAndCleared) {
-  Attribute attribute("k", "v");
-  ZuText out("before");
-  EXPECT_STREQ(attribute.getValue(out).GetTextEx(), "v");
-  EXPECT_STREQ(attribute.getValue(attribute.value).GetTextEx(), "v");
-  EXPECT_TRUE(attribute.updateValue(nullptr));
-  EXPECT_STREQ(attribute.getValue(out).GetTextEx(), "");
-  attribute.clearAttribute();
-  EXPECT_TRUE(attribute == Attribute());
 }
 
 }  // namespace

@@ -3,42 +3,28 @@
 #include <gmock/gmock.h>
 #include <stdlib.h>
 
-#include <regex>
 #include <string>
 #include <vector>
 
-#include "os/event_log.h"
 #include "tests/support/files.h"
 
 namespace quenlatrix::meta_object {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pair;
 using Texts = std::vector<std::string>;
 
-// An installation whose registry and event log are real files.
+// An installation whose registry is a real file.
 class HandlerRegistryTest : public testing::Test {
  protected:
   HandlerRegistryTest() {
     std::filesystem::create_directory(root / "Configuration");
     setenv("QUENLATRIX_PATH", root.c_str(), 1);
-    EXPECT_TRUE(OpenSystemEventLog((root / "log").c_str(), nullptr));
   }
-  ~HandlerRegistryTest() override { CloseSystemEventLog(); }
 
   void WriteRegistry(const std::string& text) const {
     std::ofstream(root / "Configuration" / "handlers.ini") << text;
-  }
-
-  // Category, type and message of each line that was logged.
-  Texts Events() const {
-    Texts events;
-    for (const std::string& line : LinesOf(ReadFile(root / "log"))) {
-      events.push_back(std::regex_replace(line.substr(line.find(']') + 22), std::regex(" +"), " "));
-    }
-    return events;
   }
 
   static Texts NamesIn(Handler::Enum& registry) {
@@ -79,7 +65,6 @@ TEST_F(HandlerRegistryTest, AnEntryHoldsWhatItsStanzaSaysAndItsCloneOutlivesIt) 
   for (const char* key : {"", "color", "ShortName", static_cast<const char*>(nullptr)}) {
     EXPECT_EQ(foo->GetHandlerAttrbiute(key), nullptr);
   }
-  EXPECT_THAT(Events(), IsEmpty());
 }
 
 TEST_F(HandlerRegistryTest, ASwitchIsOnForYesTrueOneAndNothing) {
@@ -115,23 +100,6 @@ TEST_F(HandlerRegistryTest, ListsTheStanzasOfItsDirectoryUntilItIsLoadedAgain) {
   registry.ResetObjectHandlerEnum();
   EXPECT_EQ(registry.GetNext(), nullptr);
   EXPECT_THAT(NamesIn(registry), ElementsAre("C"));
-}
-
-TEST_F(HandlerRegistryTest, GivesNothingWhereThereIsNothingToRead) {
-  Handler::Enum registry;
-  EXPECT_FALSE(registry.IsRegistryAvailable());
-  EXPECT_TRUE(registry.LoadRegistryEntries());
-  EXPECT_EQ(registry.GetFirst(false), nullptr);
-  WriteRegistry("[Handlers]\nFoo=\n[Foo]\n");
-  EXPECT_TRUE(registry.IsRegistryAvailable());
-  EXPECT_TRUE(registry.LoadRegistryEntries());
-  EXPECT_EQ(registry.GetFirst(false), nullptr) << "an invalid file";
-  WriteRegistry("[Handlers]\nFoo=\n\n[Foo]\nx=1\n");
-  ASSERT_NE(registry.GetFirst(false), nullptr);
-  setenv("QUENLATRIX_PATH", std::string(300, 'x').c_str(), 1);
-  EXPECT_FALSE(registry.IsRegistryAvailable());
-  EXPECT_FALSE(registry.LoadRegistryEntries());
-  EXPECT_EQ(registry.GetFirst(false), nullptr) << "no path";
 }
 
 TEST(HandlerEntry, TakesWholeAttributesAndClonesThoseThatWereNotCleared) {

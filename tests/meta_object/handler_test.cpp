@@ -45,16 +45,6 @@ TEST(Handler, LetsTheRealObjectGoWithTheLastReferenceAndLives) {
   EXPECT_EQ(test.calls.size(), 2U);
 }
 
-TEST(Handler, TakesOverAnIdentityByItsText) {
-  TestHandler test;
-  Identity identity("JAVABEAN://Bean? a = 1 ");
-  test.SetObjectIdentity(identity);
-  EXPECT_EQ(test.GetIdentity().handlerData, "Bean");
-  EXPECT_EQ(test.GetIdentity().GetAttributeAsString("a"), "1");
-  test.SetObjectIdentity(test.GetIdentity());
-  EXPECT_EQ(test.GetIdentity().handlerData, "Bean");
-}
-
 class ThrowingHandler : public TestHandler {
  public:
   HandlerStatus CreateObjectImp(const char*, context::CreateObjectContext*) override {

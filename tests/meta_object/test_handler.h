@@ -96,8 +96,6 @@ class TestHandler : public Handler {
   void Release(info::ObjectInfo*) override {}
   const info::HandlerInfo* GetHandlerInfo() const override { return nullptr; }
 
-  const Identity& GetIdentity() const { return objectIdentity; }
-
   Calls calls;
   void* objectRef = nullptr;
   HandlerStatus createStatus = 0;

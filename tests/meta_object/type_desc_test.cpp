@@ -67,19 +67,13 @@ TEST(TypeDesc, PartsAppendTheirTextAndStructuresReplaceIt) {
 
 TEST(TypeDesc, TextsComeBackUnchanged) {
   const std::vector<std::wstring> texts = {
-      L",%%Void",
-      L"int,int%%Int^Byref",
-      L"a,b%%x%%Real",
       L"a,b%%%x%%Currency",
       L"a,java.util.Map<K,V>%%Object",
       L"array of int,int%%Array{0,-1:1,10}",
       L",%%Array{}",
       L",%%Enum{Red=0,Green=-1}",
-      L"e,E%%hint%%Enum{}",
       L"\u00fcber,\u4e2d\u6587%%\U0001f600%%Date",
-      L"p,Point%%Struct{[Point]x,int%%Int!y,double%%Real}",
       L"p,Point%%note%%Struct{[P\u00f6int]\u00e4,int%%Int!y,double%%z%%Real^Byref}",
-      L"o,Outer%%Struct{[Outer]a,int%%Int!Struct(b,Inner%%Struct{[Inner]c,int%%Int})}",
       L"o,Outer%%Struct{[O]Struct(a,A%%Struct{[A]})!Struct(b,B%%d%%Struct{[B]c,c%%Int})!z,z%%Int}",
       L"o,%%Struct{[1]Struct(,%%Struct{[2]Struct(,%%Struct{[3]x,%%Int!,%%Enum{A=1,B=2}})!,%%Bool})"
       L"!,%%Array{0,-1}}",
@@ -191,13 +185,11 @@ TEST(TypeDesc, EqualityAsksWhetherTheRightSideFits) {
   const std::tuple<const wchar_t*, const wchar_t*, bool> cases[] = {
       {L"a,int%%x%%Int", L"b,int%%y%%Int", true},
       {L",int%%Int", L",long%%Int", false},
-      {L",int%%Int", L",int%%Real", false},
       {L",X%%Object", L",X%%Object^Byref", false},
       {L",%%Enum{A=1}", L",%%Enum{B=2}", true},
       {L",%%Enum{A=1}", L",%%Int", false},
       {L",%%Array{0,-1}", L",%%Array{0,-1}", true},
       {L",%%Array{0,-1}", L",%%Array{0,5}", false},
-      {L",%%Array{0,-1}", L",%%Array{0,-1:0,-1}", false},
       {L",%%Void", L",%%Array{0,-1}", true},
       {L",%%Array{0,-1}", L",%%Void", false},
       {L"a,A%%Struct{[S]Int}", L"b,B%%Struct{[S]Int}", true},
