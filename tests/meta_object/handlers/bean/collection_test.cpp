@@ -91,11 +91,8 @@ class CollectionTest : public PluginTest {
 TEST_F(CollectionTest, ElementsOfEveryCollectionComeAsTheirOwnKind) {
   const std::pair<const char*, std::vector<std::string>> cases[] = {
       {"empty", {}},
-      {"list", {"String one", "String two", "String three"}},
       {"keys", {"String a", "String b"}},
-      {"values", {"Int 1", "Int 2"}},
       {"entries", {"Object java.util.HashMap$Node", "Object java.util.HashMap$Node"}},
-      {"queue", {"Int 1", "Int 3", "Int 2"}},
       {"deque", {"Char a", "Char b"}},
       {"texts", {"String ", "String t\u00e4xt \U0001f600", "String a,b"}},
       {"wrappers",
@@ -153,14 +150,6 @@ TEST_F(CollectionTest, AWalkGivesTheRestOnceAndStartsAnewAfterAReset) {
     EXPECT_EQ(walk.Skip(count), kDone) << count;
     EXPECT_EQ(walk.Rest(), rest) << count;
   }
-
-  std::list<type::Object*> items;
-  meta_object::context::CollectionContext context;
-  ASSERT_EQ(strings.OpenCollection(context), kDone);
-  EXPECT_EQ(strings.GetNextItems(context, 1, items, nullptr), kDone) << "the count is not wanted";
-  EXPECT_EQ(items.size(), 3U);
-  for (type::Object* const item : items) strings.Release(item);
-  EXPECT_EQ(strings.CloseCollection(context), kDone);
 }
 
 TEST_F(CollectionTest, WhatIsNoCollectionIsNotOpened) {
@@ -266,7 +255,7 @@ TEST_F(CollectionTest, ACollectionThatBreaksOrChangesLaterFailsUntilItsReset) {
   EXPECT_EQ(changed.Rest().size(), 3U);
 }
 
-TEST_F(CollectionTest, AnOpenWalkIsOneAttach) {
+TEST_F(CollectionTest, OpenWalksAndCallsShareOneAttach) {
   Handler& strings = Make("beans.ThreeStrings");
   Handler& point = Make("beans.Point");
   std::thread([&strings, &point] {
@@ -277,6 +266,8 @@ TEST_F(CollectionTest, AnOpenWalkIsOneAttach) {
     Walk first(strings);
     Walk second(strings);
     Walk none(point);
+    meta_object::context::MethodCallContext call;
+    EXPECT_EQ(point.CloseMethodCall(call), kDone) << "nothing to undo";
     EXPECT_EQ(none.Open(), kNone);
     EXPECT_FALSE(isAttached()) << "a failed open leaves nothing";
     ASSERT_EQ(first.Open(), kDone);
@@ -286,9 +277,13 @@ TEST_F(CollectionTest, AnOpenWalkIsOneAttach) {
     ASSERT_EQ(second.Open(), kDone);
     EXPECT_EQ(first.Close(), kDone);
     EXPECT_TRUE(isAttached());
+    EXPECT_EQ(point.OpenMethodCall(call, WideString("Invoke:getX:0")), kDone);
     EXPECT_EQ(second.Next(), kDone);
     EXPECT_EQ(second.Close(), kDone);
+    EXPECT_TRUE(isAttached()) << "the call is open still";
+    EXPECT_EQ(point.CloseMethodCall(call), kDone);
     EXPECT_FALSE(isAttached());
+    EXPECT_EQ(point.CloseMethodCall(call), kDone) << "undone already";
     EXPECT_EQ(second.Close(), kNone);
   }).join();
 }

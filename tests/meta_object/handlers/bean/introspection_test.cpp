@@ -1,6 +1,3 @@
-#include <dlfcn.h>
-
-#include "meta_object/handlers/bean/class_path.h"
 #include "meta_object/info/method_info.h"
 #include "meta_object/info/object_info.h"
 #include "meta_object/info/param_info.h"
@@ -19,7 +16,6 @@ using meta_object::info::MethodInfo;
 using meta_object::info::ObjectInfo;
 using meta_object::info::ParamInfo;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr unsigned long kAllFields = 31;
 
@@ -205,48 +201,14 @@ TEST_F(IntrospectionTest, WithoutAnObjectOrTheCachesLeaveThereIsNoCatalogue) {
   std::list<WideString>* ids = nullptr;
   EXPECT_EQ(empty.GetMethodIDs(ids), status::kIntrospectionFailed);
   EXPECT_EQ(ids, nullptr);
-}
 
-struct JavaSide {
-  const char* jar;
-  meta_object::HandlerStatus status;
-  const char* report;
-};
-
-// The Java side is what the class path says, in a process of its own, as CTest gives it.
-class OtherJavaSideTest : public PluginTest, public testing::WithParamInterface<JavaSide> {
- protected:
-  void SetUp() override {
-    if (dlopen("libjvm.so", RTLD_NOW | RTLD_NOLOAD) != nullptr) GTEST_SKIP() << "a VM runs already";
-    TestVm::SetClassPath({TestVm::Jar(GetParam().jar)});
-    PluginTest::SetUp();
-  }
-  void TearDown() override {
-    if (plugin != nullptr) PluginTest::TearDown();
-  }
-};
-
-TEST_P(OtherJavaSideTest, FindsNoMethodsAndNoBeans) {
-  Handler& bean = Make("java.util.ArrayList");
   host.log.clear();
-  const JniReferenceTracker tracker(Env());
-  EXPECT_EQ(bean.OpenIntrospect(nullptr), GetParam().status);
-  EXPECT_EQ(bean.CloseIntrospect(), 0U);
-  EXPECT_THAT(host.log, ElementsAre("open java.util.ArrayList", GetParam().report,
-                                    "close java.util.ArrayList"));
-  EXPECT_THAT(host.cache["java.util.ArrayList"].info.methods, IsEmpty());
-  std::list<char*> names;
-  const std::string jar = TestVm::Jar("test_beans.jar");
-  EXPECT_EQ(meta_object::handlers::bean::GetBeanNames(Env(), jar.c_str(), names), 0);
-  EXPECT_THAT(names, IsEmpty());
-  EXPECT_EQ(tracker.Left(), 0);
+  host.environment.cacheGetMethodInfo = nullptr;
+  EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kIntrospectionFailed);
+  bean.CloseIntrospect();
+  EXPECT_THAT(host.log, ElementsAre()) << "a cache that isn't whole is not asked";
+  EXPECT_EQ(Answer(bean, "getX", "int"), "Int 0");
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    WithoutTheClassOfOtherSignaturesAndThrowing, OtherJavaSideTest,
-    testing::Values(JavaSide{"test_beans.jar", status::kIntrospectionFailed, "failed"},
-                    JavaSide{"long_indexes_bridge.jar", status::kIntrospectionFailed, "failed"},
-                    JavaSide{"telling_bridge.jar", status::kSuccess, "done"}));
 
 }  // namespace
 }  // namespace quenlatrix::test

