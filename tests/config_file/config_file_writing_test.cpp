@@ -2,12 +2,11 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <memory>
-#include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "config_file/config_file.h"
@@ -18,7 +17,6 @@
 namespace {
 
 using quenlatrix::collect::Attribute;
-using quenlatrix::collect::AttributeList;
 using quenlatrix::config_file::ConfigFile;
 using Stanza = ConfigFile::Stanza;
 
@@ -161,94 +159,33 @@ TEST(ConfigFileEvents, SayWhatFailed) {
                         "[Invalid argument] could not change size of the file /dev/full"));
 }
 
-// What the form can carry: the lists at the declarations, turned around.
-class RandomContent {
- public:
-  explicit RandomContent(unsigned int seed) : random(seed) {}
-
-  std::string Name() { return Text(254, "]"); }
-  std::string Key() {
-    const std::string key = Text(253, ";=[");
-    return key.empty() || key[0] == ' ' || key[0] == '\t' ? "k" + key : key;
-  }
-  std::string Value() { return Text(4095, ""); }
-  unsigned int Below(unsigned int end) { return static_cast<unsigned int>(random() % end); }
-
- private:
-  // Often of the characters that mean something, else of any; mostly short.
-  std::string Text(unsigned int longest, std::string_view without) {
-    constexpr std::string_view kSpecial = "\\\\\\\r\n;=[]rn \t";
-    std::string text;
-    for (unsigned int left = Below(8) == 0 ? longest : Below(12); left > 0; --left) {
-      const char c =
-          Below(3) != 0 ? kSpecial[Below(kSpecial.size())] : static_cast<char>(1 + Below(255));
-      text += without.find(c) == std::string_view::npos ? c : 'x';
-    }
-    return text;
-  }
-
-  std::mt19937 random;
-};
-
+// Every byte that may stand there, in texts as long as they may be.
 TEST(ConfigFileRoundTrip, WhatTheFormCarriesIsReadAsItWasWritten) {
-  const TemporaryFile stored;
-  ConfigFile read(stored.path.c_str(), "D");
-  for (unsigned int seed = 0; seed < 300; ++seed) {
-    SCOPED_TRACE(seed);
-    RandomContent random(seed);
-    const std::string name = random.Name();
-    std::vector<Attribute> attributes;
-    for (unsigned int count = random.Below(12); count > 0; --count) {
-      attributes.emplace_back(random.Key().c_str(), random.Value().c_str());
-    }
-    ConfigFile written(stored.path.c_str(), "D");
-    written.addStanza(new Stanza(name.c_str(), AttributeList(attributes)), false);
-    ASSERT_TRUE(written.writeFile(false, false));
-    const std::string bytes = stored.Read();
-    ASSERT_TRUE(read.parseConfigFile());
-    const Stanza* const again = read.getStanza(name.c_str());
-    ASSERT_NE(again, nullptr);
-    EXPECT_EQ(again->getStanzaName().GetTextEx(), name);
-    ASSERT_EQ(again->getNumberOfAttributes(), attributes.size());
-    std::stable_sort(attributes.begin(), attributes.end());
-    Attribute found;
-    for (unsigned long i = 0; i < attributes.size() && again->getAttributeIndex(i, found); ++i) {
-      ASSERT_STREQ(found.key.GetTextEx(), attributes[i].key.GetTextEx());
-      ASSERT_STREQ(found.value.GetTextEx(), attributes[i].value.GetTextEx());
-    }
-    ASSERT_TRUE(read.writeFile(false, false));
-    ASSERT_EQ(stored.Read(), bytes);
+  std::string name;
+  std::string key;
+  std::string value;
+  for (int byte = 1; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    if (c != ']') name += c;
+    if (std::string_view(";=[").find(c) == std::string_view::npos) key += c;
+    value += c;
   }
-}
-
-TEST(ConfigFileRoundTrip, WhatTheFormCannotCarryIsNotReadAsItWasWritten) {
-  const struct {
-    std::string name;
-    std::string key;
-    std::string value;
-  } cases[] = {{"]", "k", "v"},
-               {std::string(255, 'n'), "k", "v"},
-               {"n", std::string(255, 'k'), "v"},
-               {"n", "", "v"},
-               {"n", " k", "v"},
-               {"n", "\tk", "v"},
-               {"n", "a=b", "v"},
-               {"n", "a;b", "v"},
-               {"n", "a[b", "v"},
-               {"n", "k", std::string(4096, 'v')}};
+  key += R"(\n)";
+  value.append(4095 - value.size(), '\\');
   const TemporaryFile stored;
-  for (const auto& test : cases) {
-    SCOPED_TRACE(test.key);
-    ConfigFile file(stored.path.c_str(), "D");
-    auto stanza = std::make_unique<Stanza>(test.name.c_str());
-    stanza->addValue(test.key.c_str(), test.value.c_str());
-    file.addStanza(stanza.release(), false);
-    ASSERT_TRUE(file.writeFile(false, false));
-    file.parseConfigFile();
-    ZuText value;
-    EXPECT_FALSE(file.getValue(test.name.c_str(), test.key.c_str(), value) &&
-                 value == test.value.c_str());
-  }
+  ConfigFile written(stored.path.c_str(), "D");
+  auto stanza = std::make_unique<Stanza>(name.c_str());
+  stanza->addValue(key.c_str(), value.c_str());
+  written.addStanza(stanza.release(), false);
+  ConfigFile file(stored.path.c_str(), "D");
+  ASSERT_TRUE(written.writeFile(false, false) && file.parseConfigFile());
+  const Stanza* const read = file.getStanza(name.c_str());
+  ASSERT_NE(read, nullptr);
+  EXPECT_EQ(read->getStanzaName().GetTextEx(), name);
+  Attribute found;
+  ASSERT_TRUE(read->getAttributeIndex(0, found));
+  EXPECT_EQ(found.key.GetTextEx(), key);
+  EXPECT_EQ(found.value.GetTextEx(), value);
 }
 
 }  // namespace

@@ -41,21 +41,4 @@ TEST_F(FileTest, LocksTheWholeFileAgainstOtherProcesses) {
   }
 }
 
-TEST_F(FileTest, SizeIsChangedAndReported) {
-  for (const unsigned long size : {5000ul, 3ul, 0ul}) {
-    struct stat st = {};
-    EXPECT_TRUE(ChangeOSFileSize(fd, size));
-    EXPECT_EQ(GetFileStatusInfo("another name", fd, st), 0);
-    EXPECT_EQ(st.st_size, static_cast<off_t>(size));
-  }
-}
-
-TEST(File, ThatIsNotOpenFailsEveryOperation) {
-  struct stat st = {};
-  EXPECT_FALSE(LockOSFile(-1, false));
-  EXPECT_FALSE(UnLockOSFile(-1));
-  EXPECT_FALSE(ChangeOSFileSize(-1, 0));
-  EXPECT_EQ(GetFileStatusInfo("/", -1, st), -1);
-}
-
 }  // namespace

@@ -37,16 +37,5 @@ TEST(JniReferenceTracker, CountsWhatIsMadeInItsScopeUntilItIsDeleted) {
   env->ExceptionClear();
 }
 
-TEST(PatchedJni, ReplacesEntriesForItsScope) {
-  JNIEnv* env = TestVm::Env();
-  {
-    PatchedJni patch(env);
-    patch.Table().FindClass = [](JNIEnv*, const char*) -> jclass { return nullptr; };
-    EXPECT_EQ(TestVm::Env(), env);
-    EXPECT_EQ(env->FindClass("java/lang/Object"), nullptr);
-  }
-  EXPECT_NE(env->FindClass("java/lang/Object"), nullptr);
-}
-
 }  // namespace
 }  // namespace quenlatrix::test

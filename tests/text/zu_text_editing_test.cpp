@@ -34,56 +34,38 @@ void ExpectEdits(const EditCase (&cases)[count]) {
 const std::string nulInside("a\0 b\0", 5);
 
 const EditCase trimming[] = {
-    {"abc\t\n\r", [](ZuText& t) { t.Trim(); }, "abc\t\n\r"},
     {"\tabc \t\n", [](ZuText& t) { t.Trim(); }, "\tabc"},
-    {" \n", [](ZuText& t) { t.Trim(); }, ""},
-    {"", [](ZuText& t) { t.Trim(); }, ""},
     {nulInside, [](ZuText& t) { t.Trim(); }, nulInside},
     {nulInside, [](ZuText& t) { t.Trim('\0', false); }, nulInside.substr(0, 4)},
     {"xabx", [](ZuText& t) { t.Trim('x', true); }, " abx"},
-    {"abxx", [](ZuText& t) { t.Trim('x', false); }, "ab"},
-    {"abxx", [](ZuText& t) { t.Trim('x', true); }, "ab"},
     {"abc\t\n\r", [](ZuText& t) { t.TrimWhiteSpaces(true); }, "abc"},
     {"\r \tabc ", [](ZuText& t) { t.TrimWhiteSpaces(false); }, "abc "},
-    {"\r\n", [](ZuText& t) { t.TrimWhiteSpaces(false); }, ""},
-    {" \t abc\t ", [](ZuText& t) { t.TrimSpaces(true); }, " \t abc\t"},
     {" \t abc\t ", [](ZuText& t) { t.TrimSpaces(false); }, "\t abc\t "},
     {"abcde", [](ZuText& t) { t.Truncate(1, 2); }, "bc"},
-    {"abcde", [](ZuText& t) { t.Truncate(3, 5); }, "de"},
     {"abcde", [](ZuText& t) { t.Truncate(5, 1); }, ""},
-    {"abcde", [](ZuText& t) { t.Truncate(2, ULONG_MAX); }, "abcde"},
-    {"abcde", [](ZuText& t) { t.Truncate(6, 0); }, "abcde"}};
+    {"abcde", [](ZuText& t) { t.Truncate(2, ULONG_MAX); }, "abcde"}};
 
 const EditCase filling[] = {
     {"42", [](ZuText& t) { t.Pad('0', 5, false); }, "00042"},
-    {"42", [](ZuText& t) { t.Pad(' ', 5, true); }, "42   "},
     {"12345", [](ZuText& t) { t.Pad('0', 5, false); }, "12345"},
     {"", [](ZuText& t) { t.Pad('0', 5, false); }, ""},
     {"42", [](ZuText& t) { t.Pad('0', ULONG_MAX, false); }, "42"},
-    {"42", [](ZuText& t) { t.Pad('0', ULONG_MAX - 1, true); }, "42"},
     {"42", [](ZuText& t) { t.Pad('0', 30, true); }, "42" + std::string(28, '0')},
-    {"a1b2", [](ZuText& t) { t.Filter("0123456789", false); }, "12"},
     {"a1b2", [](ZuText& t) { t.Filter("0123456789", true); }, "ab"},
-    {"a1b2", [](ZuText& t) { t.Filter("", false); }, "a1b2"},
     {"a1\xFF", [](ZuText& t) { t.Filter("\xFF", false); }, "\xFF"},
     {"abc", [](ZuText& t) { t.Filter(t, true); }, ""},
     {"aaa bbb ccc", [](ZuText& t) { t.Fold(6); }, "aaa\rbbb\rccc"},
-    {"aaa bbb ccc", [](ZuText& t) { t.Fold(12); }, "aaa bbb ccc"},
     {"abcdefgh ij", [](ZuText& t) { t.Fold(4); }, "abcdefgh\rij"},
     {"a\tb c", [](ZuText& t) { t.Fold(5); }, "a\rb c"},
-    {"a b\nc defg", [](ZuText& t) { t.Fold(5); }, "a b\nc\rdefg"},
-    {"a\nbcdef g", [](ZuText& t) { t.Fold(5); }, "a\nbcdef\rg"}};
+    {"a b\nc defg", [](ZuText& t) { t.Fold(5); }, "a b\nc\rdefg"}};
 
 const EditCase escapes[] = {
     {R"(a\,b)", [](ZuText& t) { t.RemoveEscapes(0, -1); }, "a,b"},
-    {R"("a\b")", [](ZuText& t) { t.RemoveEscapes(0, -1); }, R"("a\b")"},
     {R"(\"a\b\")", [](ZuText& t) { t.RemoveEscapes(0, -1); }, R"("ab")"},
     {R"("x\y"\, 'a\b'\.)", [](ZuText& t) { t.RemoveEscapes(0, -1); }, R"("x\y", 'a\b'.)"},
     {R"("a'b\c'd\e"\f)", [](ZuText& t) { t.RemoveEscapes(0, -1); }, R"("a'b\c'd\e"f)"},
     {R"(a\\b\)", [](ZuText& t) { t.RemoveEscapes(0, -1); }, R"(a\b)"},
-    {R"(\)", [](ZuText& t) { t.RemoveEscapes(0, -1); }, ""},
     {R"(\a\b\c)", [](ZuText& t) { t.RemoveEscapes(2, 2); }, R"(\ab\c)"},
-    {R"(\a\b)", [](ZuText& t) { t.RemoveEscapes(2, LONG_MAX); }, R"(\ab)"},
     {R"(\a)", [](ZuText& t) { t.RemoveEscapes(ULONG_MAX, -1); }, R"(\a)"}};
 
 TEST(ZuTextEditing, EditsInPlaceWhereverTheStorageIs) {
@@ -93,12 +75,6 @@ TEST(ZuTextEditing, EditsInPlaceWhereverTheStorageIs) {
   ExpectEdits<ZuTextLocal<31>>(trimming);
   ExpectEdits<ZuTextLocal<31>>(filling);
   ExpectEdits<ZuTextLocal<31>>(escapes);
-}
-
-TEST(ZuTextEditing, PadsNothingThatFindsNoRoom) {
-  ZuTextLocal<31> t("42");
-  t.Pad('0', 31, false);
-  EXPECT_STREQ(t.GetTextEx(), "42");
 }
 
 // Looking for a place to break must not begin anew for each character of a long word.

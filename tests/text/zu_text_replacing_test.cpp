@@ -14,12 +14,9 @@ TEST(ZuTextReplacing, ReplacesEveryMatchOnce) {
       {"abcAbc", "AB", "x", false, "xcxc"},
       {"abcAbc", "AB", "x", true, "abcAbc"},
       {"abab", "ab", "", true, ""},
-      {"abab", "AB", "", false, ""},
       {"aXbxc", "x", "xyz", false, "axyzbxyzc"},
       {"aaa", "aa", "b", true, "ba"},
-      {"aaa", "AA", "b", false, "ba"},
       {"abc", "", "x", true, "abc"},
-      {"", "a", "x", false, ""},
       {"\xE4\xC4", "\xE4", "ae", false, "aeae"}};
   for (const auto& [text, find, repl, caseSensitive, expected] : cases) {
     ZuText t(text);
