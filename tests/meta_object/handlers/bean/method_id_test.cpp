@@ -103,6 +103,15 @@ TEST(JavaTypeName, IsTrimmedAtItsLengthOrOfOneStrayCharacter) {
   }
 }
 
+TEST(JavaTypeName, ReturnCodesHaveNumbers) {
+  const std::string codes = "VZBCSIJFD";
+  for (std::size_t i = 0; i <= codes.size(); ++i) {
+    int number = 77;
+    EXPECT_TRUE(Type2Num(i < codes.size() ? codes.substr(i, 1).c_str() : "void", number));
+    EXPECT_EQ(number, static_cast<int>(i));
+  }
+}
+
 class BuildMethodIdTest : public test::PluginTest {
  protected:
   // Adds a method with these parameter types; "?" at the end of a type makes it optional.
