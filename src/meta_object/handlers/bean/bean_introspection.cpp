@@ -300,8 +300,8 @@ bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
       return true;
     }
     const IntElements indexes(env, rows.numbers);
-    if (IsJavaExceptionHappened(env) || indexes.Get() == nullptr) {
-      return count == 0;
+    if (IsJavaExceptionHappened(env) || (indexes.Get() == nullptr && count > 0)) {
+      return false;
     }
     const ParamReader reader{env, introspector, classRef, rows.stringClass};
     JavaText name;
