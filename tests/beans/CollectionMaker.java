@@ -1,5 +1,6 @@
 package beans;
 
+import java.lang.reflect.Array;
 import java.util.AbstractList;
 import java.util.ArrayDeque;
 import java.util.ArrayList;
@@ -25,7 +26,9 @@ public class CollectionMaker {
           new int[][] {{1, 2}, {3, 4}}, new int[1][1][1], "end");
       case "nested": return Arrays.asList(list(1, 2), list(), list("a", list(true)));
       case "code": return list(Class.forName("I").getConstructor().newInstance(),
-          java.lang.reflect.Array.newInstance(Class.forName("I"), 2), new int[2]);
+          Array.newInstance(Class.forName("I"), 2), new int[2],
+          Array.newInstance(new LoaderTrick().renamed("double"), 2),
+          Array.newInstance(new LoaderTrick().renamed("my long"), 2, 1));
       case "foreign": return list(new LoaderTrick().foreignPoint());
       case "a null": return Arrays.asList("a", null, "b");
       case "no size": return (Iterable<Object>) Collections::emptyIterator;

@@ -32,19 +32,26 @@ HandlerStatus StatusOf(bool isDone) {
 }
 
 // The type of an element by its class's name. In the default package a class may be called "I" or
-// "int": its name is no primitive type's, which only an array's element is, written as a letter.
+// "int", and another language's "my int": its name is no primitive type's, which only an array's
+// element is, written as a letter. An array of them is converted by the last word of their name, so
+// one that reads as a primitive type keeps the ";" behind it: the VM trusts its caller here, too.
 TypeDesc DescribeClass(const char* name) {
   WideString wide;
   AppendModifiedUtf8(name, wide);
   TypeDesc desc = GetTypeDesc(wide.getWCharPtr());
   std::wstring element(ViewOf(wide));
   element.erase(0, element.find_first_not_of(L'['));
-  const bool isLetterOfArray = desc.arrayInfo != nullptr && element.size() == 1;
-  if (!isLetterOfArray && FindPrimitive(desc.typeName.getWCharPtr()) != nullptr) {
-    const bool isSignature = desc.arrayInfo != nullptr;
+  const bool isArray = desc.arrayInfo != nullptr;
+  if (isArray && element.size() == 1) {
+    return desc;
+  }
+  if (FindPrimitive(desc.typeName.getWCharPtr()) != nullptr) {
     desc.key = TypeDesc::Key::Object;
-    desc.typeName.assign(isSignature ? element.substr(1, element.size() - 2).c_str()
-                                     : element.c_str());
+    desc.typeName.assign(isArray ? element.substr(1, element.size() - 2).c_str() : element.c_str());
+  }
+  const std::wstring typeName(ViewOf(desc.typeName));
+  if (isArray && FindPrimitive(&typeName[typeName.rfind(L' ') + 1]) != nullptr) {
+    desc.typeName.append(L";");
   }
   return desc;
 }

@@ -99,7 +99,7 @@ TEST_F(CollectionTest, ElementsOfEveryCollectionComeAsTheirOwnKind) {
        {"Bool true", "Int -1", "Int -2", "Int 3", "Int 1099511627776", "Real 1.500000", "Char c"}},
       {"arrays", {"Int [1,2]", "String [a,-]", "null", "Int [[1,2],[3,4]]", "null", "String end"}},
       {"a null", {"status 13"}},
-      {"code", {"Object I", "Object [-,-]", "Int [0,0]"}},
+      {"code", {"Object I", "Object [-,-]", "Int [0,0]", "Object [-,-]", "Object [[-],[-]]"}},
       {"foreign", {"Object beans.Point"}},
   };
   for (const auto& [what, items] : cases) {
