@@ -5,11 +5,8 @@
 namespace quenlatrix::meta_object::handlers::bean {
 
 JNIEnv* AttachNativeThread() {
-  if (!TlsJniAttachCount->IsValidTLSData()) {
-    return nullptr;
-  }
-  TlsJniAttachCount->Set(TlsJniAttachCount->Get() + 1);
-  if (_pJavaVM == nullptr) {
+  // Nothing would ever detach a thread whose attach isn't counted.
+  if (!TlsJniAttachCount->Set(TlsJniAttachCount->Get() + 1) || _pJavaVM == nullptr) {
     return nullptr;
   }
   void* env = nullptr;

@@ -10,9 +10,9 @@ namespace quenlatrix::meta_object::handlers::bean {
 // outermost detach really detaches, and it ends every environment of that thread, also one that the
 // host keeps. Any thread may call both.
 
-// Counts one attach and gives the calling thread's environment. Null when the process has no
-// thread-local slot for the count (nothing is counted then), when no VM has been handed over, or
-// when the VM gives no environment (both counted: DetachNativeThread undoes it).
+// Counts one attach and gives the calling thread's environment. Null when the count can't be kept,
+// for want of a thread-local slot or of memory (nothing is counted then), when no VM has been
+// handed over, or when the VM gives no environment (both counted: DetachNativeThread undoes it).
 JNIEnv* AttachNativeThread();
 
 // Undoes one attach; does nothing on a thread without one. Always 0.
