@@ -13,8 +13,8 @@ struct OSMUTEXDATA {
   // atomically, since any thread may look whether it is the owner.
   std::uint32_t lockCount;
   pthread_t owner;
-  // Held for the few instructions in which a thread that isn't the owner reads or changes the two
-  // fields above, never during a wait.
+  // Held for the few instructions in which a thread that isn't the owner gives a hold back, never
+  // during a wait.
   pthread_mutex_t guard;
   // What threads wait on; null while the mutex is uncreated.
   pthread_mutex_t* mainMutex;

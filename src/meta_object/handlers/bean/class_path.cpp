@@ -15,6 +15,7 @@
 #include "meta_object/handlers/bean/java_exception.h"
 #include "meta_object/handlers/bean/java_refs.h"
 #include "meta_object/handlers/bean/plugin_state.h"
+#include "meta_object/handlers/bean/until_unloaded.h"
 #include "os/module.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
@@ -88,8 +89,8 @@ std::unique_ptr<char[]> CopyBeanName(JNIEnv* env, BeanIntrospector& introspector
 }  // namespace
 
 bool GetClassPathFileName(std::string& name) {
-  static std::string const fileName = MakeClassPathFileName();
-  name = fileName;
+  static const UntilUnloaded<std::string> fileName(MakeClassPathFileName());
+  name = *fileName;
   return true;
 }
 
