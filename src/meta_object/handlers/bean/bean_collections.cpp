@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "meta_object/handlers/bean/bean_handler.h"
@@ -49,8 +50,8 @@ TypeDesc DescribeClass(const char* name) {
     desc.key = TypeDesc::Key::Object;
     desc.typeName.assign(isArray ? element.substr(1, element.size() - 2).c_str() : element.c_str());
   }
-  const std::wstring typeName(ViewOf(desc.typeName));
-  if (isArray && FindPrimitive(&typeName[typeName.rfind(L' ') + 1]) != nullptr) {
+  const std::wstring_view typeName = ViewOf(desc.typeName);
+  if (isArray && FindPrimitive(typeName.data() + (typeName.rfind(L' ') + 1)) != nullptr) {
     desc.typeName.append(L";");
   }
   return desc;
