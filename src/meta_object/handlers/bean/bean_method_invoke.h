@@ -101,7 +101,7 @@ class CBeanMethodInvoke {
   // class loader sees it? The VM trusts its caller here, so a wrong object would corrupt memory.
   bool ArgumentsFit(Arguments& arguments);
   bool ArgumentFits(const type::Object& param, jobject argument);
-  // The result's type name without what stands before its last blank; lent.
+  // The type name of a call's result without what stands before its last blank; lent.
   const wchar_t* ReturnTypeName() const;
 
   bool ParamToJava(type::Object& param, Arguments& arguments, std::size_t index,

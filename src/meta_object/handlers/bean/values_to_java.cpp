@@ -133,8 +133,9 @@ const wchar_t* CBeanMethodInvoke::ReturnTypeName() const {
   if (IsEmpty(name)) {
     return L"void";
   }
+  // Without a method to call, the name is an element's class as the VM has it, blanks and all.
   const wchar_t* const blank = std::wcsrchr(name, L' ');
-  if (blank == nullptr) {
+  if (blank == nullptr || methodName.getWCharPtr() == nullptr) {
     return name;
   }
   // A blank counts where the narrow form has it.
