@@ -44,7 +44,7 @@ void LoseAny(Table& table) {
 // Those for which many a VM throws nothing.
 void LoseQuietly(Table& table) {
   LoseAll<false, &Table::GetStringUTFChars, &Table::NewGlobalRef, &Table::NewLocalRef,
-          &Table::GetIntArrayElements>(table);
+          &Table::GetIntArrayElements, &Table::GetObjectClass>(table);
 }
 
 // All can be had but memory of our own.

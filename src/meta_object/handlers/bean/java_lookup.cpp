@@ -50,7 +50,11 @@ jmethodID FindJavaStaticMethod(JNIEnv* env, jclass cls, const char* name, const 
 
 LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, const char* dottedName) {
   const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(receiver));
-  const auto classClass = LocalRef<jclass>::Adopt(env, env->GetObjectClass(cls.Get()));
+  const auto classClass =
+      LocalRef<jclass>::Adopt(env, cls ? env->GetObjectClass(cls.Get()) : nullptr);
+  if (!classClass) {
+    return {};
+  }
   const jmethodID getClassLoader =
       FindJavaMethod(env, classClass.Get(), "getClassLoader", "()Ljava/lang/ClassLoader;");
   const jmethodID forName =

@@ -86,6 +86,18 @@ jobject LiveReferenceNamedBy(const wchar_t* text) {
   return liveReferences->Contains(reference) ? reference : nullptr;
 }
 
+// A new Java array for objects of the class of `first`; null, with nothing pending, when there is
+// none to be had.
+LocalRef<jobjectArray> NewArrayLike(JNIEnv* env, jobject first, jsize count) {
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(first));
+  auto made = LocalRef<jobjectArray>::Adopt(
+      env, cls ? env->NewObjectArray(count, cls.Get(), nullptr) : nullptr);
+  if (bean::IsJavaExceptionHappened(env, nullptr)) {
+    made.Reset();
+  }
+  return made;
+}
+
 // A row array whose elements are lent by a two-dimensional array: it gives them back before they
 // could be deleted with it.
 class LentRow {
@@ -341,10 +353,8 @@ jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned i
       if (!element) {
         return nullptr;
       }
-      const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(element.Get()));
-      result = LocalRef<jobjectArray>::Adopt(
-          env, env->NewObjectArray(static_cast<jsize>(count), cls.Get(), nullptr));
-      if (bean::IsJavaExceptionHappened(env, nullptr) || !result) {
+      result = NewArrayLike(env, element.Get(), static_cast<jsize>(count));
+      if (!result) {
         return nullptr;
       }
     }
@@ -396,9 +406,8 @@ bool CBeanMethodInvoke::Process2DArray(type::Array* array, const wchar_t* typeNa
       if (!javaRow) {
         return false;
       }
-      const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(javaRow.Get()));
-      outer = LocalRef<jobjectArray>::Adopt(env, env->NewObjectArray(rows, cls.Get(), nullptr));
-      if (bean::IsJavaExceptionHappened(env, nullptr) || !outer) {
+      outer = NewArrayLike(env, javaRow.Get(), rows);
+      if (!outer) {
         return false;
       }
     }
