@@ -7,7 +7,8 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 namespace {
 
-// So many local references a native method may always have.
+// So many local references a native method may always have. Half of them are for what the
+// conversions and the call make besides the arguments.
 constexpr std::size_t kSureLocalReferences = 16;
 
 }  // namespace
@@ -30,7 +31,7 @@ Arguments::~Arguments() {
 }
 
 bool Arguments::Reserve() {
-  if (count <= kSureLocalReferences) {
+  if (count <= kSureLocalReferences / 2) {
     return true;
   }
   const bool isReserved =
