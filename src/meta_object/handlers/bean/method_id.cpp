@@ -89,18 +89,15 @@ const char* Narrow(const WideString& text) {
   return narrow == nullptr ? "" : narrow;
 }
 
-// ASCII is one byte a character in every encoding.
-bool IsAscii(std::wstring_view text) {
-  wchar_t seen = 0;
-  for (const wchar_t c : text) {
-    seen |= c;
-  }
-  return seen >= 0 && seen < 0x80;
-}
-
 const wchar_t* Wide(const WideString& text) {
   const wchar_t* const wide = text.getWCharPtr();
   return wide == nullptr ? L"" : wide;
+}
+
+// ASCII is one byte a character in every encoding.
+bool IsWhole(const NarrowText& narrow, const WideString& text) {
+  return narrow.IsAscii() || (narrow.Get() != nullptr &&
+                              std::mbstowcs(nullptr, narrow.Get(), 0) == std::wcslen(Wide(text)));
 }
 
 // Most identifiers are told by their first letter.
@@ -169,13 +166,15 @@ bool MethodId2MethodName(const WideString& nameWithIndex, WideString& name) {
 }
 
 bool ReadMethodIndex(const WideString& id, unsigned long& index) {
-  const char* const narrow = Narrow(id);
-  const char* const name = std::strchr(narrow, kSeparator);
-  if (name == nullptr || name == narrow) {
+  // The identifier's own narrow copy stays alone: the host's threads may share it.
+  const NarrowText narrow(id.getWCharPtr());
+  const char* const kind = narrow.Get() == nullptr ? "" : narrow.Get();
+  const char* const name = std::strchr(kind, kSeparator);
+  if (name == nullptr || name == kind) {
     return false;
   }
   const char* const digits = std::strchr(name + 1, kSeparator);
-  if (digits == nullptr || digits == name + 1 || !HasWholeNarrowForm(id)) {
+  if (digits == nullptr || digits == name + 1 || !IsWhole(narrow, id)) {
     return false;
   }
   const char* end = nullptr;
@@ -184,8 +183,7 @@ bool ReadMethodIndex(const WideString& id, unsigned long& index) {
 }
 
 bool HasWholeNarrowForm(const WideString& text) {
-  std::wstring_view const wide = Wide(text);
-  return IsAscii(wide) || std::mbstowcs(nullptr, Narrow(text), 0) == wide.size();
+  return IsWhole(NarrowText(text.getWCharPtr()), text);
 }
 
 void mangleMethodName(WideString& name, MethodType& type) {
