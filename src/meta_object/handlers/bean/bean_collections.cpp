@@ -1,6 +1,5 @@
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "meta_object/handlers/bean/bean_handler.h"
@@ -33,9 +32,7 @@ HandlerStatus StatusOf(bool isDone) {
 }
 
 // The type of an element by its class's name. In the default package a class may be called "I" or
-// "int", and another language's "my int": its name is no primitive type's, which only an array's
-// element is, written as a letter. An array of them is converted by the last word of their name, so
-// one that reads as a primitive type keeps the ";" behind it: the VM trusts its caller here, too.
+// "int": its name is no primitive type's, which only an array's element is, written as a letter.
 TypeDesc DescribeClass(const char* name) {
   WideString wide;
   AppendModifiedUtf8(name, wide);
@@ -43,16 +40,13 @@ TypeDesc DescribeClass(const char* name) {
   std::wstring element(ViewOf(wide));
   element.erase(0, element.find_first_not_of(L'['));
   const bool isArray = desc.arrayInfo != nullptr;
-  if (isArray && element.size() == 1) {
-    return desc;
-  }
-  if (FindPrimitive(desc.typeName.getWCharPtr()) != nullptr) {
+  const bool isLetterOfArray = isArray && element.size() == 1;
+  if (!isLetterOfArray && FindPrimitive(desc.typeName.getWCharPtr()) != nullptr) {
     desc.key = TypeDesc::Key::Object;
-    desc.typeName.assign(isArray ? element.substr(1, element.size() - 2).c_str() : element.c_str());
-  }
-  const std::wstring_view typeName = ViewOf(desc.typeName);
-  if (isArray && FindPrimitive(typeName.data() + (typeName.rfind(L' ') + 1)) != nullptr) {
-    desc.typeName.append(L";");
+    // An array is copied by the name of its elements' type: "int" would read references as numbers.
+    const std::wstring bare = isArray ? element.substr(1, element.size() - 2) : element;
+    const bool staysSignature = isArray && FindPrimitive(bare.c_str()) != nullptr;
+    desc.typeName.assign(staysSignature ? element.c_str() : bare.c_str());
   }
   return desc;
 }
