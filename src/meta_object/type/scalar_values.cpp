@@ -1,11 +1,11 @@
 #include "meta_object/type/scalar_values.h"
 
 #include <array>
-#include <cstddef>
 #include <cwchar>
 
 #include "meta_object/type/number_text.h"
 #include "text/c_numbers.h"
+#include "text/narrow_text.h"
 #include "text/wide_chars.h"
 
 namespace quenlatrix::meta_object::type {
@@ -17,20 +17,8 @@ long ReadWhole(const WideString& text) {
   return digits == nullptr ? 0 : quenlatrix::text::wcstol(digits, nullptr, 10);
 }
 
-// Short ASCII texts, and so almost every number, are narrowed on the stack.
 double ReadRealOf(const WideString& text) {
-  const wchar_t* wide = text.getWCharPtr();
-  if (wide == nullptr) {
-    return 0.0;
-  }
-  std::array<char, 64> narrow;
-  for (std::size_t i = 0; i < narrow.size() && wide[i] >= 0 && wide[i] < 0x80; ++i) {
-    narrow[i] = static_cast<char>(wide[i]);
-    if (narrow[i] == '\0') {
-      return quenlatrix::text::ReadReal(narrow.data());
-    }
-  }
-  return quenlatrix::text::ReadReal(text.getCharPtr());
+  return quenlatrix::text::ReadReal(NarrowText(text.getWCharPtr()).Get());
 }
 
 wchar_t WidenByte(unsigned char byte) {
