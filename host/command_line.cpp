@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "host/bean_script.h"
+#include "host/nearest_names.h"
 
 namespace quenlatrix::host {
 
@@ -14,10 +15,29 @@ constexpr const char* kStatuses =
     "Exit status: 0 done; 1 the call failed or was refused; 2 wrong usage;\n"
     "3 nothing to run on (no Java VM, no plug-in, no handler).\n";
 
-// Options stand before the command or right behind its name.
+const Command* FindCommand(const std::string& name) {
+  for (const Command& command : Commands()) {
+    if (name == command.name) return &command;
+  }
+  return nullptr;
+}
+
+// Shows the words that a command takes, which the parser knows nothing of.
+class UsageFormatter : public CLI::Formatter {
+ public:
+  std::string make_usage(const CLI::App* app, std::string /*name*/) const override {
+    const Command* command = FindCommand(app->get_name());
+    if (command == nullptr) return "Usage: beanhost [OPTIONS] COMMAND [WORD]...\n";
+    return std::string("Usage: beanhost [OPTIONS] ") + command->name +
+           (command->mostWords == 0 ? "" : " ") + command->words + "\n";
+  }
+};
+
+// Options stand before the command; behind it, too, where its words can't be ARGs.
 void AddOptions(CLI::App& app, CommandOptions& options) {
   app.add_option("--class-path", options.classPath, "jars and directories, with \":\" between them")
-      ->type_name("PATH");
+      ->type_name("PATH")
+      ->join(':');
   app.add_option("--java-option", options.javaOptions, "an option for the Java VM, such as -Xmx64m")
       ->type_name("OPT")
       ->allow_extra_args(false);
@@ -66,25 +86,20 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   app.get_subcommand("run")->footer("Statements:\n" + StatementsHelp() + "\n" + ArgumentsHelp());
 }
 
-const Command* FindCommand(const std::string& name) {
-  for (const Command& command : Commands()) {
-    if (name == command.name) return &command;
-  }
-  return nullptr;
-}
-
 ExitStatus Refuse(const std::string& what) {
   std::cerr << "beanhost: " << what << "; \"beanhost --help\" shows how it is used" << std::endl;
   return ExitStatus::Usage;
 }
 
 // What is wrong with the command and its words; empty when nothing is.
-std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& words) {
+std::string WhyRefused(const CLI::App& app, const CommandLine& line) {
+  const std::vector<std::string>& words = line.words;
   const bool takesArguments =
       line.command != nullptr && line.command->mostWords == kAnyNumberOfWords;
   for (const std::string& word : words) {
     if (word.size() > 1 && word[0] == '-') {
-      return "\"" + word + "\" is no option" + (takesArguments ? " here" : "");
+      const bool isKnown = takesArguments && app.get_option_no_throw(word) != nullptr;
+      return "\"" + word + (isKnown ? "\" has to stand before \"call\"" : "\" is no option");
     }
     if (takesArguments) break;
   }
@@ -95,7 +110,7 @@ std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& 
   if (words.size() >= command.leastWords && words.size() <= command.mostWords) return {};
   return "\"" + std::string(command.name) + "\" takes " +
          (command.mostWords == 0 ? "no words" : command.words) + ", found " +
-         (words.empty() ? "nothing" : std::to_string(words.size()) + " words");
+         (words.empty() ? "nothing" : ListOf(words));
 }
 
 }  // namespace
@@ -103,6 +118,7 @@ std::string WhyRefused(const CommandLine& line, const std::vector<std::string>& 
 CommandLine ParseCommandLine(int argc, const char* const* argv) {
   CLI::App app("Runs Java beans through the Java Bean object handler.", "beanhost");
   CommandLine line;
+  app.formatter(std::make_shared<UsageFormatter>());
   AddOptions(app, line.options);
   AddCommands(app, line);
   app.set_version_flag("--version", std::string("beanhost ") + BEANHOST_VERSION);
@@ -112,14 +128,16 @@ CommandLine ParseCommandLine(int argc, const char* const* argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    line.status = app.exit(error) == 0 ? ExitStatus::Done : ExitStatus::Usage;
+    const bool isForHelp = error.get_exit_code() == 0;
+    if (isForHelp) app.exit(error);
+    line.status = isForHelp ? ExitStatus::Done : Refuse(error.what());
     return line;
   }
   const std::vector<std::string> rest = app.remaining(true);
   line.words.insert(line.words.end(), rest.begin(), rest.end());
   const std::vector<CLI::App*> found = app.get_subcommands();
   line.command = found.empty() ? nullptr : FindCommand(found.front()->get_name());
-  const std::string why = WhyRefused(line, line.words);
+  const std::string why = WhyRefused(app, line);
   if (!why.empty()) {
     line.command = nullptr;
     line.status = Refuse(why);

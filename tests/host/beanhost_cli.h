@@ -59,7 +59,8 @@ class BeanhostCli : public testing::Test {
 
   // With the beans of the tests and of the examples, and the VM watching its native callers.
   ProgramRun Host(const Words& words) const {
-    Words all = {"--class-path", test::TestVm::Jar("test_beans.jar") + ":" + EXAMPLES_JAR,
+    Words all = {"--class-path",  test::TestVm::Jar("test_beans.jar"),
+                 "--class-path",  EXAMPLES_JAR,
                  "--java-option", "-Xcheck:jni"};
     all.insert(all.end(), words.begin(), words.end());
     return Start(all);
