@@ -6,12 +6,15 @@
 #include <algorithm>
 #include <atomic>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
+
+#include "host/host_error.h"
 
 namespace quenlatrix::host {
 
@@ -30,6 +33,7 @@ constexpr const char* kLibraryPlaces[] = {
 using CreateJavaVM = jint (*)(JavaVM**, void**, void*);
 
 std::atomic<bool> machineStarted = false;
+std::atomic<bool> isStarting = false;
 
 // A place to look at: a home, or why there is none.
 struct Candidate {
@@ -207,6 +211,17 @@ void RestoreLocale() {
   std::setlocale(LC_NUMERIC, "C");
 }
 
+// A machine that is set up wrongly, with too small a heap for example, doesn't answer but aborts,
+// which would end the process with a status of the machine's own.
+void EndAsHost() {
+  if (!isStarting) return;
+  std::fputs(
+      "beanhost: the Java virtual machine gave up while it started. Check the Java options; what "
+      "the machine itself wrote stands above.\n",
+      stderr);
+  _exit(static_cast<int>(ExitStatus::NothingToRunOn));
+}
+
 jint CreateMachine(CreateJavaVM create, const JavaVm::Options& options, JavaVM** machine) {
   std::string classPath = "-Djava.class.path=";
   for (const std::string& entry : options.classPath) {
@@ -215,17 +230,22 @@ jint CreateMachine(CreateJavaVM create, const JavaVm::Options& options, JavaVM**
   std::vector<std::string> texts = {classPath};
   texts.insert(texts.end(), options.options.begin(), options.options.end());
   std::vector<JavaVMOption> list;
-  list.reserve(texts.size());
+  list.reserve(texts.size() + 1);
   for (std::string& text : texts) {
     list.push_back({text.data(), nullptr});
   }
+  std::string hook = "abort";
+  list.push_back({hook.data(), reinterpret_cast<void*>(EndAsHost)});
   JavaVMInitArgs arguments = {};
   arguments.version = JNI_VERSION_1_8;
   arguments.options = list.data();
   arguments.nOptions = static_cast<jint>(list.size());
   arguments.ignoreUnrecognized = JNI_FALSE;
   void* environment = nullptr;
-  return create(machine, &environment, &arguments);
+  isStarting = true;
+  const jint code = create(machine, &environment, &arguments);
+  isStarting = false;
+  return code;
 }
 
 }  // namespace
