@@ -199,6 +199,13 @@ std::vector<std::string> StatementForms() {
   return forms;
 }
 
+bool ReadLine(std::istream& script, bool isFirst, std::string& line) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (!std::getline(script, line)) return false;
+  if (isFirst && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
+  return true;
+}
+
 bool IsStatement(std::string_view line) {
   const LineReader reader(line);
   return !reader.IsAtEnd() && reader.Rest().front() != '#';
@@ -220,7 +227,8 @@ Report RunStatement(std::string_view line, Session& session) {
 ExitStatus RunScript(std::istream& script, bool keepGoing, Session& session,
                      const ReportSink& sink) {
   ExitStatus status = ExitStatus::Done;
-  for (std::string line; std::getline(script, line);) {
+  bool isFirst = true;
+  for (std::string line; ReadLine(script, isFirst, line); isFirst = false) {
     sink(line, nullptr);
     if (!IsStatement(line)) continue;
     const Report report = RunStatement(line, session);

@@ -32,6 +32,10 @@ std::vector<std::string> StatementForms();
 // Reads a count of elements, a whole number from 0 on; false for any other text.
 bool ReadCount(std::string_view text, int& count);
 
+// Reads the next line of a script; `isFirst` says that it begins the file, and leaves out the byte
+// order mark that some editors put there. False at the end.
+bool ReadLine(std::istream& script, bool isFirst, std::string& line);
+
 // Whether the line is a statement, and no comment and not empty.
 bool IsStatement(std::string_view line);
 

@@ -249,8 +249,8 @@ Fit FitObject(const Argument& argument, const std::string& className, bool inArr
     return {kSupertype, {}};
   }
   const PrimitiveType* primitive = FindPrimitive(className);
-  if (primitive == nullptr || inside == nullptr) return fit;
-  fit = FitPrimitive(*inside, *primitive, inArray);
+  if (primitive == nullptr) return fit;
+  fit = FitPrimitive(inside == nullptr ? argument : *inside, *primitive, inArray);
   if (!fit.IsNone()) fit.rank += kBoxing;
   return fit;
 }

@@ -26,8 +26,10 @@ std::string NameOf(const ParameterDescription& parameter) { return ToUtf8(parame
 std::string WhyFailed(const std::string& called, const CallOutcome& outcome) {
   const std::string text = ToUtf8(outcome.failureText);
   if (!text.empty()) return called + " failed: " + text;
-  return called + " was not called: the plug-in could not pass the arguments on (status " +
-         std::to_string(outcome.status) + "); \"describe\" shows what each parameter takes";
+  return called +
+         " was not called: the plug-in could not pass the arguments on, or has no way to carry the "
+         "result (status " +
+         std::to_string(outcome.status) + "); \"describe\" shows the types of both";
 }
 
 struct ElementType {

@@ -155,7 +155,7 @@ ExitStatus RunLines(Host& host, Reporter& reporter) {
   Session session(host, names, reporter.GetStyle());
   ExitStatus status = ExitStatus::Done;
   std::size_t number = 0;
-  for (std::string line; std::getline(std::cin, line);) {
+  for (std::string line; ReadLine(std::cin, number == 0, line);) {
     ++number;
     const OwnStatement own = OwnStatementOf(line);
     if (own == OwnStatement::Quit) break;

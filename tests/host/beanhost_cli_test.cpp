@@ -62,11 +62,16 @@ TEST_F(BeanhostCli, EndsWithTheStatusOfWhatWentWrong) {
        "\n  call java.util.ArrayList add [1,\n                                  ^\n"},
       {{"call", "java.util.ArrayList", "add(int"}, 2, "closing \")\" is missing"},
       {{"call", "java.util.ArrayList"}, 2, "takes CLASS METHOD [ARG]..."},
+      {{"call", "--json", "a.B", "size"}, 2, "\"--json\" has to stand before \"call\""},
+      {{"walk", "a.B", "--skip", "-1"},
+       2,
+       "beanhost: --skip: expected a count from 0 on, found -1"},
       {{"dance"}, 2, "\"dance\" is no command"},
       {{"--dance", "describe", "a.B"}, 2, "\"--dance\" is no option"},
       {{"beans", BEANHOST_PROGRAM}, 1, "can't be read: expected a jar"},
       {{"run", "/no/such/script"}, 2, "/no/such/script"},
       {{"--plugin", "/no/such.so", "describe", "a.B"}, 3, "/no/such.so"},
+      {{"--java-option", "-Xmx1k", "describe", "a.B"}, 3, "gave up while it started"},
   };
   for (const auto& [words, status, err] : cases) {
     const ProgramRun run = Host(words);
@@ -210,7 +215,7 @@ TEST_F(BeanhostCli, LeavesANameAsItWasWhenItsStatementFails) {
 
 TEST_F(BeanhostCli, EndsAScriptAtItsFirstFailureUnlessItIsToKeepGoing) {
   const std::string script =
-      "new t beans.ThrowingMethods\ncall t checked boom\ndance\ncall t fine\n";
+      "\xEF\xBB\xBFnew t beans.ThrowingMethods\ncall t checked boom\ndance\ncall t fine\n";
   const ProgramRun stopped = Script(script);
   EXPECT_EQ(stopped.status, 1);
   EXPECT_EQ(stopped.out, "> new t beans.ThrowingMethods\n> call t checked boom\n");

@@ -68,6 +68,10 @@ there are:
        R"(beans.ScalarEcho.echoInt can't be called like this; echoInt(int): argument 1 ([1]): expected one value (int), found array of 1 numbers
   call echo echoInt [1]
                     ^~~)"},
+      {"call echo echoInt @text",
+       R"(beans.ScalarEcho.echoInt can't be called like this; echoInt(int): argument 1 (@text): expected a whole number from -2147483648 to 2147483647 (int), found object of class beans.ArrayText
+  call echo echoInt @text
+                    ^~~~~)"},
       {"call over which 1 2",
        R"(several beans.Overloads.which fit these arguments equally well
   call over which 1 2
