@@ -66,7 +66,7 @@ static void Fill(Environment& env, Services& services) {
     static_cast<Services*>(host)->handlers.push_back(handler);
   };
   env.checkSecurity = [](info::SecurityInfo* asked) {
-    return asked->secondValue != "java.lang.ProcessBuilder";
+    return asked->secondValue == "java.util.BitSet";  // a name has other forms, with "/" for "."
   };
 }
 

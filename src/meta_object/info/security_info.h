@@ -14,7 +14,7 @@ struct SecurityInfo {
   SecurityInfo& operator=(SecurityInfo&&) = default;
 
   std::string firstValue;   // the handler type
-  std::string secondValue;  // the class name
+  std::string secondValue;  // the class name as the identity has it, "." and "/" mixed at will
 };
 
 }  // namespace quenlatrix::meta_object::info
