@@ -21,9 +21,15 @@ if [ "$#" -gt 0 ]; then
   exec "$beanhost" --class-path "$build/bin/examples.jar" "$@"
 fi
 
+# Shows the command as it can be typed, too.
 show() {
-  printf '\n$ beanhost'
-  printf ' %s' "$@"
+  printf '\n$ ./run.sh'
+  for word in "$@"; do
+    case "$word" in
+      *[!A-Za-z0-9_./-]*) printf " '%s'" "$word" ;;
+      *) printf ' %s' "$word" ;;
+    esac
+  done
   printf '\n'
   "$beanhost" --class-path "$build/bin/examples.jar" "$@"
 }
