@@ -81,6 +81,10 @@ std::string Signature(const MethodDescription& method) {
   return text + ")";
 }
 
+std::string Counted(int count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 }  // namespace
 
 std::string DescriptionText(const std::string& className, const ObjectDescription& description,
@@ -95,8 +99,8 @@ std::string DescriptionText(const std::string& className, const ObjectDescriptio
     others.Add({ToSourceForm(JavaTypeOf(method.returnType)), Signature(method)});
   }
   std::string text = style.Heading(ToSourceForm(className)) + ": " +
-                     std::to_string(description.attributeMethods) + " accessors, " +
-                     std::to_string(description.regularMethods) + " other methods\n";
+                     Counted(description.attributeMethods, "accessor") + ", " +
+                     Counted(description.regularMethods, "other method") + "\n";
   if (!properties.IsEmpty()) text += "\n" + properties.ToText(style, 0);
   if (!others.IsEmpty()) text += "\n" + others.ToText(style, 1);
   return text;
