@@ -230,7 +230,8 @@ bool ZuData::Replace(unsigned long pos, unsigned long count, long v) {
 
 bool ZuData::Replace(unsigned long pos, unsigned long count, const void* src, unsigned long n) {
   if (dataSize == 0) {
-    return SetEqualTo(src, n, 0) >= n;
+    SetEqualTo(src, n, 0);
+    return GetUsableDataSize() >= n;
   }
   if (n == 0 || !Holds(src)) {
     return ReplaceBytes(pos, count, src, n);

@@ -192,6 +192,7 @@ TEST(ZuTextLocal, CutsWhatIsSetAndRefusesWhatIsAppendedOrCopied) {
   EXPECT_EQ(t.GetTextEx(), forty.substr(0, 30));
   t.Format("%s", forty.c_str());
   EXPECT_EQ(t.GetSize(), 30U);
+  EXPECT_FALSE(ZuTextLocal<31>().Replace(0, 0, forty.c_str(), 31));
   EXPECT_EQ(ZuTextLocal<31>(ZuText(forty.c_str(), 31)).GetSize(), 0U);
   EXPECT_EQ(ZuTextLocal<31>(ZuText(forty.c_str(), 30)).GetSize(), 30U);
   t = "short";
