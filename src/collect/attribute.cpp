@@ -7,9 +7,13 @@
 #include <optional>
 #include <string_view>
 
+#include "text/whole_text.h"
+
 namespace quenlatrix::collect {
 
 namespace {
+
+using text::SetWhole;
 
 constexpr char kDivider = ':';
 
@@ -39,7 +43,21 @@ std::optional<std::string_view> FindElement(std::string_view value, unsigned lon
 
 }  // namespace
 
-Attribute::Attribute(const char* key, const char* value) : key(key), value(value) {}
+Attribute::Attribute(const char* key, const char* value) {
+  SetWhole(this->key, key);
+  SetWhole(this->value, value);
+}
+
+Attribute::Attribute(const Attribute& o) {
+  SetWhole(key, o.key);
+  SetWhole(value, o.value);
+}
+
+Attribute& Attribute::operator=(const Attribute& o) {
+  SetWhole(key, o.key);
+  SetWhole(value, o.value);
+  return *this;
+}
 
 bool Attribute::operator<(const Attribute& o) const { return key < o.key; }
 
@@ -52,13 +70,21 @@ bool Attribute::operator==(const char* k) const {
 ZuText& Attribute::getValue(ZuText& out) const {
   if (&out != &value) {
     out.Clear();
-    out += value;
+    if (value.GetSize() > 0) {
+      SetWhole(out, value);
+    }
   }
   return out;
 }
 
 bool Attribute::updateValue(const char* v) {
-  value = v;
+  // `v` may be a part of the value, which stays until all of `v` is there.
+  const Attribute taken(nullptr, v);
+  if (taken.value.GetSize() == 0) {
+    value.Clear();
+  } else {
+    SetWhole(value, taken.value);
+  }
   return true;
 }
 
@@ -79,7 +105,7 @@ bool Attribute::getValueListElement(unsigned long index, ZuText& out) const {
   if (!element) {
     return false;
   }
-  out.SetEqualTo(element->data(), element->size(), 0);
+  SetWhole(out, *element);
   return true;
 }
 
@@ -89,7 +115,8 @@ bool Attribute::updateValueListElement(unsigned long index, const char* s) {
     return false;
   }
   // `s` may be a part of the value.
-  const ZuText element(s);
+  ZuText element;
+  SetWhole(element, s);
   if (index < count) {
     const auto old = FindElement(ViewOf(value), index);
     return old && value.Replace(static_cast<unsigned long>(old->data() - value.GetText()),

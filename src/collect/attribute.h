@@ -8,6 +8,8 @@ namespace quenlatrix::collect {
 // C library's rules. A value may hold several elements, divided by colons and counted from 0:
 // "a::c" has three, the second of which is empty. Null texts count as empty.
 //
+// What there is no memory for throws std::bad_alloc, so that no key or value is cut unnoticed.
+//
 // A value has never been set while it got nothing but empty texts (in a copy: also when it is
 // empty now); it then has no storage.
 //
@@ -16,8 +18,8 @@ class Attribute {
  public:
   Attribute() = default;
   Attribute(const char* key, const char* value);
-  Attribute(const Attribute&) = default;
-  Attribute& operator=(const Attribute&) = default;
+  Attribute(const Attribute& o);
+  Attribute& operator=(const Attribute& o);
   virtual ~Attribute() = default;
 
   // By key; an empty one comes first.
@@ -29,7 +31,7 @@ class Attribute {
 
   // Gives `out`.
   ZuText& getValue(ZuText& out) const;
-  // Always true.
+  // Always true. One that throws leaves the value as it was.
   bool updateValue(const char* v);
   void clearAttribute();
 

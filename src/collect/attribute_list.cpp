@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "text/whole_text.h"
+
 namespace quenlatrix::collect {
 
 const Attribute* AttributeList::Find(const char* key, unsigned long n) const {
@@ -94,7 +96,7 @@ bool AttributeList::mergeAttributeList(const AttributeList& other) {
   }
   for (const Attribute& theirs : other.attributes) {
     if (Attribute* const ours = getAttribute(theirs.key.GetTextEx()); ours != nullptr) {
-      ours->value = theirs.value;
+      text::SetWhole(ours->value, theirs.value);
     } else {
       attributes.append(theirs);
     }

@@ -24,6 +24,7 @@ class AttributeList {
   // Deep copies.
   AttributeList(const AttributeList&) = default;
   AttributeList& operator=(const AttributeList&) = default;
+  void swap(AttributeList& other) noexcept { attributes.swap(other.attributes); }
   virtual ~AttributeList() = default;
 
   // Appends, also a key that is there already. Always true.

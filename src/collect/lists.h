@@ -85,10 +85,11 @@ class Lists {
   Lists& operator=(const Lists& other) {
     if (this != &other) {
       Lists copy(other);
-      std::swap(first, copy.first);
+      swap(copy);
     }
     return *this;
   }
+  void swap(Lists& other) noexcept { std::swap(first, other.first); }
 
   ListIterators<T> begin() { return ListIterators<T>(first.get()); }
   ListIterators<T> end() { return {}; }

@@ -4,13 +4,16 @@
 #include <cstdio>
 
 #include "config_file/stanza.h"
+#include "text/whole_text.h"
 
 namespace quenlatrix::config_file {
 
-ConfigFile::ConfigFile(const char* path, const char* directoryName)
-    : path(path),
-      directoryStanzaName(path == nullptr ? nullptr : directoryName),
-      lock(Mutex::Private) {}
+ConfigFile::ConfigFile() : lock(Mutex::Private) {}
+
+ConfigFile::ConfigFile(const char* path, const char* directoryName) : ConfigFile() {
+  text::SetWhole(this->path, path);
+  text::SetWhole(directoryStanzaName, path == nullptr ? nullptr : directoryName);
+}
 
 ConfigFile::ConfigFile(const ConfigFile& other)
     : parseTimestamp(other.GetParseTimestamp()), lock(Mutex::Private) {}
@@ -35,7 +38,8 @@ ConfigFile::Stanza* ConfigFile::Find(const ZuText& name) const {
 }
 
 void ConfigFile::Append(std::unique_ptr<Stanza> stanza) {
-  stanzas.append(nullptr) = stanza.release();
+  Stanza*& place = stanzas.append(nullptr);
+  place = stanza.release();
 }
 
 void ConfigFile::MergeOrAppend(std::unique_ptr<Stanza> theirs) {
@@ -107,13 +111,19 @@ bool ConfigFile::addStanza(Stanza* s, bool listIt) {
   if (s == nullptr || std::find(stanzas.begin(), stanzas.end(), s) != stanzas.end()) {
     return false;
   }
+  const ZuText name = s->getStanzaName();
   stanzas.append(s);
   Stanza* const directory = listIt ? Find(directoryStanzaName) : nullptr;
-  const ZuText name = s->getStanzaName();
-  if (directory != nullptr && !directory->findValue(name.GetTextEx())) {
-    directory->addValue(name.GetTextEx(), nullptr);
+  if (directory == nullptr || directory->findValue(name.GetTextEx())) {
+    return true;
   }
-  return true;
+  try {
+    return directory->addValue(name.GetTextEx(), nullptr);
+  } catch (...) {
+    // The stanza is still the caller's.
+    stanzas.remove(s);
+    throw;
+  }
 }
 
 bool ConfigFile::removeStanza(const ZuText& name) {

@@ -30,6 +30,10 @@ class HeldFile;
 // One stanza, the directory, lists the names of the others as its keys. Counting and enumerating
 // stanzas goes by it: what it doesn't list is neither counted nor merged, but read and written.
 //
+// What there is no memory for throws std::bad_alloc. Nothing is lost by that: a file is either left
+// as it is or gets all that is in memory, a list of stanzas is read whole or not at all, and a
+// stanza that could not be added is still its maker's. (A merge in memory may have come half way.)
+//
 // Stanzas are looked up without regard to case, the first of a name counting. Failures with the
 // file are reported as events; an invalid file isn't, it only makes reading fail.
 //
@@ -134,6 +138,9 @@ class ConfigFile {
   static ZuText buildMiscFilesPath(const ZuText& name);
 
  private:
+  // What the others begin as: one that throws from then on is destroyed with its lock.
+  ConfigFile();
+
   using OwnedStanzas = std::vector<std::unique_ptr<Stanza>>;
 
   // Copies of the directory and of the stanzas that it lists, in that order; none without it.
@@ -142,7 +149,7 @@ class ConfigFile {
   void Append(std::unique_ptr<Stanza> stanza) REQUIRES(lock);
   // Merges the stanza into the one of its name here, or appends it.
   void MergeOrAppend(std::unique_ptr<Stanza> theirs) REQUIRES(lock);
-  // Makes these all the stanzas, where there are none.
+  // Makes these all the stanzas.
   void Adopt(OwnedStanzas read) REQUIRES(lock);
   // What needs the file takes no file itself: it is held by the caller.
   bool ReadFrom(HeldFile& file);

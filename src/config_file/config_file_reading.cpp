@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <memory>
+#include <new>
+#include <string>
 #include <vector>
 
 #include "config_file/config_file.h"
@@ -30,18 +33,15 @@ class StanzaReader {
   explicit StanzaReader(std::vector<char>& bytes)
       : stream(fmemopen(bytes.data(), bytes.size(), "r")),
         token(std::max<std::size_t>(bytes.size() + 1, kValueRoom)),
-        value(kValueRoom) {}
-  ~StanzaReader() {
-    if (stream != nullptr) {
-      std::fclose(stream);
+        value(kValueRoom) {
+    if (stream == nullptr) {
+      throw std::bad_alloc();
     }
   }
-  StanzaReader(const StanzaReader&) = delete;
-  StanzaReader& operator=(const StanzaReader&) = delete;
 
   // Reads them all. False at a fault: those before it are read.
   bool Read(Stanzas& stanzas) {
-    while (stream != nullptr) {
+    for (;;) {
       Token found = Token::EndOfLine;
       while (found == Token::EndOfLine) {
         found = Next();
@@ -52,19 +52,22 @@ class StanzaReader {
       if (found != Token::StanzaName || !NameFits()) {
         return false;
       }
-      const ZuText name(token.data());
+      const std::string name(token.data());
       std::vector<collect::Attribute> attributes;
       if (Next() != Token::EndOfLine || !ReadAttributes(attributes)) {
         return false;
       }
-      stanzas.push_back(std::make_unique<ConfigFile::Stanza>(name.GetTextEx(),
-                                                             collect::AttributeList(attributes)));
+      stanzas.push_back(
+          std::make_unique<ConfigFile::Stanza>(name.c_str(), collect::AttributeList(attributes)));
     }
-    return false;
   }
 
  private:
-  Token Next() { return getToken(stream, token.data(), false); }
+  struct CloseStream {
+    void operator()(std::FILE* opened) const { std::fclose(opened); }
+  };
+
+  Token Next() { return getToken(stream.get(), token.data(), false); }
   bool NameFits() const { return std::strlen(token.data()) < kNameLimit; }
 
   bool ReadAttributes(std::vector<collect::Attribute>& attributes) {
@@ -76,15 +79,16 @@ class StanzaReader {
       if (found != Token::Word || !NameFits()) {
         return false;
       }
-      const ZuText key(token.data());
-      if (Next() != Token::EqualsSign || getToken(stream, value.data(), true) != Token::Value) {
+      const std::string key(token.data());
+      if (Next() != Token::EqualsSign ||
+          getToken(stream.get(), value.data(), true) != Token::Value) {
         return false;
       }
-      attributes.emplace_back(key.GetTextEx(), value.data());
+      attributes.emplace_back(key.c_str(), value.data());
     }
   }
 
-  std::FILE* stream;
+  std::unique_ptr<std::FILE, CloseStream> stream;
   std::vector<char> token;
   std::vector<char> value;
 };
@@ -130,7 +134,6 @@ bool ConfigFile::ReadFrom(HeldFile& file) {
   StanzaReader::Stanzas found;
   const bool whole = StanzaReader(bytes).Read(found);
   const MutexLock hold(lock);
-  removeAllStanzas();
   Adopt(std::move(found));
   if (!whole) {
     return false;
@@ -144,9 +147,11 @@ bool ConfigFile::ReadFrom(HeldFile& file) {
 
 void ConfigFile::Adopt(OwnedStanzas read) {
   const std::vector<Stanza*> places(read.size());
-  stanzas = collect::Lists<Stanza*>(places.begin(), places.end());
-  std::transform(read.begin(), read.end(), stanzas.begin(),
+  collect::Lists<Stanza*> list(places.begin(), places.end());
+  removeAllStanzas();
+  std::transform(read.begin(), read.end(), list.begin(),
                  [](std::unique_ptr<Stanza>& stanza) { return stanza.release(); });
+  stanzas.swap(list);
 }
 
 }  // namespace quenlatrix::config_file

@@ -1,9 +1,12 @@
 #include <sys/stat.h>
 
+#include <string>
+
 #include "config_file/config_file.h"
 #include "config_file/held_file.h"
 #include "config_file/stanza.h"
 #include "os/file.h"
+#include "text/whole_text.h"
 
 namespace quenlatrix::config_file {
 
@@ -29,7 +32,8 @@ bool ConfigFile::removeStanzaWithWrite(const char* name) {
     file.ReportFailure();
     return false;
   }
-  const ZuText removed(name);
+  ZuText removed;
+  text::SetWhole(removed, name);
   const MutexLock hold(lock);
   ConfigFile stored(path.GetTextEx(), directoryStanzaName.GetTextEx());
   if (!stored.ReadFrom(file) || !stored.mergeConfigFiles(*this)) {
@@ -49,7 +53,8 @@ bool ConfigFile::changeStanzaWithWrite(const char* name, bool /*flag*/) {
     file.ReportFailure();
     return false;
   }
-  const ZuText changed(name);
+  ZuText changed;
+  text::SetWhole(changed, name);
   const MutexLock hold(lock);
   ConfigFile stored(path.GetTextEx(), directoryStanzaName.GetTextEx());
   if (!stored.ReadFrom(file)) {
@@ -79,16 +84,19 @@ void ConfigFile::BringStanza(const ConfigFile& from, const ZuText& name) {
 }
 
 bool ConfigFile::WriteTo(HeldFile& file) const {
+  // Made whole before the file is cut: memory that runs out must not cost what the file holds.
+  std::string text;
+  const MutexLock hold(lock);
+  for (const Stanza* const stanza : stanzas) {
+    stanza->AppendTo(text);
+  }
   std::FILE* const stream = file.Stream();
   std::rewind(stream);
   if (!ChangeOSFileSize(file.Descriptor(), 0)) {
     return file.Report("[%s] could not change size of the file %s");
   }
-  const MutexLock hold(lock);
-  for (const Stanza* const stanza : stanzas) {
-    if (!stanza->saveStanza(stream, false) || std::fflush(stream) != 0) {
-      return file.Report("[%s] could not write file %s");
-    }
+  if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
+    return file.Report("[%s] could not write file %s");
   }
   return true;
 }

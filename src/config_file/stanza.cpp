@@ -1,19 +1,25 @@
 #include "config_file/stanza.h"
 
+#include "text/whole_text.h"
+
 namespace quenlatrix::config_file {
 
 using collect::Attribute;
 using collect::AttributeList;
 using collect::Lists;
+using text::SetWhole;
 
-ConfigFile::Stanza::Stanza(const char* name) : name(name), lock(Mutex::Private) {}
+ConfigFile::Stanza::Stanza() : lock(Mutex::Private) {}
 
-ConfigFile::Stanza::Stanza(const char* name, const AttributeList& attributes)
-    : name(name), attributes(attributes), lock(Mutex::Private) {}
+ConfigFile::Stanza::Stanza(const char* name) : Stanza() { SetWhole(this->name, name); }
 
-ConfigFile::Stanza::Stanza(const Stanza& other) : lock(Mutex::Private) {
+ConfigFile::Stanza::Stanza(const char* name, const AttributeList& attributes) : Stanza(name) {
+  this->attributes = attributes;
+}
+
+ConfigFile::Stanza::Stanza(const Stanza& other) : Stanza() {
   const MutexLock theirs(other.lock);
-  name = other.name;
+  SetWhole(name, other.name);
   attributes = other.attributes;
 }
 
@@ -22,7 +28,7 @@ ConfigFile::Stanza& ConfigFile::Stanza::operator=(const Stanza& other) {
     const Stanza copy(other);
     const MutexLock ours(lock);
     const MutexLock theirs(copy.lock);
-    name = copy.name;
+    SetWhole(name, copy.name);
     attributes = copy.attributes;
   }
   return *this;
@@ -58,30 +64,34 @@ bool ConfigFile::Stanza::getValue(const char* key, unsigned long n, ZuText& out)
   const MutexLock hold(lock);
   const bool found = n > 0 && n <= attributes.numOccurrences(key);
   // An empty value has no text, but is one.
-  out = found ? attributes.getValue(key, n) : nullptr;
+  SetWhole(out, found ? attributes.getValue(key, n) : nullptr);
   return found;
 }
 
 bool ConfigFile::Stanza::getAttributeValue(unsigned long i, ZuText& out) const {
   const MutexLock hold(lock);
-  out = attributes.getValue(i);
+  SetWhole(out, attributes.getValue(i));
   return true;
 }
 
 bool ConfigFile::Stanza::getAttributeKey(unsigned long i, ZuText& out) const {
   const MutexLock hold(lock);
-  out = attributes.getKey(i);
+  SetWhole(out, attributes.getKey(i));
   return true;
 }
 
 ZuText ConfigFile::Stanza::getStanzaName() const {
   const MutexLock hold(lock);
-  return name;
+  ZuText copy;
+  SetWhole(copy, name);
+  return copy;
 }
 
 void ConfigFile::Stanza::setStanzaName(const char* name) {
+  ZuText whole;
+  SetWhole(whole, name);
   const MutexLock hold(lock);
-  this->name = name;
+  SetWhole(this->name, whole);
 }
 
 bool ConfigFile::Stanza::isStanzaName(const ZuText& name) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 
 #include "collect/attribute_list.h"
 #include "config_file/config_file.h"
@@ -8,7 +9,9 @@
 namespace quenlatrix::config_file {
 
 // A named list of attributes. Operations do what those of AttributeList of the same name and
-// meaning do; those by index throw EndOfListError past the end. Null texts count as empty.
+// meaning do; those by index throw EndOfListError past the end. Null texts count as empty. What
+// there is no memory for throws std::bad_alloc; a value, a name or a list of attributes is then
+// what it was.
 //
 // A file carries every name, key and value but these, which are held and written all the same:
 // - a name with "]"; a name or key of 255 bytes or more; an empty key, one that begins with a blank
@@ -95,11 +98,13 @@ class ConfigFile::Stanza {
  private:
   friend class ConfigFile;
 
+  // What the others begin as: one that throws from then on is destroyed with its lock.
+  Stanza();
+
   collect::AttributeList CopyAttributes() const;
   void SetAttributes(const collect::AttributeList& copy);
-  void AddMembers(const char* key, const ZuText& members, const collect::AttributeList& list)
-      REQUIRES(lock);
-  void RemoveMembers(const char* key) REQUIRES(lock);
+  // Appends what saveStanza writes.
+  void AppendTo(std::string& out) const;
 
   ZuText name GUARDED_BY(lock);
   collect::AttributeList attributes GUARDED_BY(lock);

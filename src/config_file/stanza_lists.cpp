@@ -1,3 +1,5 @@
+#include <string>
+
 #include "config_file/stanza.h"
 #include "config_file/tokenizer.h"
 
@@ -8,38 +10,65 @@ using collect::AttributeList;
 
 namespace {
 
-ZuText JoinKeys(const AttributeList& list) {
-  ZuText keys;
+// Memory that runs out halfway leaves the attributes as they were.
+template <typename Change>
+void ChangeWhole(AttributeList& attributes, Change change) {
+  AttributeList before(attributes);
+  try {
+    change(attributes);
+  } catch (...) {
+    attributes.swap(before);
+    throw;
+  }
+}
+
+std::string JoinKeys(const AttributeList& list) {
+  std::string keys;
   for (const Attribute& member : list) {
-    keys += member.key;
+    keys += member.key.GetTextEx();
     keys += ':';
   }
-  keys.SetUsableDataSize(keys.GetSize() == 0 ? 0 : keys.GetSize() - 1);
-  return keys;
+  return keys.substr(0, keys.empty() ? 0 : keys.size() - 1);
 }
 
-}  // namespace
-
-bool ConfigFile::Stanza::addAttributeList(const char* key, const AttributeList& list) {
-  const ZuText members = JoinKeys(list);
-  const MutexLock hold(lock);
-  if (key == nullptr || *key == '\0' || members.GetSize() > kLongestValue ||
-      attributes.findAttribute(key)) {
-    return false;
-  }
-  AddMembers(key, members, list);
-  return true;
-}
-
-void ConfigFile::Stanza::AddMembers(const char* key, const ZuText& members,
-                                    const AttributeList& list) {
+void AddMembers(AttributeList& attributes, const char* key, const std::string& members,
+                const AttributeList& list) {
   attributes.addAttribute(key, nullptr);
   for (const Attribute& member : list) {
     if (!attributes.addAttribute(member)) {
       attributes.changeAttribute(member.key.GetTextEx(), member.value.GetTextEx());
     }
   }
-  attributes.changeAttribute(key, members.GetTextEx());
+  attributes.changeAttribute(key, members.c_str());
+}
+
+void RemoveMembers(AttributeList& attributes, const char* key) {
+  const Attribute* const found = attributes.getAttribute(key);
+  if (found == nullptr) {
+    return;
+  }
+  // Its value may name itself.
+  const Attribute list(*found);
+  ZuText name;
+  for (unsigned long i = 0; i < list.getValueListElementCount(); ++i) {
+    if (list.getValueListElement(i, name)) {
+      attributes.removeAttribute(name.GetTextEx());
+    }
+  }
+  attributes.removeAttribute(list.key.GetTextEx());
+}
+
+}  // namespace
+
+bool ConfigFile::Stanza::addAttributeList(const char* key, const AttributeList& list) {
+  const std::string members = JoinKeys(list);
+  const MutexLock hold(lock);
+  if (key == nullptr || *key == '\0' || members.size() > kLongestValue ||
+      attributes.findAttribute(key)) {
+    return false;
+  }
+  ChangeWhole(attributes, [&](AttributeList& all) { AddMembers(all, key, members, list); });
+  return true;
 }
 
 bool ConfigFile::Stanza::getAttributeList(const char* key, AttributeList& out) const {
@@ -62,40 +91,26 @@ bool ConfigFile::Stanza::getAttributeList(const char* key, AttributeList& out) c
 
 bool ConfigFile::Stanza::changeAttributeList(const char* key, const AttributeList& list) {
   // The key may be lent by the very attribute that is removed.
-  const ZuText name(key);
-  const ZuText members = JoinKeys(list);
+  const std::string name(key == nullptr ? "" : key);
+  const std::string members = JoinKeys(list);
   const MutexLock hold(lock);
-  if (!attributes.findAttribute(key) || members.GetSize() > kLongestValue) {
+  if (!attributes.findAttribute(key) || members.size() > kLongestValue) {
     return false;
   }
-  RemoveMembers(name.GetTextEx());
-  // Another of that key would be found in place of the list.
-  while (attributes.removeAttribute(name.GetTextEx())) {
-  }
-  AddMembers(name.GetTextEx(), members, list);
+  ChangeWhole(attributes, [&](AttributeList& all) {
+    RemoveMembers(all, name.c_str());
+    // Another of that key would be found in place of the list.
+    while (all.removeAttribute(name.c_str())) {
+    }
+    AddMembers(all, name.c_str(), members, list);
+  });
   return true;
 }
 
 bool ConfigFile::Stanza::removeAttributeList(const char* key) {
   const MutexLock hold(lock);
-  RemoveMembers(key);
+  ChangeWhole(attributes, [&](AttributeList& all) { RemoveMembers(all, key); });
   return true;
-}
-
-void ConfigFile::Stanza::RemoveMembers(const char* key) {
-  const Attribute* const found = attributes.getAttribute(key);
-  if (found == nullptr) {
-    return;
-  }
-  // Its value may name itself.
-  const Attribute list(*found);
-  ZuText name;
-  for (unsigned long i = 0; i < list.getValueListElementCount(); ++i) {
-    if (list.getValueListElement(i, name)) {
-      attributes.removeAttribute(name.GetTextEx());
-    }
-  }
-  attributes.removeAttribute(list.key.GetTextEx());
 }
 
 }  // namespace quenlatrix::config_file

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "config_file/stanza.h"
@@ -14,11 +15,19 @@ char Translate(char c, const char* from, const char* to) {
   return place == nullptr ? '\0' : to[place - from];
 }
 
-bool WriteText(std::FILE* f, const ZuText& text) {
-  return ConfigFile::Stanza::writeBSEscString(f, text.GetTextEx()) != -1;
+void AppendEscaped(std::string& out, const char* s) {
+  for (; *s != '\0'; ++s) {
+    const char letter = ConfigFile::Stanza::GetBSEscKey(*s);
+    if (letter != '\0') {
+      out += '\\';
+    }
+    out += letter != '\0' ? letter : *s;
+  }
 }
 
-bool WritePlain(std::FILE* f, const char* text) { return std::fputs(text, f) != EOF; }
+bool Write(std::FILE* f, const std::string& text) {
+  return std::fwrite(text.data(), 1, text.size(), f) == text.size();
+}
 
 }  // namespace
 
@@ -27,24 +36,12 @@ char ConfigFile::Stanza::GetBSEscValue(char c) { return Translate(c, bsEscKeys, 
 char ConfigFile::Stanza::GetBSEscKey(char c) { return Translate(c, bsEscValues, bsEscKeys); }
 
 int ConfigFile::Stanza::writeBSEscString(std::FILE* f, const char* s) {
-  int written = 0;
-  for (; s != nullptr && *s != '\0'; ++s) {
-    const char letter = GetBSEscKey(*s);
-    if (letter != '\0') {
-      if (std::fputc('\\', f) == EOF) {
-        return -1;
-      }
-      ++written;
-    }
-    if (std::fputc(letter != '\0' ? letter : *s, f) == EOF) {
-      return -1;
-    }
-    ++written;
-  }
-  return written;
+  std::string text;
+  AppendEscaped(text, s == nullptr ? "" : s);
+  return Write(f, text) ? static_cast<int>(text.size()) : -1;
 }
 
-bool ConfigFile::Stanza::saveStanza(std::FILE* f, bool /*flag*/) const {
+void ConfigFile::Stanza::AppendTo(std::string& out) const {
   const MutexLock hold(lock);
   std::vector<const collect::Attribute*> sorted;
   for (const collect::Attribute& attribute : attributes) {
@@ -52,13 +49,22 @@ bool ConfigFile::Stanza::saveStanza(std::FILE* f, bool /*flag*/) const {
   }
   std::stable_sort(sorted.begin(), sorted.end(),
                    [](const auto* a, const auto* b) { return *a < *b; });
-  return WritePlain(f, "[") && WriteText(f, name) && WritePlain(f, "]\n") &&
-         std::all_of(sorted.begin(), sorted.end(),
-                     [f](const collect::Attribute* attribute) {
-                       return WriteText(f, attribute->key) && WritePlain(f, "=") &&
-                              WriteText(f, attribute->value) && WritePlain(f, "\n");
-                     }) &&
-         WritePlain(f, "\n");
+  out += '[';
+  AppendEscaped(out, name.GetTextEx());
+  out += "]\n";
+  for (const collect::Attribute* const attribute : sorted) {
+    AppendEscaped(out, attribute->key.GetTextEx());
+    out += '=';
+    AppendEscaped(out, attribute->value.GetTextEx());
+    out += '\n';
+  }
+  out += '\n';
+}
+
+bool ConfigFile::Stanza::saveStanza(std::FILE* f, bool /*flag*/) const {
+  std::string text;
+  AppendTo(text);
+  return Write(f, text);
 }
 
 }  // namespace quenlatrix::config_file

@@ -65,6 +65,8 @@ class ZuData {
   unsigned long GetBufferSize() const { return bufferSize; }
   // The buffer, null if there is none. Lent until the buffer is changed.
   unsigned char* GetBuffer() const { return buffer; }
+  // Whether the storage is somebody else's, and so can't grow.
+  bool IsBorrowed() const { return borrowed; }
   // As SetUsableDataSize of this class, for derived ones too.
   unsigned long SetDataSize(unsigned long n);
   // Releases the data and borrows `buf`.
