@@ -74,9 +74,9 @@ class ConfigFile {
   // have a stanza with this object's directory name. Nothing changes for itself.
   bool mergeConfigFiles(const ConfigFile& other);
 
-  // Reads the file, merges this object into it, removes the stanza, and writes it back; once that
-  // is done, removes the stanza from memory too. False, with memory as it was, when any of it
-  // fails.
+  // Reads the file, merges this object into it, removes the stanza, writes it back, and removes the
+  // stanza from memory too. False when it can't be read or merged, with memory as it was, and when
+  // it can't be written: memory then has what the file should have.
   bool removeStanzaWithWrite(const char* name);
 
   // Brings the file's stanza to exactly the attributes that it has in memory, or adds it, with this

@@ -40,11 +40,9 @@ bool ConfigFile::removeStanzaWithWrite(const char* name) {
     return false;
   }
   stored.removeStanza(removed);
-  if (!stored.WriteTo(file)) {
-    return false;
-  }
+  const bool written = stored.WriteTo(file);
   removeStanza(removed);
-  return true;
+  return written;
 }
 
 bool ConfigFile::changeStanzaWithWrite(const char* name, bool /*flag*/) {
