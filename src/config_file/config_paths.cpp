@@ -8,14 +8,18 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 
 #include "config_file/config_file.h"
+#include "text/whole_text.h"
 
 namespace quenlatrix::config_file {
 
 namespace {
+
+using text::SetWhole;
 
 constexpr char kRootVariable[] = "QUENLATRIX_PATH";
 constexpr char kUser[] = "quenlatrix";
@@ -38,7 +42,7 @@ OpenFile OpenStartUpFile(const char* home) {
 // False when neither the environment nor the user's start-up file names a root.
 bool FindRoot(ZuText& root) {
   if (const char* const set = std::getenv(kRootVariable); set != nullptr) {
-    root = set;
+    SetWhole(root, set);
     return true;
   }
   std::array<char, 16384> room;
@@ -52,7 +56,32 @@ bool FindRoot(ZuText& root) {
 template <int N>
 ZuText ConfigDirectory() {
   std::array<char, N> directory = {};
-  return ConfigFile::getPlatformConfigPath(directory.data(), N) ? directory.data() : "";
+  ZuText path;
+  if (ConfigFile::getPlatformConfigPath(directory.data(), N)) {
+    SetWhole(path, directory.data());
+  }
+  return path;
+}
+
+// The directory with `by` in place of its `name`, which is in it; empty when there is none.
+ZuText Sibling(const char* name, const ZuText& by, bool caseSensitive) {
+  ZuText path = ConfigDirectory<255>();
+  if (path.GetSize() > 0) {
+    ZuText find;
+    SetWhole(find, name);
+    const unsigned long length = path.GetSize() - find.GetSize() + by.GetSize();
+    path.ReplaceOccurrence(find, by, 1, caseSensitive);
+    if (path.GetSize() != length) {
+      throw std::bad_alloc();
+    }
+  }
+  return path;
+}
+
+ZuText Joined(const ZuText& directory, const char* name) {
+  ZuText path;
+  SetWhole(path, std::string(directory.GetTextEx()) + (name == nullptr ? "" : name));
+  return path;
 }
 
 }  // namespace
@@ -71,7 +100,7 @@ bool ReadRootFromStartUpFile(const char* home, ZuText& root) {
     if (!rest.empty() && rest.back() == '\n') {
       rest.remove_suffix(1);
     }
-    root = ZuText(rest.data(), rest.size());
+    SetWhole(root, rest);
     return true;
   }
   return false;
@@ -80,7 +109,7 @@ bool ReadRootFromStartUpFile(const char* home, ZuText& root) {
 bool ConfigFile::getPlatformConfigPath(char* out, int size) {
   ZuText root;
   if (!FindRoot(root)) {
-    root = kDefaultRoot;
+    SetWhole(root, kDefaultRoot);
   } else {
     const unsigned long length = root.GetSize();
     if (length > 0 && root.GetText()[length - 1] == '/') {
@@ -96,36 +125,27 @@ bool ConfigFile::getPlatformConfigPath(char* out, int size) {
 }
 
 bool ConfigFile::buildConfigPath(const char* name, ZuText& out) {
-  ZuText directory = ConfigDirectory<255>();
+  const ZuText directory = ConfigDirectory<255>();
   if (directory.GetSize() == 0) {
     return false;
   }
   // `name` may lie in `out`.
-  directory += name;
-  return out.SetEqualTo(directory) == directory.GetDataSize();
+  const ZuText path = Joined(directory, name);
+  return out.SetEqualTo(path) == path.GetDataSize();
 }
 
 ZuText ConfigFile::buildConfigPath(const ZuText& name) {
-  ZuText path = ConfigDirectory<1024>();
-  if (path.GetSize() > 0) {
-    path += name;
-  }
-  return path;
+  const ZuText directory = ConfigDirectory<1024>();
+  return directory.GetSize() > 0 ? Joined(directory, name.GetTextEx()) : ZuText();
 }
 
-ZuText ConfigFile::buildPath(const ZuText& dir) {
-  ZuText path = ConfigDirectory<255>();
-  path.ReplaceOccurrence("Configuration", dir, 1, true);
-  return path;
-}
+ZuText ConfigFile::buildPath(const ZuText& dir) { return Sibling("Configuration", dir, true); }
 
 ZuText ConfigFile::buildMiscFilesPath(const ZuText& name) {
-  ZuText path = ConfigDirectory<255>();
-  if (path.GetSize() > 0) {
-    path.ReplaceOccurrence("configuration", "MiscFiles", 1, false);
-    path += name;
-  }
-  return path;
+  ZuText miscFiles;
+  SetWhole(miscFiles, "MiscFiles");
+  const ZuText directory = Sibling("configuration", miscFiles, false);
+  return directory.GetSize() > 0 ? Joined(directory, name.GetTextEx()) : ZuText();
 }
 
 }  // namespace quenlatrix::config_file

@@ -6,10 +6,12 @@
 #include <string_view>
 
 #include "os/event_log.h"
+#include "text/whole_text.h"
 
 namespace quenlatrix::meta_object {
 
 using config_file::ConfigFile;
+using text::SetWhole;
 using Stanza = ConfigFile::Stanza;
 
 namespace {
@@ -43,7 +45,7 @@ void ReadAttribute(Stanza& stanza, const collect::Attribute& attribute, Handler:
   const std::string_view key = attribute.key.GetTextEx();
   for (const TextKey& row : kTextKeys) {
     if (key == row.key) {
-      entry.*row.text = attribute.value;
+      SetWhole(entry.*row.text, attribute.value);
       return;
     }
   }
@@ -59,7 +61,7 @@ void ReadAttribute(Stanza& stanza, const collect::Attribute& attribute, Handler:
 
 std::unique_ptr<Handler::EnumInfo> ReadEntry(Stanza& stanza) {
   auto entry = std::make_unique<Handler::EnumInfo>();
-  entry->handlerName = stanza.getStanzaName();
+  SetWhole(entry->handlerName, stanza.getStanzaName());
   const unsigned long count = stanza.getNumberOfAttributes();
   for (unsigned long i = 0; i < count; ++i) {
     collect::Attribute attribute;
@@ -74,7 +76,11 @@ std::unique_ptr<Handler::EnumInfo> ReadEntry(Stanza& stanza) {
 void Handler::EnumInfo::AddHandlerAttribute(const char* handlerName, const char* key,
                                             const char* value) {
   if (key != nullptr && value != nullptr) {
-    attributes.push_back(std::make_unique<Attribute>(handlerName, key, value));
+    auto added = std::make_unique<Attribute>(ZuText(), ZuText(), ZuText());
+    SetWhole(added->handlerName, handlerName);
+    SetWhole(added->key, key);
+    SetWhole(added->value, value);
+    attributes.push_back(std::move(added));
   }
 }
 
@@ -92,15 +98,16 @@ const char* Handler::EnumInfo::GetHandlerAttrbiute(const char* key) const {
 
 Handler::EnumInfo* Handler::EnumInfo::CloneHandlerInfo() const {
   auto clone = std::make_unique<EnumInfo>();
-  clone->shortName = shortName;
-  clone->handlerName = handlerName;
-  clone->description = description;
-  clone->serverPath = serverPath;
+  SetWhole(clone->shortName, shortName);
+  SetWhole(clone->handlerName, handlerName);
+  SetWhole(clone->description, description);
+  SetWhole(clone->serverPath, serverPath);
   clone->supportsScanning = supportsScanning;
   clone->loadHandler = loadHandler;
   for (const std::unique_ptr<Attribute>& attribute : attributes) {
     if (attribute != nullptr) {
-      clone->attributes.push_back(std::make_unique<Attribute>(*attribute));
+      clone->AddHandlerAttribute(attribute->handlerName.GetTextEx(), attribute->key.GetTextEx(),
+                                 attribute->value.GetTextEx());
     }
   }
   return clone.release();
@@ -146,6 +153,7 @@ bool Handler::Enum::LoadRegistryEntries() {
   if (!ConfigFile::buildConfigPath(GetRegistryName(), path)) {
     return false;
   }
+  Entries read;
   configFile = std::make_unique<ConfigFile>(path.GetTextEx(), kDirectoryName);
   if (!configFile->parseConfigFile()) {
     return true;
@@ -153,9 +161,10 @@ bool Handler::Enum::LoadRegistryEntries() {
   ZuText name;
   for (bool more = configFile->getFirstStanza(name); more; more = configFile->getNextStanza(name)) {
     if (Stanza* stanza = configFile->getStanza(name)) {
-      entries.push_back(ReadEntry(*stanza));
+      read.push_back(ReadEntry(*stanza));
     }
   }
+  entries.swap(read);
   return true;
 }
 

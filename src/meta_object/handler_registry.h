@@ -65,7 +65,7 @@ class Handler::Enum {
 
   // Reads the file anew. A handler that it switches off is reported by two events. False, with no
   // entries, when there is no path to the file; a file that can't be read or is invalid gives no
-  // entries and true.
+  // entries and true. Throws std::bad_alloc, with no entries, when memory runs out.
   bool LoadRegistryEntries();
   // Deletes the entries.
   void ResetObjectHandlerEnum();

@@ -236,7 +236,12 @@ bool OpenSystemEventLog(const char* path, const char* ident) {
   }
   const bool toFile = path != nullptr && *path != '\0';
   EvtLogFileName = toFile ? path : "";
-  EvtLogFile = toFile ? OpenStream(EvtLogFileName.GetTextEx()) : stdout;
+  if (!toFile) {
+    EvtLogFile = stdout;
+  } else if (strcmp(EvtLogFileName.GetTextEx(), path) == 0) {
+    EvtLogFile = OpenStream(path);
+  }
+  // Else memory has cut the path, which then names another file.
   return EvtLogFile != nullptr;
 }
 
