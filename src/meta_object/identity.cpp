@@ -59,12 +59,16 @@ Identity::Identity(const Identity& other)
 
 Identity& Identity::operator=(const Identity& other) {
   Identity copy(other);
-  identity.swap(copy.identity);
-  handler.swap(copy.handler);
-  handlerData.swap(copy.handlerData);
-  core.swap(copy.core);
-  attributes.swap(copy.attributes);
+  Swap(copy);
   return *this;
+}
+
+void Identity::Swap(Identity& other) noexcept {
+  identity.swap(other.identity);
+  handler.swap(other.handler);
+  handlerData.swap(other.handlerData);
+  core.swap(other.core);
+  attributes.swap(other.attributes);
 }
 
 // Both by way of a copy: the text may be one of this object's own.
@@ -73,12 +77,11 @@ void Identity::SetIdentity(const char* text) { Take(text == nullptr ? "" : text)
 void Identity::SetIdentity(const std::string& text) { Take(text); }
 
 void Identity::Take(std::string text) {
-  if (text.empty()) {
-    Clear();
-    return;
-  }
-  identity = std::move(text);
-  ParseIdentity();
+  // Apart: memory that runs out leaves this object as it was.
+  Identity taken;
+  taken.identity = std::move(text);
+  taken.ParseIdentity();
+  Swap(taken);
 }
 
 bool Identity::ParseIdentity() {

@@ -99,6 +99,7 @@ class Identity {
   std::vector<std::unique_ptr<Attribute>> attributes;
 
  private:
+  void Swap(Identity& other) noexcept;
   void Take(std::string text);
   void ClearParts();
   void ParseAttributes(std::string_view items);

@@ -62,7 +62,12 @@ unsigned long ZuText::MakeRoom(unsigned long times, unsigned long growth) {
 // that what is written stays behind what is still to be read.
 void ZuText::ReplaceMatches(const ZuText& searched, const ZuText& find, const ZuText& repl) {
   if (Holds(find.GetText()) || Holds(repl.GetText())) {
-    ReplaceMatches(searched, ZuText(find), ZuText(repl));
+    ZuText replacement;
+    replacement = repl;
+    // One that there is no memory for would delete what it is to replace.
+    if (replacement.GetDataSize() == repl.GetDataSize()) {
+      ReplaceMatches(searched, ZuText(find), replacement);
+    }
     return;
   }
   const unsigned long findLength = std::strlen(find.GetTextEx());
