@@ -145,22 +145,23 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
   if (!host) return ExitStatus::NothingToRunOn;
   HeldValues names;
   Session session(*host, names, reporter.GetStyle());
-  const std::string name = words[0] == "-" ? "line " : words[0] + ":";
+  // What standard input has next may take its time.
+  const bool mayWait = words[0] == "-";
+  const std::string name = mayWait ? "line " : words[0] + ":";
   std::size_t number = 0;
-  reporter.GetProgress().Begin(words[0]);
+  reporter.GetProgress().Begin(mayWait ? "" : words[0]);
   const auto sink = [&](std::string_view line, const Report* report) {
     if (report == nullptr) {
       reporter.WriteLine(line);
       const std::string origin = name + std::to_string(++number);
+      if (!IsStatement(line)) return;
       reporter.GetProgress().Continue(origin + ": " + std::string(line), session.GetElements());
     } else {
       reporter.Write(*report, name + std::to_string(number));
-      // What standard input has next may take its time.
-      if (words[0] == "-") reporter.GetProgress().Continue({});
+      if (mayWait) reporter.GetProgress().Continue({});
     }
   };
-  const ExitStatus status =
-      RunScript(words[0] == "-" ? std::cin : file, options.keepGoing, session, sink);
+  const ExitStatus status = RunScript(mayWait ? std::cin : file, options.keepGoing, session, sink);
   return status == ExitStatus::Done && reporter.IsBroken() ? ExitStatus::Failed : status;
 }
 

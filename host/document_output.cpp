@@ -1,6 +1,7 @@
 #include "host/document_output.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -50,5 +51,11 @@ bool DocumentOutput::Write(std::string_view text) {
 }
 
 bool DocumentOutput::IsTerminal() const { return isatty(descriptor) == 1; }
+
+bool DocumentOutput::MayBeSeen() const {
+  struct stat state = {};
+  return IsTerminal() || fstat(descriptor, &state) != 0 || S_ISFIFO(state.st_mode) ||
+         S_ISSOCK(state.st_mode);
+}
 
 }  // namespace quenlatrix::host

@@ -24,6 +24,8 @@ class DocumentOutput {
   bool Write(std::string_view text);
   // Whether standard output is a terminal.
   bool IsTerminal() const;
+  // Whether what is written may come to be seen on a terminal: a pipe can lead there, too.
+  bool MayBeSeen() const;
 
  private:
   int descriptor = -1;

@@ -65,7 +65,11 @@ void ProgressLine::Tick() {
   const MonitorLock lock(monitor);
   while (!isClosing) {
     monitor.WaitFor(kTurn);
-    if (!what.empty() && Clock::now() - begin >= kSilence) Show();
+    if (what.empty()) {
+      Wipe();
+    } else if (Clock::now() - begin >= kSilence) {
+      Show();
+    }
   }
 }
 

@@ -44,7 +44,7 @@ void Reporter::WriteError(const std::string& text) {
 
 void Reporter::Put(const std::string& text) {
   if (isBroken || text.empty()) return;
-  progress.Hide();
+  if (output.MayBeSeen()) progress.Hide();
   if (output.Write(text)) return;
   isBroken = true;
   WriteError(std::string("standard output takes no more: ") + std::strerror(errno));
