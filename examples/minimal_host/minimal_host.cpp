@@ -101,8 +101,9 @@ static void Call(Handler& handler, const char* name, std::list<type::Object*> pa
   MethodType kind = MethodType::Invoke;
   info::MethodInfo* method = nullptr;
   Expect(handler.BuildMethodID(id, name, kind, &types, false) == kSuccess &&
+             id.getWCharPtr() != nullptr &&
              handler.GetMethodInfo(id, info::kMethodReturnType, method, 0) == kSuccess,
-         std::string("no such method: ") + name);
+         std::string("no such method: ") + name);  // an unknown one leaves the identifier empty
   context::MethodCallContext call;
   MethodInvokeStatus status;
   type::Object* result = nullptr;
