@@ -143,6 +143,7 @@ void FailureSweep::Sweep(const Scenario& scenario) {
     Reload();
     const Outcome whole = Run(scenario, fault, kNever);
     calls += whole.calls;
+    ASSERT_FALSE(whole.text.starts_with("failed")) << "unhindered: " << whole.text;
     EXPECT_EQ(whole.again, whole.text);
     const std::regex promised(scenario.promised(whole.text));
     for (int faultAt = 0; faultAt < whole.calls; ++faultAt) {

@@ -236,13 +236,16 @@ struct CallCase {
   std::string returnType;
   std::vector<std::pair<std::string, std::wstring>> params;
   std::string promised = {};
+  std::string thrown = {};  // what the bean throws, whose text is all that comes of the call
 };
 
 Scenario Calling(const CallCase& c) {
   return {c.method + " " + c.returnType,
           [c](FailureSweep& sweep) -> Action {
             return [c, &bean = sweep.Make("beans." + c.bean)] {
-              return CallText(bean, c.method, c.returnType, ValuesOf(c.params));
+              const std::string text = CallText(bean, c.method, c.returnType, ValuesOf(c.params));
+              const bool hasThrown = text == "failed: failed: Java Exception: " + c.thrown;
+              return hasThrown ? c.thrown : text;
             };
           },
           Promised(c.promised)};
@@ -281,8 +284,18 @@ TEST_F(FailureSweep, ScalarsAndObjectsArePassed) {
       {"ObjectTaker", "takesForty", "int", {40, {string, L"a"}}},
       {"ObjectReturner", "next", "beans.ObjectReturner", {}, "null"},
       {"ObjectReturner", "textAsObject", "java.lang.Object", {}, "null"},
-      {"ThrowingMethods", "unchecked", "void", {}},
-      {"ThrowingMethods", "checked", "int", {{string, L"a"}}},
+      {"ThrowingMethods",
+       "unchecked",
+       "void",
+       {},
+       "",
+       "java.lang.IllegalArgumentException: unchecked"},
+      {"ThrowingMethods",
+       "checked",
+       "int",
+       {{string, L"a"}},
+       "",
+       "beans.ThrowingMethods$CheckedException: a"},
   };
   for (const CallCase& c : others) Sweep(Calling(c));
 }
