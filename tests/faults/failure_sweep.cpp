@@ -21,24 +21,24 @@ void LoseAll(Table& table) {
 
 // Every entry that the plug-in calls and that can fail, as a VM fails that throws for each.
 void LoseAny(Table& table) {
-  LoseAll<true, &Table::FindClass, &Table::GetMethodID, &Table::GetStaticMethodID,
+  LoseAll<true, &Table::FindClass, &Table::GetMethodID, &Table::ToReflectedMethod,
           &Table::NewObjectV, &Table::NewObjectA, &Table::NewStringUTF, &Table::GetStringUTFChars,
           &Table::NewGlobalRef, &Table::NewLocalRef, &Table::PushLocalFrame,
           &Table::EnsureLocalCapacity, &Table::CallObjectMethodV, &Table::CallObjectMethodA,
-          &Table::CallStaticObjectMethodV, &Table::CallBooleanMethodV, &Table::CallBooleanMethodA,
-          &Table::CallByteMethodA, &Table::CallCharMethodA, &Table::CallShortMethodA,
-          &Table::CallIntMethodV, &Table::CallIntMethodA, &Table::CallLongMethodA,
-          &Table::CallFloatMethodA, &Table::CallDoubleMethodA, &Table::CallVoidMethodV,
-          &Table::CallVoidMethodA, &Table::NewObjectArray, &Table::GetObjectArrayElement,
-          &Table::SetObjectArrayElement, &Table::NewBooleanArray, &Table::NewByteArray,
-          &Table::NewCharArray, &Table::NewShortArray, &Table::NewIntArray, &Table::NewLongArray,
-          &Table::NewFloatArray, &Table::NewDoubleArray, &Table::GetIntArrayElements,
-          &Table::GetBooleanArrayRegion, &Table::GetByteArrayRegion, &Table::GetCharArrayRegion,
-          &Table::GetShortArrayRegion, &Table::GetIntArrayRegion, &Table::GetLongArrayRegion,
-          &Table::GetFloatArrayRegion, &Table::GetDoubleArrayRegion, &Table::SetBooleanArrayRegion,
-          &Table::SetByteArrayRegion, &Table::SetCharArrayRegion, &Table::SetShortArrayRegion,
-          &Table::SetIntArrayRegion, &Table::SetLongArrayRegion, &Table::SetFloatArrayRegion,
-          &Table::SetDoubleArrayRegion>(table);
+          &Table::CallBooleanMethodV, &Table::CallBooleanMethodA, &Table::CallByteMethodA,
+          &Table::CallCharMethodA, &Table::CallShortMethodA, &Table::CallIntMethodV,
+          &Table::CallIntMethodA, &Table::CallLongMethodA, &Table::CallFloatMethodA,
+          &Table::CallDoubleMethodA, &Table::CallVoidMethodV, &Table::CallVoidMethodA,
+          &Table::NewObjectArray, &Table::GetObjectArrayElement, &Table::SetObjectArrayElement,
+          &Table::NewBooleanArray, &Table::NewByteArray, &Table::NewCharArray,
+          &Table::NewShortArray, &Table::NewIntArray, &Table::NewLongArray, &Table::NewFloatArray,
+          &Table::NewDoubleArray, &Table::GetIntArrayElements, &Table::GetBooleanArrayRegion,
+          &Table::GetByteArrayRegion, &Table::GetCharArrayRegion, &Table::GetShortArrayRegion,
+          &Table::GetIntArrayRegion, &Table::GetLongArrayRegion, &Table::GetFloatArrayRegion,
+          &Table::GetDoubleArrayRegion, &Table::SetBooleanArrayRegion, &Table::SetByteArrayRegion,
+          &Table::SetCharArrayRegion, &Table::SetShortArrayRegion, &Table::SetIntArrayRegion,
+          &Table::SetLongArrayRegion, &Table::SetFloatArrayRegion, &Table::SetDoubleArrayRegion>(
+      table);
 }
 
 // Those for which many a VM throws nothing.

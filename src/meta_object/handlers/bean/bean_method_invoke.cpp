@@ -19,9 +19,44 @@ namespace quenlatrix::meta_object::handlers::bean {
 
 namespace {
 
-constexpr char kRootClass[] = "java.lang.Object";
+constexpr std::wstring_view kRootClass = L"java.lang.Object";
 // Only the VM's own class loaders define such classes, so every class loader sees the same ones.
-constexpr char kPlatformPackages[] = "java.";
+constexpr std::wstring_view kPlatformPackages = L"java.";
+
+// What the name alone tells of a parameter's class.
+class NamedClass {
+ public:
+  explicit NamedClass(const type::Object& param) {
+    const TypeDesc& desc = param.GetMetaItemType();
+    WideString description;
+    const wchar_t* element = desc.typeName.getWCharPtr();
+    if (desc.arrayInfo != nullptr) {
+      param.GetDesc(description);
+      element = description.getWCharPtr();
+    }
+    const std::wstring_view name(element == nullptr ? L"" : element);
+    const bool isPrimitiveArray = desc.arrayInfo != nullptr && FindPrimitive(element) != nullptr;
+    takesAll = isPrimitiveArray || FindTextClass(element) != nullptr || name == kRootClass;
+    const NarrowText narrow(element);
+    if (takesAll || !name.starts_with(kPlatformPackages) || !narrow.IsAscii()) {
+      return;
+    }
+    slashName = narrow.Get();
+    dotsToSlashes(slashName.data());
+    if (desc.arrayInfo != nullptr) {
+      slashName = std::string(desc.arrayInfo->dimensions.size(), '[') + "L" + slashName + ";";
+    }
+  }
+
+  // Is every object that was made for such a parameter one of the class?
+  bool TakesAll() const { return takesAll; }
+  // In slash form, where every class loader sees the same class; null for any other.
+  const char* Platform() const { return slashName.empty() ? nullptr : slashName.c_str(); }
+
+ private:
+  bool takesAll = false;
+  std::string slashName;
+};
 
 // "<init>" would run a constructor on an instance that exists.
 bool IsMethodName(const char* name) { return *name != '<'; }
@@ -121,7 +156,7 @@ bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature,
     return false;
   }
   const jmethodID method = FindMethod(bareName, signature);
-  if (method == nullptr || !ArgumentsFit(arguments)) {
+  if (method == nullptr || !ArgumentsFit(method, arguments)) {
     return false;
   }
   const jvalue value = callJavaMethod(returnNumber, env, object, method, arguments.Get());
@@ -154,64 +189,34 @@ jmethodID CBeanMethodInvoke::FindMethod(const BareName& bareName, JavaSignature&
   return FindJavaMethod(env, cls.Get(), name.Get(), code.Get());
 }
 
-bool CBeanMethodInvoke::ArgumentsFit(Arguments& arguments) {
-  std::size_t index = 0;
+bool CBeanMethodInvoke::ArgumentsFit(jmethodID method, Arguments& arguments) {
+  LocalRef<jobjectArray> classes;  // asked for once one of them is needed
+  jsize index = -1;
   for (const type::Object* param : params) {
-    const Arguments::Kind kind = arguments.KindOf(index);
-    const jobject argument =
-        kind == Arguments::Kind::kPrimitive ? nullptr : arguments.Value(index).l;
-    ++index;
+    const auto place = static_cast<std::size_t>(++index);
+    const Arguments::Kind kind = arguments.KindOf(place);
     // A single value's own reference was made of the very class.
     const bool isSurelyOfItsClass =
-        kind == Arguments::Kind::kLocalReference && param->GetMetaItemType().arrayInfo == nullptr;
-    if (argument != nullptr && !isSurelyOfItsClass && !ArgumentFits(*param, argument)) {
+        kind == Arguments::Kind::kPrimitive ||
+        (kind == Arguments::Kind::kLocalReference && param->GetMetaItemType().arrayInfo == nullptr);
+    const jobject argument = isSurelyOfItsClass ? nullptr : arguments.Value(place).l;
+    if (argument == nullptr) {
+      continue;
+    }
+    const NamedClass named(*param);
+    if (named.TakesAll()) {
+      continue;
+    }
+    if (named.Platform() == nullptr && !classes) {
+      classes = FindParameterClasses(env, object, method);
+    }
+    const auto cls = named.Platform() != nullptr ? FindJavaClass(env, named.Platform())
+                                                 : FindElementClass(env, classes.Get(), index);
+    if (!cls || env->IsInstanceOf(argument, cls.Get()) != JNI_TRUE) {
       return false;
     }
   }
   return true;
-}
-
-bool CBeanMethodInvoke::ArgumentFits(const type::Object& param, jobject argument) {
-  const TypeDesc& desc = param.GetMetaItemType();
-  WideString description;
-  const wchar_t* elementName = desc.typeName.getWCharPtr();
-  std::string name;
-  if (desc.arrayInfo != nullptr) {
-    param.GetDesc(description);
-    elementName = description.getWCharPtr();
-    if (FindPrimitive(elementName) != nullptr) {
-      return true;
-    }
-    name.append(desc.arrayInfo->dimensions.size(), '[').append("L");
-  }
-  if (FindTextClass(elementName) != nullptr) {
-    return true;
-  }
-  const NarrowText narrow(elementName);
-  if (narrow.Get() == nullptr) {
-    return false;
-  }
-  if (std::strcmp(narrow.Get(), kRootClass) == 0) {
-    return true;
-  }
-  const bool isPlatformClass =
-      std::strncmp(narrow.Get(), kPlatformPackages, std::strlen(kPlatformPackages)) == 0;
-  name += narrow.Get();
-  if (desc.arrayInfo != nullptr) {
-    name += ';';
-  }
-  if (isPlatformClass) {
-    std::replace(name.begin(), name.end(), '.', '/');
-  } else {
-    std::replace(name.begin(), name.end(), '/', '.');
-  }
-  const JavaUtf8 text(name.c_str());
-  if (text.Get() == nullptr) {
-    return false;
-  }
-  const auto cls = isPlatformClass ? FindJavaClass(env, text.Get())
-                                   : FindJavaClassSeenBy(env, object, text.Get());
-  return cls && env->IsInstanceOf(argument, cls.Get()) == JNI_TRUE;
 }
 
 bool CBeanMethodInvoke::TranslateOutParams(jvalue* values) {

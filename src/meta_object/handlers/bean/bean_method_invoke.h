@@ -97,10 +97,10 @@ class CBeanMethodInvoke {
   bool Call(const BareName& bareName, JavaSignature& signature, int returnNumber,
             Arguments& arguments, type::Object** result, WideString& exceptionText);
   jmethodID FindMethod(const BareName& bareName, JavaSignature& signature);
-  // Is every object among the arguments an instance of its parameter's class, as the receiver's
-  // class loader sees it? The VM trusts its caller here, so a wrong object would corrupt memory.
-  bool ArgumentsFit(Arguments& arguments);
-  bool ArgumentFits(const type::Object& param, jobject argument);
+  // Is every object among the arguments an instance of its parameter's class, as the class loader
+  // of the class that declares the method knows it? The VM trusts its caller here, so a wrong
+  // object would corrupt memory.
+  bool ArgumentsFit(jmethodID method, Arguments& arguments);
   // The type name of a call's result without what stands before its last blank; lent.
   const wchar_t* ReturnTypeName() const;
 

@@ -44,37 +44,28 @@ jmethodID FindJavaMethod(JNIEnv* env, jclass cls, const char* name, const char* 
   return Checked(env, env->GetMethodID(cls, name, signature));
 }
 
-jmethodID FindJavaStaticMethod(JNIEnv* env, jclass cls, const char* name, const char* signature) {
-  return Checked(env, env->GetStaticMethodID(cls, name, signature));
+LocalRef<jobjectArray> FindParameterClasses(JNIEnv* env, jobject receiver, jmethodID method) {
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(receiver));
+  if (!cls) {
+    return {};
+  }
+  const auto reflected =
+      CheckedResult<jobject>(env, env->ToReflectedMethod(cls.Get(), method, JNI_FALSE));
+  const auto methodClass =
+      LocalRef<jclass>::Adopt(env, reflected ? env->GetObjectClass(reflected.Get()) : nullptr);
+  const jmethodID getTypes =
+      methodClass
+          ? FindJavaMethod(env, methodClass.Get(), "getParameterTypes", "()[Ljava/lang/Class;")
+          : nullptr;
+  return getTypes == nullptr
+             ? LocalRef<jobjectArray>()
+             : CheckedResult<jobjectArray>(env, env->CallObjectMethod(reflected.Get(), getTypes));
 }
 
-LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, const char* dottedName) {
-  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(receiver));
-  const auto classClass =
-      LocalRef<jclass>::Adopt(env, cls ? env->GetObjectClass(cls.Get()) : nullptr);
-  if (!classClass) {
-    return {};
-  }
-  const jmethodID getClassLoader =
-      FindJavaMethod(env, classClass.Get(), "getClassLoader", "()Ljava/lang/ClassLoader;");
-  const jmethodID forName =
-      FindJavaStaticMethod(env, classClass.Get(), "forName",
-                           "(Ljava/lang/String;ZLjava/lang/ClassLoader;)Ljava/lang/Class;");
-  if (getClassLoader == nullptr || forName == nullptr) {
-    return {};
-  }
-  const auto name = CheckedResult<jstring>(env, env->NewStringUTF(dottedName));
-  if (!name) {
-    return {};
-  }
-  const auto loader =
-      LocalRef<jobject>::Adopt(env, env->CallObjectMethod(cls.Get(), getClassLoader));
-  if (IsJavaExceptionHappened(env, nullptr)) {
-    return {};
-  }
-  return CheckedResult<jclass>(
-      env, env->CallStaticObjectMethod(classClass.Get(), forName, name.Get(),
-                                       static_cast<jboolean>(JNI_FALSE), loader.Get()));
+LocalRef<jclass> FindElementClass(JNIEnv* env, jobjectArray classes, jsize index) {
+  return classes == nullptr
+             ? LocalRef<jclass>()
+             : CheckedResult<jclass>(env, env->GetObjectArrayElement(classes, index));
 }
 
 LocalRef<jobject> NewJavaObject(JNIEnv* env, jclass cls, jmethodID constructor,

@@ -15,12 +15,12 @@ LocalRef<jclass> FindJavaClass(JNIEnv* env, const char* slashName);
 // The instance method of that name and JNI signature.
 jmethodID FindJavaMethod(JNIEnv* env, jclass cls, const char* name, const char* signature);
 
-// The static method of that name and JNI signature.
-jmethodID FindJavaStaticMethod(JNIEnv* env, jclass cls, const char* name, const char* signature);
+// The classes of an instance method's parameters, as the class that declares it knows them: a
+// loader of a derived class may know others by the same names.
+LocalRef<jobjectArray> FindParameterClasses(JNIEnv* env, jobject receiver, jmethodID method);
 
-// The class named `dottedName` (Class.getName() form, "[Ljava.util.List;" for arrays) as the class
-// loader of `receiver`'s class sees it. The class is not initialised.
-LocalRef<jclass> FindJavaClassSeenBy(JNIEnv* env, jobject receiver, const char* dottedName);
+// The class at that place of such an array; null also for a null array.
+LocalRef<jclass> FindElementClass(JNIEnv* env, jobjectArray classes, jsize index);
 
 // A new object. Null, with nothing pending, when the constructor threw or the VM has no memory.
 LocalRef<jobject> NewJavaObject(JNIEnv* env, jclass cls, jmethodID constructor,

@@ -185,6 +185,82 @@ TEST_F(InvocationTest, AWrongObjectIsRefusedBeforeTheCall) {
             "refused");
 }
 
+// Two classes of one name are two classes, whichever was asked about first.
+TEST_F(InvocationTest, AnObjectIsOfTheClassThatTheMethodsOwnLoaderKnows) {
+  Handler& trick = Make("beans.LoaderTrick");
+  const auto alone = [&](const wchar_t* name, const wchar_t* own) {
+    return Call(trick, "alone", "java.lang.Object",
+                ValuesOf({{"java.lang.String", name}, {"java.lang.String", own}}));
+  };
+  const auto pointBeside = [&](const CallOutcome& other) {
+    return Call(trick, "beside", "java.lang.Object",
+                ValuesOf(HoldObject(*other.Object(), "java.lang.Object"),
+                         MakeValue("java.lang.String", L"beans.Point")));
+  };
+  const CallOutcome foreign = alone(L"beans.ObjectTaker", L"beans.*");
+  const CallOutcome foreignPoint = pointBeside(foreign);
+  // What it inherits takes the points of its base class's loader.
+  const CallOutcome heir = alone(L"beans.LoaderTrick$Heir", L"beans.(LoaderTrick.Heir|Point)");
+  const CallOutcome heirsPoint = pointBeside(heir);
+  Handler& taker = Make("beans.ObjectTaker");
+  Handler& point = Make("beans.Point");
+  const struct {
+    Handler& taker;
+    Handler& point;
+    std::string answer;
+  } cases[] = {{*foreign.Object(), *foreignPoint.Object(), "Int 0"},
+               {*foreign.Object(), point, kFailed},
+               {taker, *foreignPoint.Object(), kFailed},
+               {taker, point, "Int 0"},
+               {*heir.Object(), *heirsPoint.Object(), kFailed},
+               {*heir.Object(), point, "Int 0"}};
+  for (int i = 0; i < 2; ++i) {
+    for (const auto& c : cases) {
+      const auto number = std::to_string(&c - cases);
+      EXPECT_EQ(Answer(c.taker, "takesPoint", "int", ValuesOf(HoldObject(c.point, "beans.Point"))),
+                c.answer)
+          << number;
+      EXPECT_EQ(Answer(c.taker, "takesPoints", "int", ValuesOf(HoldAlone(c.point, "beans.Point"))),
+                c.answer)
+          << number;
+    }
+  }
+}
+
+TEST_F(InvocationTest, NamesakesOfTwoLoadersHaveTheirOwnMethods) {
+  Handler& point = Make("beans.Point");
+  const CallOutcome namesake = Call(Make("beans.LoaderTrick"), "namesake", "java.lang.Object",
+                                    ValuesOf({{"java.lang.String", L"beans.Point"}}));
+  ASSERT_NE(namesake.Object(), nullptr);
+  for (int i = 0; i < 2; ++i) {
+    for (Handler* handler : {&point, namesake.Object()}) {
+      const bool isPoint = handler == &point;
+      EXPECT_EQ(Answer(*handler, "getX", "int"), isPoint ? "Int 0" : kFailed);
+      host.cache.clear();
+      EXPECT_EQ(handler->OpenIntrospect("JAVABEAN://beans.Point"), status::kSuccess);
+      EXPECT_EQ(handler->GetMethodCount() > 0, isPoint);
+      EXPECT_EQ(handler->CloseIntrospect(), status::kSuccess);
+    }
+  }
+}
+
+TEST_F(InvocationTest, NothingIsKeptThatKeepsAClassFromBeingUnloaded) {
+  Handler& trick = Make("beans.LoaderTrick");
+  {
+    const CallOutcome taker = Call(
+        trick, "alone", "java.lang.Object",
+        ValuesOf({{"java.lang.String", L"beans.ObjectTaker"}, {"java.lang.String", L"beans.*"}}));
+    Handler& foreign = *taker.Object();
+    const Values self = ValuesOf(HoldObject(foreign, "beans.ObjectTaker"));
+    EXPECT_EQ(Answer(foreign, "takesPoint", "int", self), kFailed);
+    self[0]->ReleaseItem();
+    EXPECT_EQ(foreign.OpenIntrospect("JAVABEAN://beans.ObjectTaker"), status::kSuccess);
+    EXPECT_EQ(foreign.CloseIntrospect(), status::kSuccess);
+    EXPECT_EQ(Answer(trick, "isLastGone", "boolean"), "Bool false") << "while it is in use";
+  }
+  EXPECT_EQ(Answer(trick, "isLastGone", "boolean"), "Bool true");
+}
+
 // Type names whose signature would stand for other parameters than there are values.
 TEST_F(InvocationTest, ATypeNameCannotSmuggleParametersIntoTheSignature) {
   Handler& overloads = Make("beans.Overloads");
