@@ -25,10 +25,14 @@ bool UGuard::Lock(eLockType type) NO_THREAD_SAFETY_ANALYSIS {
 
 bool UGuard::UnLock(eLockType type) NO_THREAD_SAFETY_ANALYSIS {
   std::atomic<std::uint32_t>* const counter = CounterOf(type);
-  if (counter == nullptr || *counter == 0 || --*counter != 0) {
+  if (counter == nullptr || *counter == 0) {
     return false;
   }
-  return mutex.UnLock() == 0;
+  const bool isLast = --*counter == 0;
+  // Of the holds of type 1 only the first one took the mutex, of type 2 each.
+  const bool unlocks = isLast || type == LockType2;
+  const bool isUnlocked = unlocks && mutex.UnLock() == 0;
+  return isLast && isUnlocked;
 }
 
 std::atomic<std::uint32_t>* UGuard::CounterOf(eLockType type) {

@@ -42,6 +42,8 @@ TEST_P(UGuardTest, TypesAreCountedApartAndOthersChangeNothing) {
   EXPECT_FALSE(guard.UnLock(other));
   HoldElsewhere().get();
   EXPECT_TRUE(guard.Lock(UGuard::LockType2));
+  EXPECT_TRUE(guard.Lock(UGuard::LockType2));
+  EXPECT_FALSE(guard.UnLock(UGuard::LockType2));
   EXPECT_TRUE(guard.Lock(UGuard::LockType1));
   EXPECT_TRUE(guard.UnLock(UGuard::LockType1));
   std::future<void> hold = HoldElsewhere();
