@@ -53,24 +53,25 @@ bool CatalogueHandler::IsHandlerAvailable(const char*) const { return true; }
 HandlerStatus CatalogueHandler::CreateObjectImp(const char* identity,
                                                 context::CreateObjectContext*) {
   return NoThrow(status::kObjectNotMade, [&] {
-    objectIdentity.SetIdentity(identity);
-    if (!objectIdentity.IsValid()) {
+    SetIdentity(identity);
+    const meta_object::Identity named(identity);
+    if (!named.IsValid()) {
       return status::kInvalidIdentity;
     }
     info::SecurityInfo security;
     security.firstValue = plugin.info.GetHandlerType();
-    security.secondValue = objectIdentity.handlerData;
+    security.secondValue = named.handlerData;
     if (plugin.environment != nullptr && plugin.environment->checkSecurity != nullptr &&
         !plugin.environment->checkSecurity(&security)) {
       return status::kRefused;
     }
-    return MakeObject(objectIdentity.handlerData) ? status::kSuccess : status::kObjectNotMade;
+    return MakeObject(named.handlerData) ? status::kSuccess : status::kObjectNotMade;
   });
 }
 
 HandlerStatus CatalogueHandler::ReleaseObjectImp() {
   DropObject();
-  objectIdentity.Clear();
+  SetIdentity(nullptr);
   return status::kLastReferenceReleased;
 }
 

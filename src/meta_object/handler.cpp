@@ -19,7 +19,14 @@ HandlerStatus Handler::OnDestructObject() { return handler_status::kSuccess; }
 
 void Handler::SetObjectIdentity(const Identity& identity) {
   // By way of a copy: the identity given may be this object's own.
-  NoThrow([&] { objectIdentity.SetIdentity(std::string(identity.identity)); });
+  NoThrow([&] { SetIdentity(std::string(identity.identity).c_str()); });
+}
+
+void Handler::SetIdentity(const char* text) {
+  const MutexLock lock(objectLock);
+  if (objectIdentity.identity != (text == nullptr ? "" : text)) {
+    objectIdentity.SetIdentity(text);
+  }
 }
 
 bool Handler::IsValidObject() {

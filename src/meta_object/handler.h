@@ -149,9 +149,13 @@ class Handler {
   virtual const info::HandlerInfo* GetHandlerInfo() const = 0;
 
  protected:
+  // Sets the identity's text under the lock; null clears it. An identity of the same text is left
+  // alone. Throws std::bad_alloc, with the identity as it was.
+  void SetIdentity(const char* text);
+
   std::uint32_t referenceCount GUARDED_BY(objectLock) = 1;
   Mutex objectLock;
-  Identity objectIdentity;
+  Identity objectIdentity GUARDED_BY(objectLock);
 };
 
 // A configuration attribute of a handler: a key and its value, from the registry's stanza

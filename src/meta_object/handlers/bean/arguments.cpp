@@ -24,7 +24,7 @@ Arguments::Arguments(JNIEnv* env, std::size_t count) : env(env), count(count) {
 
 Arguments::~Arguments() {
   for (std::size_t i = 0; i < count; ++i) {
-    if (kinds[i] == Kind::kLocalReference) {
+    if (kinds[i] != Kind::kPrimitive) {
       LocalRef<jobject>::Adopt(env, values[i].l).Reset();
     }
   }

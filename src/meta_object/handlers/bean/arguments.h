@@ -15,8 +15,8 @@ class Arguments {
   // What an argument is besides its bits.
   enum class Kind : unsigned char {
     kPrimitive,
-    kLocalReference,  // the call's own
-    kLentReference,   // a handler's, which must never be deleted
+    kMadeObject,  // a local reference to what a conversion made
+    kInstance,    // a local reference to a handler's object
   };
 
   Arguments(JNIEnv* env, std::size_t count);

@@ -26,7 +26,7 @@ HandlerStatus BeanHandler::OpenMethodCall(context::MethodCallContext& context,
   return NoThrow(handler_status::kCallFailed, [&] {
     JavaThread thread;
     thread.StayAttached();
-    context.call = new CBeanMethodInvoke(methodId, thread.Get(), objectRef, true);
+    context.call = new CBeanMethodInvoke(methodId, thread.Get(), Instance(), true);
     return handler_status::kSuccess;
   });
 }

@@ -88,7 +88,7 @@ HandlerStatus BeanHandler::OpenCollection(context::CollectionContext& context) {
   return NoThrow(handler_status::kNoCollection, [&] {
     JavaThread thread;
     auto walk = std::make_unique<JCollection>();
-    walk->SetCollection(objectRef, thread.Get());
+    walk->SetCollection(Instance(), thread.Get());
     if (!walk->Reset()) {
       return handler_status::kNoCollection;
     }
@@ -112,7 +112,7 @@ HandlerStatus BeanHandler::GetNextItems(context::CollectionContext& context, int
     if (!walk.Next(count, elements)) {
       return handler_status::kNoCollection;
     }
-    CBeanMethodInvoke conversion(WideString::empty, walk.GetEnv(), objectRef, false);
+    CBeanMethodInvoke conversion(WideString::empty, walk.GetEnv(), Instance(), false);
     return StatusOf(ConvertElements(elements, conversion, items, delivered));
   });
 }
@@ -122,10 +122,7 @@ HandlerStatus BeanHandler::SkipItems(context::CollectionContext& context, int co
 }
 
 HandlerStatus BeanHandler::GetCollectionSize(context::CollectionContext& context, int& size) {
-  return OnOpenWalk(context, [&size](JCollection& walk) {
-    size = walk.GetSize();
-    return handler_status::kSuccess;
-  });
+  return OnOpenWalk(context, [&size](JCollection& walk) { return StatusOf(walk.GetSize(size)); });
 }
 
 HandlerStatus BeanHandler::CloseCollection(context::CollectionContext& context) {

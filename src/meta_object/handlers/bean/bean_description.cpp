@@ -59,8 +59,8 @@ void AddMethodCounts(const CachedObjectInfo& cls, info::ObjectInfo& info) {
 
 }  // namespace
 
-const CachedObjectInfo* BeanHandler::CachedClass() const {
-  return _pEnvironment == nullptr ? nullptr : _pEnvironment->CacheGetObjectInfo(objectIdentity);
+const CachedObjectInfo* BeanHandler::CachedClass() {
+  return _pEnvironment == nullptr ? nullptr : _pEnvironment->CacheGetObjectInfo(*GetIdentity());
 }
 
 const CachedMethodInfo* BeanHandler::GetMethodCacheEntry(const WideString& methodId) {
@@ -174,7 +174,7 @@ HandlerStatus BeanHandler::GetObjectInfo(info::ObjectInfo*& objectInfo, const ch
                                          bool withDetails) {
   return NoThrow(handler_status::kIntrospectionFailed, [&] {
     auto info = std::make_unique<info::ObjectInfo>();
-    Identity const parsed(identity != nullptr ? identity : objectIdentity.identity.c_str());
+    Identity const parsed(identity != nullptr ? identity : GetIdentity()->identity.c_str());
     char format[kDescriptionFormatSize] = "";
     LoadString(_HandlerInfo->moduleHandle, "%s in CLASSPATH environment", format, sizeof format);
     // On the stack: a text on the heap keeps quiet when it gets no memory.

@@ -21,6 +21,14 @@ BeanHandler::BeanHandler() = default;
 // them as arguments ends here.
 BeanHandler::~BeanHandler() { liveReferences->Remove(objectRef); }
 
+std::shared_ptr<const Identity> BeanHandler::GetIdentity() {
+  const MutexLock lock(objectLock);
+  if (identityCopy == nullptr || identityCopy->identity != objectIdentity.identity) {
+    identityCopy = std::make_shared<const Identity>(objectIdentity);
+  }
+  return identityCopy;
+}
+
 bool BeanHandler::IsHandlerAvailable(const char* objectName) const {
   return NoThrow(false, [objectName] { return IsValidBeanName(objectName); });
 }

@@ -2,7 +2,12 @@
 
 #include <jni.h>
 
+#include <atomic>
+#include <memory>
+#include <string>
+
 #include "meta_object/handler.h"
+#include "meta_object/handlers/bean/live_references.h"
 #include "meta_object/info/cached_method_info.h"
 #include "meta_object/type_desc.h"
 
@@ -20,8 +25,8 @@ class BeanHandler : public Handler {
   ~BeanHandler() override;
 
   // The instance's reference as a jobject; null while nothing is bound.
-  void* GetObjectRef() override { return objectRef; }
-  const void* GetObjectRef() const override { return objectRef; }
+  void* GetObjectRef() override { return objectRef.load(); }
+  const void* GetObjectRef() const override { return objectRef.load(); }
   // True when a jar is registered for the class that the identity text names.
   bool IsHandlerAvailable(const char* objectName) const override;
 
@@ -99,34 +104,52 @@ class BeanHandler : public Handler {
   // The exception check, without a text.
   bool IsJavaExceptionHappened(JNIEnv* env);
 
+  // What is described, and under which identity the host's cache keeps it. Non-owning.
+  struct DescribedClass {
+    jclass cls;  // null where no object is bound: a class without members
+    const Identity& identity;
+  };
   // Describe the class of the bound object into the host's cache. False with the Java exception
   // cleared or pending; entries added before a failure stay.
-  HandlerStatus InitIntrospectionCache(JNIEnv* env, const char* className);
-  bool LoadAccessors(JNIEnv* env, BeanIntrospector& introspector);
-  bool LoadMethods(JNIEnv* env, BeanIntrospector& introspector);
+  HandlerStatus InitIntrospectionCache(JNIEnv* env, const Identity& identity);
+  bool LoadAccessors(JNIEnv* env, BeanIntrospector& introspector, const DescribedClass& described);
+  bool LoadMethods(JNIEnv* env, BeanIntrospector& introspector, const DescribedClass& described);
   // Adds one accessor of a property: `kind` is its bit (1 get, 2 set, 4 is, 8 indexed get, 16
   // indexed set, 32 indexed is). Always true.
-  bool AddAccessorMethod(int kind, const wchar_t* propertyName, const wchar_t* propertyType);
+  bool AddAccessorMethod(int kind, const wchar_t* propertyName, const wchar_t* propertyType,
+                         const Identity& identity);
   // The given parameter name, or "param" and the 1-based number when it is null or empty.
   void GetParamName(int number, const wchar_t* given, WideString& out) const;
-  // Lends the cached entry of a method; null when there is none.
+  // The cached entry of a method, the host's; null when there is none.
   const info::cache::CachedMethodInfo* GetMethodCacheEntry(const WideString& methodId);
 
  protected:
   HandlerStatus CreateObjectImp(const char* identity,
                                 context::CreateObjectContext* context) override;
   HandlerStatus ReleaseObjectImp() override;
-  bool IsValidObjectImp() override { return objectRef != nullptr; }
+  bool IsValidObjectImp() override { return objectRef.load() != nullptr; }
 
  private:
   // Makes the instance: the status of CreateObjectImp once security and identity are settled.
-  HandlerStatus MakeInstance(JNIEnv* env);
+  HandlerStatus MakeInstance(JNIEnv* env, std::string className);
   // The host's record of this object's class; null when there is none.
-  const info::cache::CachedObjectInfo* CachedClass() const;
+  const info::cache::CachedObjectInfo* CachedClass();
+  // The identity as it is now, which another thread may change at any time.
+  std::shared_ptr<const Identity> GetIdentity();
+  // The bound object; nothing while there is none.
+  LiveInstance Instance() const { return {objectRef.load(), serial.load()}; }
+  // Binds the object, whose references the handler takes over; with null it is bound to none. What
+  // was bound before is no longer among the live references, and not deleted.
+  void Bind(jobject object, jclass cls);
 
-  jobject objectRef = nullptr;
-  jclass classRef = nullptr;
+  // Read without a lock. An instance of the one object's reference and another one's serial is none
+  // that lives.
+  std::atomic<jobject> objectRef{nullptr};
+  std::atomic<jclass> classRef{nullptr};
   WideString errorText;
+  std::atomic<std::uint64_t> serial{0};
+  // Made when an operation needs it, of `objectIdentity`.
+  std::shared_ptr<const Identity> identityCopy GUARDED_BY(objectLock);
 };
 
 }  // namespace quenlatrix::meta_object::handlers::bean

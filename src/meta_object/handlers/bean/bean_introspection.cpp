@@ -190,24 +190,25 @@ HandlerStatus BeanHandler::OpenIntrospect(const char* identity) {
       return handler_status::kIntrospectionFailed;
     }
     if (identity != nullptr) {
-      objectIdentity.SetIdentity(identity);
+      SetIdentity(identity);
     }
-    if (!objectIdentity.IsValid()) {
+    const auto described = GetIdentity();
+    if (!described->IsValid()) {
       return handler_status::kInvalidIdentity;
     }
     bool mustIntrospect = false;
     if (_pEnvironment == nullptr ||
-        !_pEnvironment->CacheOpenIntrospect(objectIdentity, mustIntrospect)) {
+        !_pEnvironment->CacheOpenIntrospect(*described, mustIntrospect)) {
       return handler_status::kIntrospectionFailed;
     }
     if (!mustIntrospect) {
       return handler_status::kSuccess;
     }
     HandlerStatus const status = NoThrow(handler_status::kIntrospectionFailed, [&] {
-      return InitIntrospectionCache(thread.Get(), objectIdentity.handlerData.c_str());
+      return InitIntrospectionCache(thread.Get(), *described);
     });
     bool const isDone =
-        _pEnvironment->CacheIntrospectDone(objectIdentity, status == handler_status::kSuccess);
+        _pEnvironment->CacheIntrospectDone(*described, status == handler_status::kSuccess);
     return isDone ? status : handler_status::kIntrospectionFailed;
   });
 }
@@ -215,20 +216,25 @@ HandlerStatus BeanHandler::OpenIntrospect(const char* identity) {
 HandlerStatus BeanHandler::CloseIntrospect() {
   NoThrow([this] {
     if (_pEnvironment != nullptr) {
-      _pEnvironment->CacheCloseIntrospect(objectIdentity);
+      _pEnvironment->CacheCloseIntrospect(*GetIdentity());
     }
   });
   DetachNativeThread();
   return handler_status::kSuccess;
 }
 
-HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const char*) {
+HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const Identity& identity) {
+  const auto instance = liveReferences->Acquire(env, Instance());
+  const auto cls =
+      LocalRef<jclass>::Adopt(env, instance ? env->GetObjectClass(instance.Get()) : nullptr);
+  const DescribedClass described{cls.Get(), identity};
   BeanIntrospector introspector;
   if (!introspector.CreateIntrospector(env)) {
     return handler_status::kIntrospectionFailed;
   }
-  const bool isLoaded = NoThrow(
-      false, [&] { return LoadAccessors(env, introspector) && LoadMethods(env, introspector); });
+  const bool isLoaded = NoThrow(false, [&] {
+    return LoadAccessors(env, introspector, described) && LoadMethods(env, introspector, described);
+  });
   if (!isLoaded) {
     bean::IsJavaExceptionHappened(env, nullptr);
   }
@@ -236,11 +242,12 @@ HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const char*) {
   return isLoaded ? handler_status::kSuccess : handler_status::kIntrospectionFailed;
 }
 
-bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
-  const jint count = introspector.getPropertyCount(env, classRef);
+bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector,
+                                const DescribedClass& described) {
+  const jint count = introspector.getPropertyCount(env, described.cls);
   return WithRows(env, count, [&](Rows rows) {
-    if (introspector.getPropertyInfo(env, classRef, count, rows.names, rows.types, rows.numbers) ==
-        0) {
+    if (introspector.getPropertyInfo(env, described.cls, count, rows.names, rows.types,
+                                     rows.numbers) == 0) {
       return true;
     }
     const IntElements bits(env, rows.numbers);
@@ -255,7 +262,7 @@ bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
       }
       for (const AccessorKind& kind : kAccessorKinds) {
         if ((bits.Get()[i] & kind.bit) != 0) {
-          AddAccessorMethod(kind.bit, name.Get(), type.Get());
+          AddAccessorMethod(kind.bit, name.Get(), type.Get(), described.identity);
         }
       }
     }
@@ -264,7 +271,7 @@ bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector) {
 }
 
 bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
-                                    const wchar_t* propertyType) {
+                                    const wchar_t* propertyType, const Identity& identity) {
   const AccessorKind* const accessor = FindAccessorKind(kind);
   if (accessor == nullptr) {
     return true;
@@ -287,23 +294,24 @@ bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
     method.returnType = type;
   }
   if (_pEnvironment != nullptr) {
-    _pEnvironment->CacheAddMethodInfo(objectIdentity, method);
+    _pEnvironment->CacheAddMethodInfo(identity, method);
   }
   return true;
 }
 
-bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
-  const jint count = introspector.getMethodCount(env, classRef);
+bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector,
+                              const DescribedClass& described) {
+  const jint count = introspector.getMethodCount(env, described.cls);
   return WithRows(env, count, [&](Rows rows) {
-    if (introspector.getMethodInfo(env, classRef, count, rows.names, rows.types, rows.numbers) ==
-        0) {
+    if (introspector.getMethodInfo(env, described.cls, count, rows.names, rows.types,
+                                   rows.numbers) == 0) {
       return true;
     }
     const IntElements indexes(env, rows.numbers);
     if (IsJavaExceptionHappened(env) || (indexes.Get() == nullptr && count > 0)) {
       return false;
     }
-    const ParamReader reader{env, introspector, classRef, rows.stringClass};
+    const ParamReader reader{env, introspector, described.cls, rows.stringClass};
     JavaText name;
     JavaText returnType;
     for (jint i = 0; i < count; ++i) {
@@ -318,7 +326,7 @@ bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector) {
         return false;
       }
       if (_pEnvironment != nullptr) {
-        _pEnvironment->CacheAddMethodInfo(objectIdentity, method);
+        _pEnvironment->CacheAddMethodInfo(described.identity, method);
       }
     }
     return true;

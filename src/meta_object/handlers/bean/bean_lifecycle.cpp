@@ -31,17 +31,17 @@ HandlerStatus BeanHandler::CreateObjectImp(const char* identity,
     if (!CheckSecurity(identity, context)) {
       return handler_status::kRefused;
     }
-    objectIdentity.SetIdentity(identity);
-    if (!objectIdentity.IsValid()) {
+    SetIdentity(identity);
+    const auto named = GetIdentity();
+    if (!named->IsValid()) {
       return handler_status::kInvalidIdentity;
     }
     JavaThread const thread;
-    return thread ? MakeInstance(thread.Get()) : handler_status::kObjectNotMade;
+    return thread ? MakeInstance(thread.Get(), named->handlerData) : handler_status::kObjectNotMade;
   });
 }
 
-HandlerStatus BeanHandler::MakeInstance(JNIEnv* env) {
-  std::string className = objectIdentity.handlerData;
+HandlerStatus BeanHandler::MakeInstance(JNIEnv* env, std::string className) {
   const JavaUtf8 slashName(dotsToSlashes(className.data()));
   if (slashName.Get() == nullptr) {
     return handler_status::kObjectNotMade;
@@ -65,29 +65,30 @@ HandlerStatus BeanHandler::MakeInstance(JNIEnv* env) {
   if (bean::IsJavaExceptionHappened(env, nullptr) || !objectReference) {
     return handler_status::kObjectNotMade;
   }
-  liveReferences->Add(objectReference.Get());
-  classRef = classReference.Release();
-  objectRef = objectReference.Release();
+  Bind(objectReference.Get(), classReference.Get());
+  static_cast<void>(objectReference.Release());
+  static_cast<void>(classReference.Release());
   return handler_status::kSuccess;
 }
 
 HandlerStatus BeanHandler::ReleaseObjectImp() {
   return NoThrow(handler_status::kLastReferenceReleased, [this] {
     JavaThread const thread;
-    liveReferences->Remove(objectRef);
+    const jobject object = objectRef;
+    const jclass cls = classRef;
+    // Nobody acquires the object from here on.
+    Bind(nullptr, nullptr);
     if (thread) {
-      GlobalRef<jobject>::Adopt(thread.Get(), objectRef).Reset();
-      GlobalRef<jclass>::Adopt(thread.Get(), classRef).Reset();
+      GlobalRef<jobject>::Adopt(thread.Get(), object).Reset();
+      GlobalRef<jclass>::Adopt(thread.Get(), cls).Reset();
       orphanedReferences->DeleteAll(thread.Get());
     } else {
-      NoThrow([this] {
-        orphanedReferences->Add(objectRef);
-        orphanedReferences->Add(classRef);
+      NoThrow([&] {
+        orphanedReferences->Add(object);
+        orphanedReferences->Add(cls);
       });
     }
-    objectRef = nullptr;
-    classRef = nullptr;
-    objectIdentity.Clear();
+    SetIdentity(nullptr);
     UnbindObject();
     return handler_status::kLastReferenceReleased;
   });
@@ -104,25 +105,31 @@ HandlerStatus BeanHandler::BindObject(void* object, const char* identity) {
     }
     JNIEnv* const env = thread.Get();
     auto* const instance = static_cast<jobject>(object);
-    objectIdentity.SetIdentity(identity);
+    SetIdentity(identity);
     auto const cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(instance));
     auto classReference = GlobalRef<jclass>::Make(env, cls.Get());
     bean::IsJavaExceptionHappened(env, nullptr);
-    liveReferences->Remove(objectRef);
-    liveReferences->Add(instance);
-    objectRef = instance;
-    classRef = classReference.Release();
+    Bind(instance, classReference.Get());
+    static_cast<void>(classReference.Release());
     return handler_status::kSuccess;
   });
 }
 
 void BeanHandler::UnbindObject() {
   NoThrow([this] {
-    liveReferences->Remove(objectRef);
-    objectRef = nullptr;
-    classRef = nullptr;
-    objectIdentity.Clear();
+    Bind(nullptr, nullptr);
+    SetIdentity(nullptr);
   });
+}
+
+void BeanHandler::Bind(jobject object, jclass cls) {
+  const LiveInstance bound = liveReferences->Add(object);
+  if (objectRef != object) {
+    liveReferences->Remove(objectRef);
+  }
+  serial = bound.serial;
+  classRef = cls;
+  objectRef = object;
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -77,7 +77,8 @@ jvalue callJavaMethod(int number, JNIEnv* env, jobject object, jmethodID method,
   return none;
 }
 
-CBeanMethodInvoke::CBeanMethodInvoke(const WideString& id, JNIEnv* env, jobject object, bool parse)
+CBeanMethodInvoke::CBeanMethodInvoke(const WideString& id, JNIEnv* env, LiveInstance object,
+                                     bool parse)
     : env(env), object(object) {
   if (env != nullptr && parse && id.getWCharPtr() != nullptr) {
     ParseMethodID(id, methodName, methodType, false);
@@ -151,15 +152,16 @@ HandlerStatus CBeanMethodInvoke::InvokeMethod(MethodInvokeStatus& status, type::
 bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature, int returnNumber,
                              Arguments& arguments, type::Object** result,
                              WideString& exceptionText) {
-  // The host may have released the instance since the call was opened.
-  if (!liveReferences->Contains(object)) {
+  // The host may have released the instance since the call was opened, and may do so at any time.
+  const auto receiver = liveReferences->Acquire(env, object);
+  if (!receiver) {
     return false;
   }
-  const jmethodID method = FindMethod(bareName, signature);
-  if (method == nullptr || !ArgumentsFit(method, arguments)) {
+  const jmethodID method = FindMethod(receiver.Get(), bareName, signature);
+  if (method == nullptr || !ArgumentsFit(receiver.Get(), method, arguments)) {
     return false;
   }
-  const jvalue value = callJavaMethod(returnNumber, env, object, method, arguments.Get());
+  const jvalue value = callJavaMethod(returnNumber, env, receiver.Get(), method, arguments.Get());
   const bool hasThrown = bean::IsJavaExceptionHappened(env, &exceptionText);
   const auto reference = LocalRef<jobject>::Adopt(
       env, returnNumber == kReferenceNumber ? value.l : static_cast<jobject>(nullptr));
@@ -170,8 +172,9 @@ bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature,
   return TranslateJavaResult(value, result, returnNumber);
 }
 
-jmethodID CBeanMethodInvoke::FindMethod(const BareName& bareName, JavaSignature& signature) {
-  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(object));
+jmethodID CBeanMethodInvoke::FindMethod(jobject receiver, const BareName& bareName,
+                                        JavaSignature& signature) {
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(receiver));
   if (bean::IsJavaExceptionHappened(env, nullptr) || !cls || !IsMethodName(bareName.Get()) ||
       !(bareName.IsAscii() || HasWholeNarrowForm(methodName))) {
     return nullptr;
@@ -189,16 +192,16 @@ jmethodID CBeanMethodInvoke::FindMethod(const BareName& bareName, JavaSignature&
   return FindJavaMethod(env, cls.Get(), name.Get(), code.Get());
 }
 
-bool CBeanMethodInvoke::ArgumentsFit(jmethodID method, Arguments& arguments) {
+bool CBeanMethodInvoke::ArgumentsFit(jobject receiver, jmethodID method, Arguments& arguments) {
   LocalRef<jobjectArray> classes;  // asked for once one of them is needed
   jsize index = -1;
   for (const type::Object* param : params) {
     const auto place = static_cast<std::size_t>(++index);
     const Arguments::Kind kind = arguments.KindOf(place);
-    // A single value's own reference was made of the very class.
+    // What a single value was made into is of the very class.
     const bool isSurelyOfItsClass =
         kind == Arguments::Kind::kPrimitive ||
-        (kind == Arguments::Kind::kLocalReference && param->GetMetaItemType().arrayInfo == nullptr);
+        (kind == Arguments::Kind::kMadeObject && param->GetMetaItemType().arrayInfo == nullptr);
     const jobject argument = isSurelyOfItsClass ? nullptr : arguments.Value(place).l;
     if (argument == nullptr) {
       continue;
@@ -208,7 +211,7 @@ bool CBeanMethodInvoke::ArgumentsFit(jmethodID method, Arguments& arguments) {
       continue;
     }
     if (named.Platform() == nullptr && !classes) {
-      classes = FindParameterClasses(env, object, method);
+      classes = FindParameterClasses(env, receiver, method);
     }
     const auto cls = named.Platform() != nullptr ? FindJavaClass(env, named.Platform())
                                                  : FindElementClass(env, classes.Get(), index);

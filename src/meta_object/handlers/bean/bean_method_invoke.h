@@ -11,6 +11,7 @@
 #include "meta_object/handlers/bean/java_refs.h"
 #include "meta_object/handlers/bean/java_signature.h"
 #include "meta_object/handlers/bean/java_types.h"
+#include "meta_object/handlers/bean/live_references.h"
 #include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/method_type.h"
 #include "meta_object/type/array.h"
@@ -32,9 +33,9 @@ using ItemPtr = std::unique_ptr<type::Object, ReleaseAndDelete>;
 // leaves a local reference or a pending Java exception behind.
 class CBeanMethodInvoke {
  public:
-  // Keeps the environment (may be null: then every invocation fails) and the instance, which stay
-  // the caller's. The identifier is taken apart only when `parse` is true.
-  CBeanMethodInvoke(const WideString& id, JNIEnv* env, jobject object, bool parse);
+  // Keeps the environment (may be null: then every invocation fails) and which instance the method
+  // is called on. The identifier is taken apart only when `parse` is true.
+  CBeanMethodInvoke(const WideString& id, JNIEnv* env, LiveInstance object, bool parse);
   CBeanMethodInvoke(const CBeanMethodInvoke&) = delete;
   CBeanMethodInvoke& operator=(const CBeanMethodInvoke&) = delete;
   virtual ~CBeanMethodInvoke();
@@ -63,8 +64,9 @@ class CBeanMethodInvoke {
   // A scalar, string or object from its text; a null `param` converts the type alone.
   bool NativeType2ClassType(const wchar_t* typeName, const type::Object* param, jvalue* value,
                             JavaSignature& signature, int& number);
-  // A new local reference to a string or wrapper object; for any other class the global reference
-  // that the text names as a decimal number, where a live handler holds it. Null otherwise.
+  // A new local reference: to a new string or wrapper object; for any other class to the object
+  // whose reference the text names as a decimal number, where a live handler holds it. Null
+  // otherwise.
   jobject CreateObject(const wchar_t* typeName, const wchar_t* text);
   // An array of one or two dimensions as a new local reference, null for a primitive array whose
   // elements can't be read; its description names the elements' type. With a null `array` the
@@ -96,11 +98,11 @@ class CBeanMethodInvoke {
   // text, empty where there was none.
   bool Call(const BareName& bareName, JavaSignature& signature, int returnNumber,
             Arguments& arguments, type::Object** result, WideString& exceptionText);
-  jmethodID FindMethod(const BareName& bareName, JavaSignature& signature);
+  jmethodID FindMethod(jobject receiver, const BareName& bareName, JavaSignature& signature);
   // Is every object among the arguments an instance of its parameter's class, as the class loader
   // of the class that declares the method knows it? The VM trusts its caller here, so a wrong
   // object would corrupt memory.
-  bool ArgumentsFit(jmethodID method, Arguments& arguments);
+  bool ArgumentsFit(jobject receiver, jmethodID method, Arguments& arguments);
   // The type name of a call's result without what stands before its last blank; lent.
   const wchar_t* ReturnTypeName() const;
 
@@ -125,7 +127,7 @@ class CBeanMethodInvoke {
   MethodType methodType = MethodType::Invoke;
   WideString methodName;
   JNIEnv* env;
-  jobject object;
+  LiveInstance object;
 };
 
 // Calls a method whose result has the Java type number, with the JNI call function of that number.

@@ -30,22 +30,27 @@ GlobalRef<jobject> WalkedElements::Take(std::size_t index) {
 
 JCollection::~JCollection() { CloseCollection(); }
 
-bool JCollection::SetCollection(jobject collection, JNIEnv* env) {
+bool JCollection::SetCollection(LiveInstance collection, JNIEnv* env) {
   this->collection = collection;
   this->env = env;
-  if (collection == nullptr || env == nullptr) {
+  if (collection.reference == nullptr || env == nullptr) {
     return false;
   }
   return introspector.CreateIntrospector(env) && getIterator();
 }
 
+// The host may have released the instance since the walk was opened, and may do so at any time.
+LocalRef<jobject> JCollection::Acquire() {
+  return env == nullptr ? LocalRef<jobject>() : liveReferences->Acquire(env, collection);
+}
+
 bool JCollection::getIterator() {
-  // The host may have released the instance since the walk was opened.
-  if (env == nullptr || !liveReferences->Contains(collection)) {
+  const auto held = Acquire();
+  if (!held) {
     return false;
   }
   cleanIterator();
-  if (FindIterator()) {
+  if (FindIterator(held.Get())) {
     return true;
   }
   IsJavaExceptionHappened(env, nullptr);
@@ -53,8 +58,8 @@ bool JCollection::getIterator() {
   return false;
 }
 
-bool JCollection::FindIterator() {
-  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(collection));
+bool JCollection::FindIterator(jobject held) {
+  const auto cls = LocalRef<jclass>::Adopt(env, env->GetObjectClass(held));
   if (!cls) {
     return false;
   }
@@ -66,8 +71,7 @@ bool JCollection::FindIterator() {
   if (sizeMethod == nullptr) {
     return false;
   }
-  const auto made =
-      LocalRef<jobject>::Adopt(env, env->CallObjectMethod(collection, iteratorMethod));
+  const auto made = LocalRef<jobject>::Adopt(env, env->CallObjectMethod(held, iteratorMethod));
   if (IsJavaExceptionHappened(env, nullptr) || !made) {
     return false;
   }
@@ -90,7 +94,7 @@ bool JCollection::FindIterator() {
 bool JCollection::Reset() { return getIterator(); }
 
 bool JCollection::IsCollection() const {
-  return collection != nullptr && env != nullptr && iteratorMethod != nullptr;
+  return collection.reference != nullptr && env != nullptr && iteratorMethod != nullptr;
 }
 
 // False when hasNext() threw.
@@ -100,8 +104,9 @@ bool JCollection::HasNext(bool& has) {
 }
 
 bool JCollection::Next(int, WalkedElements& elements) {
+  const auto held = Acquire();
   bool has = false;
-  if (!IsCollection() || iterator == nullptr || hasNextMethod == nullptr || nextMethod == nullptr ||
+  if (!held || iterator == nullptr || hasNextMethod == nullptr || nextMethod == nullptr ||
       !HasNext(has)) {
     return false;
   }
@@ -160,7 +165,8 @@ bool JCollection::GetObjectType(JNIEnv* env, jobject object, ZuText& type,
 }
 
 bool JCollection::Skip(int count) {
-  if (iterator == nullptr || hasNextMethod == nullptr || nextMethod == nullptr) {
+  const auto held = Acquire();
+  if (!held || iterator == nullptr || hasNextMethod == nullptr || nextMethod == nullptr) {
     return false;
   }
   bool has = false;
@@ -176,12 +182,14 @@ bool JCollection::Skip(int count) {
   return true;
 }
 
-int JCollection::GetSize() {
-  if (env == nullptr || sizeMethod == nullptr || !liveReferences->Contains(collection)) {
-    return 0;
+bool JCollection::GetSize(int& size) {
+  const auto held = Acquire();
+  if (!held) {
+    return false;
   }
-  const int size = env->CallIntMethod(collection, sizeMethod);
-  return IsJavaExceptionHappened(env, nullptr) ? 0 : size;
+  const int told = sizeMethod == nullptr ? 0 : env->CallIntMethod(held.Get(), sizeMethod);
+  size = IsJavaExceptionHappened(env, nullptr) ? 0 : told;
+  return true;
 }
 
 bool JCollection::cleanIterator() {
@@ -205,7 +213,7 @@ bool JCollection::CloseCollection() {
     introspector.DestroyIntrospector(env);
   }
   cleanIterator();
-  collection = nullptr;
+  collection = {};
   env = nullptr;
   return true;
 }

@@ -8,6 +8,7 @@
 
 #include "meta_object/handlers/bean/bean_introspector.h"
 #include "meta_object/handlers/bean/java_refs.h"
+#include "meta_object/handlers/bean/live_references.h"
 #include "text/zu_text.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
@@ -47,9 +48,9 @@ class JCollection {
   JCollection& operator=(const JCollection&) = delete;
   virtual ~JCollection();
 
-  // Takes the collection, which stays the caller's, and gets its iterator. False when either is
-  // null, the Java helper class can't be had, or the object isn't a collection.
-  bool SetCollection(jobject collection, JNIEnv* env);
+  // Keeps which object is the collection, and gets its iterator. False when there is none, it has
+  // been released, the Java helper class is missing, or the object isn't a collection.
+  bool SetCollection(LiveInstance collection, JNIEnv* env);
   // Gets a fresh iterator; false, without one, when the object is no collection or something threw.
   bool getIterator();
   // The same, from outside.
@@ -59,16 +60,18 @@ class JCollection {
   // Lends the environment of the walk's thread; null before SetCollection.
   JNIEnv* GetEnv() const { return env; }
 
-  // Appends every remaining element. False when there is no iterator, an element is null or
-  // something threw; what was appended stays. `count` is not used.
+  // Appends every remaining element. False when there is no iterator, the collection has been
+  // released, an element is null or something threw; what was appended stays. `count` is not used.
   bool Next(int count, WalkedElements& elements);
   // The class name of an object; false, with `type` empty, when it can't be had, or isn't kept for
   // want of memory.
   bool GetObjectType(JNIEnv* env, jobject object, ZuText& type, BeanIntrospector& introspector);
-  // Passes over up to `count` elements; none for a count below 1. False without an iterator.
+  // Passes over up to `count` elements; none for a count below 1. False without an iterator, or
+  // when the collection has been released.
   bool Skip(int count);
-  // What the collection says of its size; 0 when it throws or there is no collection.
-  int GetSize();
+  // What the collection says of its size; 0 when it throws. False, with `size` left alone, when the
+  // collection has been released.
+  bool GetSize(int& size);
 
   // Lets the iterator go. Always true.
   bool cleanIterator();
@@ -77,11 +80,13 @@ class JCollection {
   bool CloseCollection();
 
  private:
-  bool FindIterator();
+  // The collection for the length of an operation; null once it has been released.
+  LocalRef<jobject> Acquire();
+  bool FindIterator(jobject held);
   bool HasNext(bool& has);
 
   BeanIntrospector introspector;
-  jobject collection = nullptr;
+  LiveInstance collection;
   jobject iterator = nullptr;
   JNIEnv* env = nullptr;
   jmethodID iteratorMethod = nullptr;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "meta_object/handlers/bean/java_exception.h"
+
 namespace quenlatrix::meta_object::handlers::bean {
 
 // References are addresses of words that lie side by side.
@@ -9,62 +11,79 @@ LiveReferences::Part& LiveReferences::PartOf(jobject reference) {
   return parts[reinterpret_cast<std::uintptr_t>(reference) / sizeof(void*) % parts.size()];
 }
 
-bool LiveReferences::IsAmongFew(const Part& part, jobject reference) {
-  return std::any_of(part.few.begin(), part.few.end(),
-                     [reference](const auto& place) { return place.load() == reference; });
+std::uint64_t* LiveReferences::Find(Part& part, jobject reference) {
+  const auto place =
+      std::ranges::find(part.few.begin(), part.few.end(), reference, &LiveInstance::reference);
+  if (place != part.few.end()) {
+    return &place->serial;
+  }
+  const auto found = part.more.find(reference);
+  return found == part.more.end() ? nullptr : &found->second;
 }
 
-void LiveReferences::Add(jobject reference) {
+LiveInstance LiveReferences::Add(jobject reference) {
   if (reference == nullptr) {
-    return;
+    return {};
   }
+  const LiveInstance added{reference, ++lastSerial};
   Part& part = PartOf(reference);
-  if (IsAmongFew(part, reference)) {
-    return;
-  }
-  for (std::atomic<jobject>& place : part.few) {
-    jobject nobody = nullptr;
-    if (place.load() == nullptr && place.compare_exchange_strong(nobody, reference)) {
-      return;
-    }
-  }
   const ShortHold hold(part.lock);
-  part.more.insert(reference);
-  part.moreCount = part.more.size();
+  if (std::uint64_t* const serial = Find(part, reference)) {
+    *serial = added.serial;
+    return added;
+  }
+  const auto free = std::ranges::find(part.few.begin(), part.few.end(),
+                                      static_cast<jobject>(nullptr), &LiveInstance::reference);
+  if (free != part.few.end()) {
+    *free = added;
+  } else {
+    part.more.emplace(reference, added.serial);
+  }
+  return added;
 }
 
-// A reference that was added twice may stand in several places.
 void LiveReferences::Remove(jobject reference) {
   if (reference == nullptr) {
     return;
   }
   Part& part = PartOf(reference);
-  for (std::atomic<jobject>& place : part.few) {
-    jobject found = reference;
-    if (place.load() == reference) {
-      place.compare_exchange_strong(found, nullptr);
-    }
-  }
-  if (part.moreCount != 0) {
-    const ShortHold hold(part.lock);
+  const ShortHold hold(part.lock);
+  const auto place =
+      std::ranges::find(part.few.begin(), part.few.end(), reference, &LiveInstance::reference);
+  if (place != part.few.end()) {
+    *place = {};
+  } else {
     part.more.erase(reference);
-    part.moreCount = part.more.size();
   }
 }
 
-bool LiveReferences::Contains(jobject reference) {
+LocalRef<jobject> LiveReferences::AcquireIf(JNIEnv* env, jobject reference,
+                                            const std::uint64_t* wantedSerial) {
   if (reference == nullptr) {
-    return false;
+    return {};
   }
-  Part& part = PartOf(reference);
-  if (IsAmongFew(part, reference)) {
-    return true;
+  LocalRef<jobject> acquired;
+  {
+    Part& part = PartOf(reference);
+    const ShortHold hold(part.lock);
+    const std::uint64_t* const serial = Find(part, reference);
+    if (serial == nullptr || (wantedSerial != nullptr && *serial != *wantedSerial)) {
+      return {};
+    }
+    acquired = LocalRef<jobject>::Adopt(env, env->NewLocalRef(reference));
   }
-  if (part.moreCount == 0) {
-    return false;
+  if (!acquired) {
+    IsJavaExceptionHappened(env, nullptr);
   }
-  const ShortHold hold(part.lock);
-  return part.more.count(reference) != 0;
+  return acquired;
+}
+
+LocalRef<jobject> LiveReferences::Acquire(JNIEnv* env, const LiveInstance& instance) {
+  return AcquireIf(env, instance.reference, &instance.serial);
+}
+
+LocalRef<jobject> LiveReferences::Acquire(JNIEnv* env, jobject reference) {
+  return AcquireIf(env, reference, nullptr);
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean

@@ -78,12 +78,13 @@ bool PrimitiveToJava(const JavaPrimitive& primitive, const type::Object& param, 
   return true;
 }
 
-// An object's text form is its reference's number; null for one that no live handler holds.
-jobject LiveReferenceNamedBy(const wchar_t* text) {
+// An object's text form is its reference's number. A local reference to the object; null for one
+// that no live handler holds.
+LocalRef<jobject> InstanceNamedBy(JNIEnv* env, const wchar_t* text) {
   const NarrowText narrow(text);
   const unsigned long number = quenlatrix::text::ReadUnsignedLong(narrow.Get(), nullptr, 10);
   auto* const reference = reinterpret_cast<jobject>(number);  // NOLINT(performance-no-int-to-ptr)
-  return liveReferences->Contains(reference) ? reference : nullptr;
+  return liveReferences->Acquire(env, reference);
 }
 
 // A new Java array for objects of the class of `first`; null, with nothing pending, when there is
@@ -183,9 +184,8 @@ bool CBeanMethodInvoke::ParamToJava(type::Object& param, Arguments& arguments, s
           ? ProcessArray(&param, nullptr, &value, signature, number)
           : !IsEmpty(typeName) && NativeType2ClassType(typeName, &param, &value, signature, number);
   if (number == kReferenceNumber) {
-    const bool isLocal = desc.arrayInfo != nullptr || FindTextClass(typeName) != nullptr;
-    arguments.KindOf(index) =
-        isLocal ? Arguments::Kind::kLocalReference : Arguments::Kind::kLentReference;
+    const bool isMade = desc.arrayInfo != nullptr || FindTextClass(typeName) != nullptr;
+    arguments.KindOf(index) = isMade ? Arguments::Kind::kMadeObject : Arguments::Kind::kInstance;
   }
   return isDone;
 }
@@ -230,7 +230,7 @@ jobject CBeanMethodInvoke::CreateObject(const wchar_t* typeName, const wchar_t* 
   if (const JavaTextClass* const row = FindTextClass(typeName)) {
     return CreateTextObject(*row, text);
   }
-  return HasNarrowForm(typeName) ? LiveReferenceNamedBy(text) : nullptr;
+  return HasNarrowForm(typeName) ? InstanceNamedBy(env, text).Release() : nullptr;
 }
 
 jobject CBeanMethodInvoke::CreateTextObject(const JavaTextClass& row, const wchar_t* text) {
@@ -326,14 +326,7 @@ LocalRef<jobject> CBeanMethodInvoke::CreateElement(const type::Object& item,
   if (textClass != nullptr) {
     return LocalRef<jobject>::Adopt(env, CreateTextObject(*textClass, text));
   }
-  // Every element is released alike, so a handler's reference gets a local one beside it.
-  const jobject reference = LiveReferenceNamedBy(text);
-  auto held =
-      LocalRef<jobject>::Adopt(env, reference == nullptr ? nullptr : env->NewLocalRef(reference));
-  if (!held) {
-    bean::IsJavaExceptionHappened(env, nullptr);
-  }
-  return held;
+  return InstanceNamedBy(env, text);
 }
 
 jobjectArray CBeanMethodInvoke::CreateObjectArray(type::Array& array, unsigned int count,

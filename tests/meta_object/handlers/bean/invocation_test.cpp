@@ -283,17 +283,28 @@ TEST_F(InvocationTest, ATypeNameCannotSmuggleParametersIntoTheSignature) {
   }
 }
 
-TEST_F(InvocationTest, AnInstanceThatWasReleasedIsNotCalled) {
+TEST_F(InvocationTest, AnInstanceThatWasReleasedIsNotUsedNorAnotherOneInItsPlace) {
   Handler& list = Make("java.util.ArrayList");
+  const void* const reference = list.GetObjectRef();
   meta_object::context::CollectionContext walk;
   ASSERT_EQ(list.OpenCollection(walk), status::kSuccess);
   OpenCall call(list, "size", "int", {});
   EXPECT_EQ(list.Release(), status::kLastReferenceReleased);
-  EXPECT_EQ(call.Invoke().Text(), kFailed);
-  EXPECT_EQ(list.ResetCollection(walk), status::kNoCollection);
-  int size = -1;
-  EXPECT_EQ(list.GetCollectionSize(walk, size), status::kSuccess);
-  EXPECT_EQ(size, 0);
+  for (const bool isNumberUsedAgain : {false, true}) {
+    // The VM gives a deleted reference's number to one of the next.
+    for (int i = 0;
+         isNumberUsedAgain && Make("java.util.ArrayDeque").GetObjectRef() != reference;) {
+      ASSERT_LT(++i, 1000);
+    }
+    EXPECT_EQ(call.Invoke().Text(), kFailed);
+    int size = -1;
+    EXPECT_EQ(list.GetCollectionSize(walk, size), status::kNoCollection);
+    EXPECT_EQ(size, -1);
+    std::list<type::Object*> items;
+    EXPECT_EQ(list.GetNextItems(walk, 1, items, nullptr), status::kNoCollection);
+    EXPECT_EQ(list.SkipItems(walk, 1), status::kNoCollection);
+    EXPECT_EQ(list.ResetCollection(walk), status::kNoCollection);
+  }
   EXPECT_EQ(list.CloseCollection(walk), status::kSuccess);
 }
 

@@ -2,25 +2,35 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <vector>
+
+#include "tests/support/test_vm.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 namespace {
 
-TEST(LiveReferences, AreFoundUntilTheyAreRemovedHoweverManyLieTogether) {
+TEST(LiveReferences, AreAcquiredUnderTheirOwnSerialUntilTheyAreRemoved) {
+  JNIEnv* const env = test::TestVm::Env();
   LiveReferences live;
-  const auto reference = [](std::uintptr_t number) {
-    return reinterpret_cast<jobject>(number * 64 * sizeof(void*));
-  };
-  for (std::uintptr_t i = 1; i <= 8; ++i) live.Add(reference(i));
-  live.Remove(reference(1));
-  live.Add(reference(8));
-  for (std::uintptr_t i = 2; i <= 8; ++i) {
-    EXPECT_TRUE(live.Contains(reference(i))) << i;
-    live.Remove(reference(i));
-    EXPECT_FALSE(live.Contains(reference(i))) << i;
+  std::vector<LiveInstance> instances;
+  // More than any part of the set holds without an allocation.
+  for (int i = 0; i < 500; ++i) {
+    const auto text = LocalRef<jstring>::Adopt(env, env->NewStringUTF("text"));
+    instances.push_back(live.Add(env->NewGlobalRef(text.Get())));
   }
-  EXPECT_FALSE(live.Contains(nullptr));
+  const LiveInstance first = instances[0];
+  const LiveInstance again = live.Add(first.reference);
+  EXPECT_FALSE(live.Acquire(env, first)) << "another object's serial";
+  instances[0] = again;
+  for (const LiveInstance& instance : instances) {
+    EXPECT_TRUE(live.Acquire(env, instance));
+    EXPECT_TRUE(live.Acquire(env, instance.reference));
+    live.Remove(instance.reference);
+    EXPECT_FALSE(live.Acquire(env, instance));
+    EXPECT_FALSE(live.Acquire(env, instance.reference));
+    env->DeleteGlobalRef(instance.reference);
+  }
+  EXPECT_FALSE(live.Acquire(env, live.Add(nullptr)));
 }
 
 }  // namespace
