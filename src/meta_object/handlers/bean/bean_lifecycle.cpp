@@ -50,7 +50,7 @@ HandlerStatus BeanHandler::MakeInstance(JNIEnv* env, std::string className) {
   if (!cls) {
     return handler_status::kObjectNotMade;
   }
-  const jmethodID constructor = FindJavaMethod(env, cls.Get(), "<init>", "()V");
+  const jmethodID constructor = keptLookups->FindPublicConstructor(env, cls.Get(), slashName.Get());
   if (constructor == nullptr) {
     return handler_status::kObjectNotMade;
   }

@@ -11,6 +11,7 @@ namespace quenlatrix::meta_object::handlers::bean {
 namespace {
 
 constexpr jint kObjectFrameCapacity = 8;
+constexpr jint kPublicModifier = 1;  // java.lang.reflect.Modifier.PUBLIC
 
 jmethodID Checked(JNIEnv* env, jmethodID method) {
   if (method == nullptr) {
@@ -66,6 +67,22 @@ LocalRef<jclass> FindElementClass(JNIEnv* env, jobjectArray classes, jsize index
   return classes == nullptr
              ? LocalRef<jclass>()
              : CheckedResult<jclass>(env, env->GetObjectArrayElement(classes, index));
+}
+
+bool IsPublicConstructor(JNIEnv* env, jclass cls, jmethodID constructor) {
+  const auto reflected =
+      CheckedResult<jobject>(env, env->ToReflectedMethod(cls, constructor, JNI_FALSE));
+  const auto reflectedClass =
+      LocalRef<jclass>::Adopt(env, reflected ? env->GetObjectClass(reflected.Get()) : nullptr);
+  if (!reflectedClass) {
+    return false;
+  }
+  const jmethodID getModifiers = FindJavaMethod(env, reflectedClass.Get(), "getModifiers", "()I");
+  if (getModifiers == nullptr) {
+    return false;
+  }
+  const jint modifiers = env->CallIntMethod(reflected.Get(), getModifiers);
+  return !IsJavaExceptionHappened(env, nullptr) && (modifiers & kPublicModifier) != 0;
 }
 
 LocalRef<jobject> NewJavaObject(JNIEnv* env, jclass cls, jmethodID constructor,

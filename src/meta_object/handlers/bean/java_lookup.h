@@ -22,6 +22,9 @@ LocalRef<jobjectArray> FindParameterClasses(JNIEnv* env, jobject receiver, jmeth
 // The class at that place of such an array; null also for a null array.
 LocalRef<jclass> FindElementClass(JNIEnv* env, jobjectArray classes, jsize index);
 
+// Is the constructor public? False, with nothing pending, also when the VM can't tell.
+bool IsPublicConstructor(JNIEnv* env, jclass cls, jmethodID constructor);
+
 // A new object. Null, with nothing pending, when the constructor threw or the VM has no memory.
 LocalRef<jobject> NewJavaObject(JNIEnv* env, jclass cls, jmethodID constructor,
                                 const jvalue* arguments);

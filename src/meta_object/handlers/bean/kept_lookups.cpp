@@ -1,6 +1,8 @@
 #include "meta_object/handlers/bean/kept_lookups.h"
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "meta_object/handlers/bean/java_exception.h"
 #include "meta_object/handlers/bean/java_lookup.h"
@@ -55,6 +57,38 @@ jmethodID KeptLookups::FindToString(JNIEnv* env) {
     }
   }
   return kept;
+}
+
+jmethodID KeptLookups::FindPublicConstructor(JNIEnv* env, jclass cls, std::string_view name) {
+  const std::size_t index = std::hash<std::string_view>{}(name) % constructors.size();
+  {
+    const ShortHold hold(constructorsLock);
+    const Constructor& kept = constructors[index];
+    if (kept.cls != nullptr && env->IsSameObject(kept.cls, cls) == JNI_TRUE) {
+      return kept.method;
+    }
+  }
+  const jmethodID method = FindJavaMethod(env, cls, "<init>", "()V");
+  if (method == nullptr || !IsPublicConstructor(env, cls, method)) {
+    return nullptr;
+  }
+  KeepConstructor(env, index, cls, method);
+  return method;
+}
+
+void KeptLookups::KeepConstructor(JNIEnv* env, std::size_t index, jclass cls, jmethodID method) {
+  const jweak reference = env->NewWeakGlobalRef(cls);
+  if (IsJavaExceptionHappened(env, nullptr) || reference == nullptr) {
+    return;
+  }
+  Constructor dropped{reference, method};
+  {
+    const ShortHold hold(constructorsLock);
+    std::swap(constructors[index], dropped);
+  }
+  if (dropped.cls != nullptr) {
+    env->DeleteWeakGlobalRef(dropped.cls);
+  }
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean
