@@ -10,8 +10,24 @@ namespace quenlatrix::collect {
 
 template <typename T>
 struct ListNode {
+  // One by one: nodes that free each other would need the stack of a long list's length.
+  ~ListNode() {
+    while (next != nullptr) {
+      next = std::move(next->next);
+    }
+  }
+
   std::unique_ptr<ListNode> next;
   T element;
+};
+
+// What iterators of a list, const or not, throw at its end.
+template <typename T>
+struct ListEnd {
+  class EndOfListError {
+   public:
+    virtual ~EndOfListError() = default;
+  };
 };
 
 // A place in a list, for loops over its elements; const when T is. Good until its element is
@@ -26,12 +42,7 @@ class ListIterators {
   using difference_type = std::ptrdiff_t;
   using pointer = T*;
   using reference = T&;
-
-  // Thrown for an element past the end of a list.
-  class EndOfListError {
-   public:
-    virtual ~EndOfListError() = default;
-  };
+  using EndOfListError = typename ListEnd<std::remove_const_t<T>>::EndOfListError;
 
   ListIterators() = default;
   explicit ListIterators(Node* node) : node(node) {}
@@ -70,7 +81,7 @@ template <typename T>
 class Lists {
  public:
   Lists() = default;
-  virtual ~Lists() { removeAll(); }
+  virtual ~Lists() = default;
 
   // Copies of elements, in the same order: without a walk for each.
   template <typename Iterator>
@@ -122,12 +133,7 @@ class Lists {
     return true;
   }
 
-  // One by one: nodes that free each other would need the stack of a long list's length.
-  void removeAll() {
-    while (first != nullptr) {
-      first = std::move(first->next);
-    }
-  }
+  void removeAll() { first.reset(); }
 
  private:
   static std::unique_ptr<ListNode<T>> MakeNode(const T& element) {

@@ -2,12 +2,17 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+#include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
 using quenlatrix::collect::Attribute;
 using quenlatrix::collect::AttributeList;
+using quenlatrix::collect::ListIterators;
 using quenlatrix::collect::Lists;
 
 AttributeList ListOf(std::initializer_list<Attribute> attributes) {
@@ -66,6 +71,29 @@ TEST(AttributeList, MergedTakesTheValuesOfTheOther) {
   AttributeList list = ListOf({{"k", "1"}, {"k", "2"}, {"a", "3"}});
   EXPECT_TRUE(list.mergeAttributeList(ListOf({{"n", "4"}, {"K", "5"}, {"", "6"}, {"a", ""}})));
   EXPECT_EQ(TextOf(list), "k=5 k=2 a= n=4 =6 ");
+}
+
+// A copy of which can be refused.
+struct Refusing {
+  Refusing() = default;
+  Refusing(const Refusing& other) : left(other.left) {
+    if (left != nullptr && (*left)-- == 0) throw std::bad_alloc();
+  }
+  int* left = nullptr;
+};
+
+TEST(Lists, LongOnesAreGivenUpHalfMadeWithoutTheStack) {
+  int left = 600000;
+  Refusing element;
+  element.left = &left;
+  const std::vector<std::reference_wrapper<const Refusing>> all(1000000, element);
+  EXPECT_THROW((Lists<Refusing>(all.begin(), all.end())), std::bad_alloc);
+}
+
+TEST(Lists, ThrowTheSameErrorAtTheEndConstOrNot) {
+  Lists<Attribute> list;
+  EXPECT_THROW(*list.begin(), ListIterators<Attribute>::EndOfListError);
+  EXPECT_THROW(*std::as_const(list).begin(), ListIterators<Attribute>::EndOfListError);
 }
 
 TEST(AttributeList, NamesAttributesInAValue) {
