@@ -2,12 +2,16 @@
 
 #include <langinfo.h>
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
+#include <string>
+#include <string_view>
 
 namespace quenlatrix::text {
 namespace {
@@ -33,6 +37,42 @@ class CLocale {
 bool NeedsLocale(const char* fmt) {
   return std::strpbrk(fmt, "SCm") != nullptr || std::strstr(fmt, "ls") != nullptr ||
          std::strstr(fmt, "lc") != nullptr;
+}
+
+// Flags of a conversion that ask for the locale's grouping and digits; the C locale has none.
+constexpr char kLocaleFlags[] = "'I";
+constexpr char kFlags[] = "-+ #0'I";
+
+bool HasLocaleFlags(const char* fmt) {
+  for (const char* at = fmt; (at = std::strchr(at, '%')) != nullptr;) {
+    ++at;
+    const std::string_view flags(at, std::strspn(at, kFlags));
+    if (flags.find_first_of(kLocaleFlags) != std::string_view::npos) {
+      return true;
+    }
+    at += flags.size();
+    at += *at == '%' ? 1 : 0;
+  }
+  return false;
+}
+
+std::string WithoutLocaleFlags(std::string_view fmt) {
+  std::string kept;
+  while (!fmt.empty()) {
+    const std::size_t sign = std::min(fmt.find('%'), fmt.size() - 1) + 1;
+    kept += fmt.substr(0, sign);
+    fmt.remove_prefix(sign);
+    for (; !fmt.empty() && std::strchr(kFlags, fmt[0]) != nullptr; fmt.remove_prefix(1)) {
+      if (std::strchr(kLocaleFlags, fmt[0]) == nullptr) {
+        kept += fmt[0];
+      }
+    }
+    if (!fmt.empty()) {
+      kept += fmt[0];
+      fmt.remove_prefix(1);
+    }
+  }
+  return kept;
 }
 
 // Gives the calling thread a decimal point while `fmt` is printed. The C locale, at no cost, does
@@ -93,6 +133,15 @@ PrintedReal PrintReal(double value) {
 }
 
 int PrintFormatted(char* out, std::size_t size, const char* fmt, va_list args) {
+  std::string changed;
+  if (HasLocaleFlags(fmt)) {
+    try {
+      changed = WithoutLocaleFlags(fmt);
+    } catch (const std::bad_alloc&) {
+      return -1;
+    }
+    fmt = changed.c_str();
+  }
   const DecimalPointScope point(fmt);
   return std::vsnprintf(out, size, fmt, args);
 }

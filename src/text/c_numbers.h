@@ -40,8 +40,9 @@ PrintedInteger PrintUnsigned(unsigned long long value);
 // As "%f" prints: six decimals, whole however large.
 PrintedReal PrintReal(double value);
 
-// As vsnprintf, with numbers as in the C locale while %ls, %lc, %S, %C and %m keep the process's
-// encoding and language.
+// As vsnprintf, with numbers as in the C locale, the flags ' and I included, while %ls, %lc, %S, %C
+// and %m keep the process's encoding and language. -1, with `out` as it was, also when there is no
+// memory for a format without those flags.
 [[gnu::format(printf, 3, 0)]] int PrintFormatted(char* out, std::size_t size, const char* fmt,
                                                  va_list args);
 

@@ -1,11 +1,13 @@
 #include "text/zu_data.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "text/c_numbers.h"
 
@@ -15,6 +17,7 @@ constexpr unsigned long smallStep = 16;
 constexpr unsigned long largeStep = 4096;
 constexpr unsigned long largestSmallBuffer = 4096;
 constexpr unsigned long slack = 32;
+constexpr unsigned long fewBytes = 256;
 constexpr unsigned long largestBuffer = std::numeric_limits<long>::max() - largeStep;
 
 struct FreeMemory {
@@ -53,11 +56,9 @@ ZuData::ZuData(void* buf, unsigned long bufferSize, unsigned long dataSize) {
 }
 
 ZuData::~ZuData() {
-  if (buffer != nullptr) {
-    buffer[0] = '\0';
-    if (!borrowed) {
-      std::free(buffer);
-    }
+  ZuData::Clear();
+  if (!borrowed) {
+    std::free(buffer);
   }
 }
 
@@ -120,6 +121,13 @@ bool ZuData::SetBufferSize(unsigned long n) {
   return true;
 }
 
+void ZuData::Swap(ZuData& o) noexcept {
+  std::swap(buffer, o.buffer);
+  std::swap(dataSize, o.dataSize);
+  std::swap(bufferSize, o.bufferSize);
+  std::swap(borrowed, o.borrowed);
+}
+
 void ZuData::SetBuffer(void* buf, unsigned long bufferSize, unsigned long dataSize) {
   ReleaseData();
   Adopt(buf, bufferSize, dataSize);
@@ -149,7 +157,7 @@ void ZuData::ReleaseData() {
 
 void ZuData::Clear() {
   dataSize = 0;
-  if (buffer != nullptr) {
+  if (buffer != nullptr && bufferSize > 0) {
     buffer[0] = '\0';
   }
 }
@@ -236,7 +244,12 @@ bool ZuData::Replace(unsigned long pos, unsigned long count, const void* src, un
   if (n == 0 || !Holds(src)) {
     return ReplaceBytes(pos, count, src, n);
   }
-  // The bytes are about to move away under `src`.
+  // The bytes are about to be moved. What a local text holds is copied without the heap.
+  std::array<unsigned char, fewBytes> few;
+  if (n <= few.size()) {
+    std::memcpy(few.data(), src, n);
+    return ReplaceBytes(pos, count, few.data(), n);
+  }
   const std::unique_ptr<unsigned char, FreeMemory> kept(
       static_cast<unsigned char*>(std::malloc(n)));
   if (kept == nullptr) {

@@ -69,6 +69,8 @@ class ZuData {
   bool IsBorrowed() const { return borrowed; }
   // As SetUsableDataSize of this class, for derived ones too.
   unsigned long SetDataSize(unsigned long n);
+  // Exchanges data and storage; not for texts whose storage is inside the object.
+  void Swap(ZuData& o) noexcept;
   // Releases the data and borrows `buf`.
   void SetBuffer(void* buf, unsigned long bufferSize, unsigned long dataSize);
   // Byte `i`, or a dummy byte that all objects share if `i` isn't within the data.

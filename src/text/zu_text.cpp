@@ -146,8 +146,12 @@ bool ZuText::SetBufferSize(unsigned long n) {
 }
 
 unsigned long ZuText::SetEqualTo(const ZuData& o) {
-  ZuData::SetEqualTo(o);
-  Terminate();
+  const unsigned long n = o.GetDataSize();
+  if (n == 0 || o[n - 1] == '\0') {
+    ZuData::SetEqualTo(o);
+  } else if (SetBufferSize(n + 1) && ZuData::SetEqualTo(o) == n) {
+    AppendTerminator();
+  }
   return dataSize;
 }
 

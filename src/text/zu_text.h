@@ -67,7 +67,8 @@ class ZuText : public ZuData {
   // with a text that never had a buffer.
   bool Equals(const char* s, unsigned long n) const override;
 
-  // A copy of `o`'s data, whose last byte becomes NUL: data that doesn't end in one loses it.
+  // A copy of `o`'s data, with a NUL behind data that doesn't end in one. Nothing changes if there
+  // is no room for all of it.
   unsigned long SetEqualTo(const ZuData& o) override;
   // `n` characters, terminated; the empty text for `n` 0. Cut to what fits a buffer that can't
   // grow.

@@ -1,35 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <memory>
-#include <new>
 #include <string>
 
 #include "config_file/stanza.h"
 #include "tests/config_file/temporary_file.h"
-
-namespace {
-
-// How many allocations are granted before one is refused; none is while this is negative.
-int granted = -1;
-
-bool IsRefused() { return granted >= 0 && granted-- == 0; }
-
-}  // namespace
-
-// The linker has what this program and its libraries allocate go through these.
-// NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" void* __real_realloc(void* old, std::size_t size);
-extern "C" void* __real__Znwm(std::size_t size);
-
-extern "C" void* __wrap_realloc(void* old, std::size_t size) {
-  return IsRefused() ? nullptr : __real_realloc(old, size);
-}
-
-extern "C" void* __wrap__Znwm(std::size_t size) {
-  return IsRefused() ? throw std::bad_alloc() : __real__Znwm(size);
-}
-// NOLINTEND(bugprone-reserved-identifier)
+#include "tests/support/refused_allocations.h"
 
 namespace {
 
@@ -58,13 +34,7 @@ TEST(ConfigFileMemory, ThatRunsOutCostsNeitherTheFileNorAValue) {
       changed->addValue("key", "value");
       file.addStanza(changed.release(), true);
       bool isDone = false;
-      granted = n;
-      try {
-        isDone = write(file);
-      } catch (const std::bad_alloc&) {
-      }
-      isRefused = granted < 0;
-      granted = -1;
+      isRefused = quenlatrix::test::RunsOutOfMemory(n, [&] { isDone = write(file); });
       if (n < 0) whole = stored.Read();
       EXPECT_EQ(stored.Read(), isDone ? whole : kStored) << "allocation " << n;
     }

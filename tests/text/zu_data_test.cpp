@@ -76,6 +76,15 @@ TEST(ZuData, BorrowedStorageIsNeverReallocatedOrFreed) {
   EXPECT_EQ(d.GetBufferSize(), 20U);
 }
 
+TEST(ZuData, WritesNothingToStorageOfNoBytes) {
+  unsigned char byte = 'x';
+  {
+    ZuData none(&byte, 0, 0);
+    none.Clear();
+  }
+  EXPECT_EQ(byte, 'x');
+}
+
 TEST(ZuData, AReleasedBufferIsTheCallers) {
   ZuData d = Data("abc");
   unsigned long dataSize = 0;

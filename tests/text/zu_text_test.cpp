@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tests/support/locales.h"
+#include "tests/support/refused_allocations.h"
 #include "text/case_tables.h"
 #include "text/zu_text_local.h"
 
@@ -111,8 +112,8 @@ TEST(ZuText, DataWithoutTerminatorIsHeldAndComparedWithinItsSize) {
   char bytes[] = {'a', 'b', 'c'};
   const ZuData raw(bytes, 3, 3);
   ZuText t;
-  EXPECT_EQ(t.SetEqualTo(raw), 3U);
-  EXPECT_STREQ(t.GetTextEx(), "ab");
+  EXPECT_EQ(t.SetEqualTo(raw), 4U);
+  EXPECT_STREQ(t.GetTextEx(), "abc");
   EXPECT_FALSE(t.Equals(raw));
 }
 
@@ -182,6 +183,13 @@ TEST(ZuText, FormatsNumbersWithAPointAndWideTextInTheProcessEncoding) {
     EXPECT_STREQ(t.GetTextEx(), "0.5");
     EXPECT_STREQ(std::localeconv()->decimal_point, ",");
   }
+  // A decimal point, digits grouped; and, as some languages have them, other digits.
+  for (const char* const name : {"en_US.UTF-8", "hi_IN.UTF-8"}) {
+    const LocaleScope point(name);
+    ZuText t;
+    t.Format("%'d %Id %%'d %I'5d|%s", 1234567, 12, 3, "100%'d");
+    EXPECT_STREQ(t.GetTextEx(), "1234567 12 %'d     3|100%'d") << name;
+  }
 }
 
 TEST(ZuTextLocal, CutsWhatIsSetAndRefusesWhatIsAppendedOrCopied) {
@@ -202,6 +210,12 @@ TEST(ZuTextLocal, CutsWhatIsSetAndRefusesWhatIsAppendedOrCopied) {
   t = ZuTextLocal<31>('c');
   t += 12;
   EXPECT_STREQ(t.GetTextEx(), "c12");
+}
+
+TEST(ZuTextLocal, AppendsItselfWithoutTheHeap) {
+  ZuTextLocal<31> t("ab");
+  EXPECT_FALSE(quenlatrix::test::RunsOutOfMemory(0, [&] { t += t; }));
+  EXPECT_STREQ(t.GetTextEx(), "abab");
 }
 
 TEST(ZuTextLocal, NeverLeavesItsStorage) {
