@@ -54,8 +54,9 @@ Attribute::Attribute(const Attribute& o) {
 }
 
 Attribute& Attribute::operator=(const Attribute& o) {
-  SetWhole(key, o.key);
-  SetWhole(value, o.value);
+  Attribute copy(o);
+  key.Swap(copy.key);
+  value.Swap(copy.value);
   return *this;
 }
 

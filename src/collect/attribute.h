@@ -8,7 +8,8 @@ namespace quenlatrix::collect {
 // C library's rules. A value may hold several elements, divided by colons and counted from 0:
 // "a::c" has three, the second of which is empty. Null texts count as empty.
 //
-// What there is no memory for throws std::bad_alloc, so that no key or value is cut unnoticed.
+// What there is no memory for throws std::bad_alloc, so that no key or value is cut unnoticed; an
+// attribute that is assigned to is then as it was.
 //
 // A value has never been set while it got nothing but empty texts (in a copy: also when it is
 // empty now); it then has no storage.

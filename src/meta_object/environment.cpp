@@ -1,6 +1,9 @@
 #include "meta_object/environment.h"
 
 #include <cstring>
+#include <utility>
+
+#include "text/whole_text.h"
 
 namespace quenlatrix::meta_object {
 
@@ -8,16 +11,25 @@ Environment& Environment::operator=(const Environment& other) {
   if (this == &other) {
     return *this;
   }
-  Clear();
-  textList = other.textList;
+  // All that needs memory goes first.
+  std::list<ZuText> texts;
+  for (const ZuText& text : other.textList) {
+    text::SetWhole(texts.emplace_back(), text);
+  }
+  std::list<std::unique_ptr<Handler::Attribute>> copies;
   for (const auto& attribute : other.attributes) {
     if (attribute != nullptr) {
-      attributes.push_back(std::make_unique<Handler::Attribute>(*attribute));
+      copies.push_back(std::make_unique<Handler::Attribute>(*attribute));
     }
   }
-  firstWideText = other.firstWideText;
+  WideString first(other.firstWideText);
+  WideString second(other.secondWideText);
+  Clear();
+  textList.swap(texts);
+  attributes.swap(copies);
+  firstWideText = std::move(first);
+  secondWideText = std::move(second);
   checkSecurity = other.checkSecurity;
-  secondWideText = other.secondWideText;
   return *this;
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "meta_object/no_throw.h"
+#include "text/whole_text.h"
 
 namespace quenlatrix::meta_object {
 
@@ -70,6 +71,23 @@ HandlerStatus Handler::Release() {
   NoThrow([&] { ReleaseObjectImp(); });
   referenceCount = 0;
   return handler_status::kLastReferenceReleased;
+}
+
+Handler::Attribute::Attribute(const ZuText& handlerName, const ZuText& key, const ZuText& value) {
+  text::SetWhole(this->key, key);
+  text::SetWhole(this->value, value);
+  text::SetWhole(this->handlerName, handlerName);
+}
+
+Handler::Attribute::Attribute(const Attribute& other)
+    : Attribute(other.handlerName, other.key, other.value) {}
+
+Handler::Attribute& Handler::Attribute::operator=(const Attribute& other) {
+  Attribute copy(other);
+  key.Swap(copy.key);
+  value.Swap(copy.value);
+  handlerName.Swap(copy.handlerName);
+  return *this;
 }
 
 std::uint32_t Handler::GetReferenceCount() {

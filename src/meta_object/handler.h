@@ -159,13 +159,13 @@ class Handler {
 };
 
 // A configuration attribute of a handler: a key and its value, from the registry's stanza
-// `handlerName`. Plain data: threads that share one see to their own order.
+// `handlerName`. What there is no memory for throws std::bad_alloc; one that is assigned to is then
+// as it was. Plain data: threads that share one see to their own order.
 class Handler::Attribute {
  public:
-  Attribute(const ZuText& handlerName, const ZuText& key, const ZuText& value)
-      : key(key), value(value), handlerName(handlerName) {}
-  Attribute(const Attribute&) = default;
-  Attribute& operator=(const Attribute&) = default;
+  Attribute(const ZuText& handlerName, const ZuText& key, const ZuText& value);
+  Attribute(const Attribute& other);
+  Attribute& operator=(const Attribute& other);
   virtual ~Attribute() = default;
 
   ZuText key;

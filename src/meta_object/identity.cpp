@@ -122,16 +122,28 @@ void Identity::ParseAttributes(std::string_view items) {
 }
 
 void Identity::GenerateIdentity() {
-  identity = handler;
-  identity += kHandlerEnd;
-  identity += handlerData;
+  std::string text = handler;
+  text += kHandlerEnd;
+  text += handlerData;
   for (const auto& attribute : attributes) {
-    identity += kAttributeStart;
-    identity += attribute->name;
-    identity += kValueStart;
-    identity += attribute->value;
+    text += kAttributeStart;
+    text += attribute->name;
+    text += kValueStart;
+    text += attribute->value;
   }
-  GenerateCore();
+  std::string start = text.substr(0, text.find(kAttributeStart));
+  identity.swap(text);
+  core.swap(start);
+}
+
+void Identity::ChangePart(std::string& part, std::string text) {
+  part.swap(text);
+  try {
+    GenerateIdentity();
+  } catch (...) {
+    part.swap(text);
+    throw;
+  }
 }
 
 void Identity::GenerateCore() { core = identity.substr(0, identity.find(kAttributeStart)); }
@@ -140,8 +152,7 @@ bool Identity::SetHandler(const std::string& text) {
   if (FindReservedTokens(text)) {
     return false;
   }
-  handler = text;
-  GenerateIdentity();
+  ChangePart(handler, text);
   return true;
 }
 
@@ -149,8 +160,7 @@ bool Identity::SetHandlerData(const std::string& text) {
   if (FindReservedTokens(text)) {
     return false;
   }
-  handlerData = text;
-  GenerateIdentity();
+  ChangePart(handlerData, text);
   return true;
 }
 
@@ -159,11 +169,19 @@ bool Identity::SetAttribute(const std::string& name, const std::string& value) {
     return false;
   }
   if (Attribute* const attribute = FindAttribute(name)) {
-    attribute->value = value;
-  } else if (!name.empty()) {
+    ChangePart(attribute->value, value);
+    return true;
+  }
+  const std::size_t before = attributes.size();
+  if (!name.empty()) {
     attributes.push_back(std::make_unique<Attribute>(name, value));
   }
-  GenerateIdentity();
+  try {
+    GenerateIdentity();
+  } catch (...) {
+    attributes.resize(before);
+    throw;
+  }
   return !name.empty();
 }
 
@@ -172,8 +190,16 @@ bool Identity::RemoveAttribute(const std::string& name) {
   if (FindReservedTokens(name) || found == attributes.end()) {
     return false;
   }
+  const auto place = found - attributes.begin();
+  std::unique_ptr<Attribute> removed = std::move(*found);
   attributes.erase(found);
-  GenerateIdentity();
+  try {
+    GenerateIdentity();
+  } catch (...) {
+    // Its place is still allocated.
+    attributes.insert(attributes.begin() + place, std::move(removed));
+    throw;
+  }
   return true;
 }
 

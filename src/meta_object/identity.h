@@ -14,7 +14,8 @@ namespace quenlatrix::meta_object {
 //
 // as in "JAVABEAN://SimpleBean?Scope=user?Mode=cached". Nothing is escaped: "://", "?" and "=" are
 // reserved. The setters keep the text and its parts in step. Attribute names are compared without
-// regard to the case of ASCII letters.
+// regard to the case of ASCII letters. What there is no memory for throws std::bad_alloc and leaves
+// the identity as it was, ParseIdentity apart.
 //
 // Copies are deep. Threads: as for a standard string.
 class Identity {
@@ -101,6 +102,8 @@ class Identity {
  private:
   void Swap(Identity& other) noexcept;
   void Take(std::string text);
+  // Sets a part and rebuilds the text.
+  void ChangePart(std::string& part, std::string text);
   void ClearParts();
   void ParseAttributes(std::string_view items);
 };

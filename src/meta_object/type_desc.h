@@ -35,8 +35,8 @@ class TypeDesc {
 
   enum class RefType : std::uint32_t { ByValue = 0, ByRef = 1 };
 
-  // How deep Deserialize follows structures in structures. A structure below that reads as a
-  // member of key Unknown: descriptor texts come from outside and must not exhaust the stack.
+  // How deep Deserialize follows structures in structures: descriptor texts come from outside and
+  // must not exhaust the stack.
   static constexpr int kMaxNesting = 64;
 
   struct ArrayInfo {
@@ -102,7 +102,8 @@ class TypeDesc {
     // members are left out. Always true.
     bool Serialize(WideString& out) const;
     // Replaces name and members with those of a structure text. False when a "[" opens the text
-    // and no "]" follows; the structure is empty then.
+    // and no "]" follows, the structure is empty then; and, with nothing changed, when structures
+    // are nested deeper than kMaxNesting.
     bool Deserialize(const WideString& text);
 
     std::vector<std::unique_ptr<TypeDesc>> members;
@@ -142,8 +143,10 @@ class TypeDesc {
   // Always true.
   bool Serialize(WideString& out) const;
   // Reads the text form; what the text doesn't mention keeps its value, and text that matches
-  // nothing gives the key Unknown. What Serialize wrote reads back to a descriptor that writes the
-  // same text, when no name holds a separator. Always true.
+  // nothing gives the key Unknown. Information objects of an enumeration and a structure that are
+  // there are filled anew and stay where they are. What Serialize wrote reads back to a descriptor
+  // that writes the same text, when no name holds a separator. False, with nothing changed, when
+  // structures are nested deeper than kMaxNesting.
   bool Deserialize(const WideString& text);
 
   std::unique_ptr<EnumInfo> enumInfo;

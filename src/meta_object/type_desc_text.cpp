@@ -1,6 +1,7 @@
 #include <array>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -151,7 +152,8 @@ void WriteDescriptor(std::wstring& out, const TypeDesc& desc) {
 
 // Reading. `nesting` counts the structures around what is read.
 
-void ReadDescriptor(std::wstring_view text, int nesting, TypeDesc& desc);
+// Sets `desc` by the text; false, with nothing changed, when structures are nested too deep.
+bool ReadDescriptor(std::wstring_view text, int nesting, TypeDesc& desc);
 
 WideString Copied(std::wstring_view text) {
   WideString copy;
@@ -227,6 +229,7 @@ TypeDesc::EnumInfo ReadItems(std::wstring_view text) {
   return info;
 }
 
+// Null when structures are nested too deep.
 std::unique_ptr<TypeDesc> ReadMember(std::wstring_view& rest, int nesting, bool& more) {
   std::unique_ptr<TypeDesc> member;
   std::wstring_view text;
@@ -239,11 +242,12 @@ std::unique_ptr<TypeDesc> ReadMember(std::wstring_view& rest, int nesting, bool&
     member = std::make_unique<TypeDesc>();
     text = CutItem(rest, FindNextMember(rest), more);
   }
-  ReadDescriptor(text, nesting, *member);
-  return member;
+  return ReadDescriptor(text, nesting, *member) ? std::move(member) : nullptr;
 }
 
-bool ReadStructure(std::wstring_view text, int nesting, TypeDesc::StructInfo& info) {
+enum class StructureText { kWhole, kUnclosed, kTooDeep };
+
+StructureText ReadStructure(std::wstring_view text, int nesting, TypeDesc::StructInfo& info) {
   info.Clear();
   if (text.starts_with(L'[')) {
     text.remove_prefix(1);
@@ -252,15 +256,18 @@ bool ReadStructure(std::wstring_view text, int nesting, TypeDesc::StructInfo& in
       end = text.find(L']');
     }
     if (end == kNowhere) {
-      return false;
+      return StructureText::kUnclosed;
     }
     info.structName = Copied(text.substr(0, end));
     text.remove_prefix(end + 1);
   }
   for (bool more = !text.empty(); more;) {
     info.members.push_back(ReadMember(text, nesting, more));
+    if (info.members.back() == nullptr) {
+      return StructureText::kTooDeep;
+    }
   }
-  return true;
+  return StructureText::kWhole;
 }
 
 // What stands between an opening word and the last character.
@@ -270,45 +277,97 @@ std::wstring_view InnerText(std::wstring_view type, std::wstring_view opening) {
   return type;
 }
 
-void ReadWord(std::wstring_view type, TypeDesc& desc) {
-  const std::size_t byRef = type.find(kByRef);
-  desc.refType = byRef == kNowhere ? RefType::ByValue : RefType::ByRef;
-  desc.key = KeyOfWord(type.substr(0, byRef));
-}
+// What a text says of a descriptor. It is read whole before the descriptor changes.
+struct Mentioned {
+  std::optional<WideString> displayName;
+  std::optional<WideString> typeName;
+  std::optional<WideString> detail;
+  std::optional<Key> key;
+  std::optional<RefType> refType;
+  std::unique_ptr<TypeDesc::EnumInfo> enumInfo;
+  std::unique_ptr<TypeDesc::ArrayInfo> arrayInfo;
+  std::unique_ptr<TypeDesc::StructInfo> structInfo;
+};
 
-void ReadType(std::wstring_view type, int nesting, TypeDesc& desc) {
-  if (type.starts_with(kArray)) {
-    desc.arrayInfo = std::make_unique<TypeDesc::ArrayInfo>(ReadDimensions(InnerText(type, kArray)));
-  } else if (type.starts_with(kEnum)) {
-    desc.enumInfo = std::make_unique<TypeDesc::EnumInfo>(ReadItems(InnerText(type, kEnum)));
-    desc.key = Key::Enum;
-  } else if (type.starts_with(kStruct) && nesting < TypeDesc::kMaxNesting) {
-    auto info = std::make_unique<TypeDesc::StructInfo>();
-    ReadStructure(InnerText(type, kStruct), nesting + 1, *info);
-    desc.structInfo = std::move(info);
-    desc.key = Key::Struct;
-  } else {
-    ReadWord(type, desc);
+template <typename Part>
+void SetMentioned(std::optional<Part>& mentioned, Part& part) {
+  if (mentioned) {
+    part = std::move(*mentioned);
   }
 }
 
+// Information that is there keeps its place: the host may hold it.
+template <typename Info>
+void SetMentioned(std::unique_ptr<Info>& mentioned, std::unique_ptr<Info>& info) {
+  if (mentioned && info) {
+    *info = std::move(*mentioned);
+  } else if (mentioned) {
+    info = std::move(mentioned);
+  }
+}
+
+void SetMentioned(Mentioned& mentioned, TypeDesc& desc) {
+  SetMentioned(mentioned.displayName, desc.displayName);
+  SetMentioned(mentioned.typeName, desc.typeName);
+  SetMentioned(mentioned.detail, desc.detail);
+  SetMentioned(mentioned.key, desc.key);
+  SetMentioned(mentioned.refType, desc.refType);
+  SetMentioned(mentioned.enumInfo, desc.enumInfo);
+  SetMentioned(mentioned.structInfo, desc.structInfo);
+  if (mentioned.arrayInfo) {
+    desc.arrayInfo = std::move(mentioned.arrayInfo);
+  }
+}
+
+void ReadWord(std::wstring_view type, Mentioned& read) {
+  const std::size_t byRef = type.find(kByRef);
+  read.refType = byRef == kNowhere ? RefType::ByValue : RefType::ByRef;
+  read.key = KeyOfWord(type.substr(0, byRef));
+}
+
+// False when structures are nested too deep.
+bool ReadType(std::wstring_view type, int nesting, Mentioned& read) {
+  if (type.starts_with(kArray)) {
+    read.arrayInfo = std::make_unique<TypeDesc::ArrayInfo>(ReadDimensions(InnerText(type, kArray)));
+  } else if (type.starts_with(kEnum)) {
+    read.enumInfo = std::make_unique<TypeDesc::EnumInfo>(ReadItems(InnerText(type, kEnum)));
+    read.key = Key::Enum;
+  } else if (type.starts_with(kStruct)) {
+    if (nesting >= TypeDesc::kMaxNesting) {
+      return false;
+    }
+    read.structInfo = std::make_unique<TypeDesc::StructInfo>();
+    read.key = Key::Struct;
+    return ReadStructure(InnerText(type, kStruct), nesting + 1, *read.structInfo) !=
+           StructureText::kTooDeep;
+  } else {
+    ReadWord(type, read);
+  }
+  return true;
+}
+
 // The "%%" that ends `detail` stands before any brace; those behind one belong to members.
-void ReadDescriptor(std::wstring_view text, int nesting, TypeDesc& desc) {
+bool ReadDescriptor(std::wstring_view text, int nesting, TypeDesc& desc) {
+  Mentioned read;
   if (const std::size_t headEnd = text.find(kNameEnd); headEnd != kNowhere) {
     const std::wstring_view head = text.substr(0, headEnd);
     const std::size_t comma = head.find(L',');
-    desc.displayName = Copied(head.substr(0, comma));
+    read.displayName = Copied(head.substr(0, comma));
     if (comma != kNowhere) {
-      desc.typeName = Copied(head.substr(comma + 1));
+      read.typeName = Copied(head.substr(comma + 1));
     }
     text.remove_prefix(headEnd + kNameEnd.size());
   }
   if (const std::size_t detailEnd = text.find(kNameEnd);
       detailEnd != kNowhere && detailEnd < text.find(L'{')) {
-    desc.detail = Copied(text.substr(0, detailEnd));
+    read.detail = Copied(text.substr(0, detailEnd));
     text.remove_prefix(detailEnd + kNameEnd.size());
   }
-  ReadType(text, nesting, desc);
+  if (!ReadType(text, nesting, read)) {
+    return false;
+  }
+  SetMentioned(read, desc);
+  return true;
 }
 
 }  // namespace
@@ -346,9 +405,11 @@ bool TypeDesc::StructInfo::Serialize(WideString& out) const {
 
 bool TypeDesc::StructInfo::Deserialize(const WideString& text) {
   StructInfo read;
-  const bool closed = ReadStructure(ViewOf(text), 1, read);
-  *this = std::move(read);
-  return closed;
+  const StructureText found = ReadStructure(ViewOf(text), 1, read);
+  if (found != StructureText::kTooDeep) {
+    *this = std::move(read);
+  }
+  return found == StructureText::kWhole;
 }
 
 bool TypeDesc::Serialize(WideString& out) const {
@@ -358,11 +419,8 @@ bool TypeDesc::Serialize(WideString& out) const {
   return true;
 }
 
-// Through a copy: the text may be one of the names that reading sets.
 bool TypeDesc::Deserialize(const WideString& text) {
-  const std::wstring source(ViewOf(text));
-  ReadDescriptor(source, 0, *this);
-  return true;
+  return ReadDescriptor(ViewOf(text), 0, *this);
 }
 
 }  // namespace quenlatrix::meta_object

@@ -152,14 +152,26 @@ TEST(TypeDesc, NestingEndsAtItsBound) {
     return text;
   };
   EXPECT_EQ(Rewritten(nested(TypeDesc::kMaxNesting)), nested(TypeDesc::kMaxNesting));
-  const TypeDesc deep = Read(nested(2000));
-  int levels = 0;
-  const TypeDesc* inner = &deep;
-  for (; inner->key == Key::Struct; inner = inner->structInfo->members.at(0).get()) {
-    ++levels;
+  for (const int tooDeep : {TypeDesc::kMaxNesting + 1, 2000}) {
+    TypeDesc desc = Point();
+    EXPECT_FALSE(desc.Deserialize(nested(tooDeep).c_str()));
+    EXPECT_EQ(Written(desc), Written(Point()));
+    const std::wstring structure = L"[S]Struct(" + nested(tooDeep - 1) + L")";
+    EXPECT_FALSE(desc.structInfo->Deserialize(structure.c_str()));
+    EXPECT_EQ(Written(desc), Written(Point()));
   }
-  EXPECT_EQ(levels, TypeDesc::kMaxNesting);
-  EXPECT_EQ(inner->key, Key::Unknown);
+}
+
+TEST(TypeDesc, InformationThatIsThereIsFilledAnewInItsPlace) {
+  TypeDesc desc = Read(L"Enum{A=1}");
+  const auto* const items = desc.enumInfo.get();
+  EXPECT_TRUE(desc.Deserialize(L",%%Struct{[S]x,int%%Int}"));
+  const auto* const structure = desc.structInfo.get();
+  EXPECT_TRUE(desc.Deserialize(L"Struct{[T]}") && desc.Deserialize(L"Enum{B=2}"));
+  EXPECT_EQ(desc.enumInfo.get(), items);
+  EXPECT_EQ(desc.structInfo.get(), structure);
+  EXPECT_EQ(items->items.size(), 1U);
+  EXPECT_TRUE(structure->members.empty());
 }
 
 TEST(TypeDesc, KeywordsNameKeysInAnyCase) {
