@@ -38,7 +38,7 @@ bool ReadProperties(RecordReader& in, ObjectInfo& target) {
     }
     const unsigned char* record = in.Take(size);
     auto property = std::make_unique<Property>();
-    if (record == nullptr || !property->Deserialize(record, size)) {
+    if (record == nullptr || !property->Deserialize(record, in.LengthOf(size))) {
       return false;
     }
     target.properties.push_back(property.get());

@@ -35,10 +35,9 @@ class ObjectInfo {
   // ends the list for a reader.
   bool Serialize(void** buffer, int* size) const;
 
-  // Reads a record that Serialize made and that is whole: its length isn't checked. Strings that
-  // the record marks as absent keep their value, and the record's properties are appended to those
-  // that are here. True; false, with nothing changed, for null and for a property whose stated
-  // length is shorter than its record.
+  // Reads a record that Serialize made and that is whole: no length is checked. Strings that the
+  // record marks as absent keep their value, and the record's properties are appended to those that
+  // are here. True; false, with nothing changed, for null.
   bool Deserialize(void* buffer);
   // Reads a record of `size` bytes from outside. False, with this object left as it was, when the
   // record is cut short or names a property that reaches past its end.

@@ -44,7 +44,7 @@ class RecordReader {
   static constexpr std::size_t kTrusted = SIZE_MAX;
 
   RecordReader(const void* record, std::size_t size)
-      : next(static_cast<const unsigned char*>(record)), left(size) {}
+      : next(static_cast<const unsigned char*>(record)), left(size), isTrusted(size == kTrusted) {}
 
   template <std::integral T>
   bool Number(T& number) {
@@ -62,12 +62,15 @@ class RecordReader {
   bool Flag(bool& flag);
   // Leaves `text` alone, too, when the record marks it as absent.
   bool Text(WideString& text);
-  // Passes over `count` bytes and lends them; null when they aren't all there.
+  // Passes over `count` bytes and gives them, non-owning; null when they aren't all there.
   const unsigned char* Take(std::size_t count);
+  // The length to which a record inside this one is read: its stated one, unless none is checked.
+  std::size_t LengthOf(std::size_t stated) const { return isTrusted ? kTrusted : stated; }
 
  private:
   const unsigned char* next;
   std::size_t left;
+  bool isTrusted;
 };
 
 }  // namespace quenlatrix::meta_object::info

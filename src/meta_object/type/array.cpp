@@ -1,5 +1,6 @@
 #include "meta_object/type/array.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstddef>
 #include <limits>
@@ -32,19 +33,21 @@ std::optional<std::int32_t> CountPlaces(std::span<const Dimension> dimensions) {
   return count;
 }
 
+// The index's distance from the lower bound, or -1 when the index is out of range.
+std::int64_t OffsetOf(const Dimension& dimension, int index) {
+  const std::int64_t offset = std::int64_t{index} - dimension.lowerBound;
+  return offset < dimension.elementCount ? std::max<std::int64_t>(offset, -1) : -1;
+}
+
 // Row-major linear index, built from the first dimension on. The descriptor may have been changed
 // since the storage was made, so the index is kept within 32 bits here and compared with the number
 // of places where it is used.
 class LinearIndex {
  public:
-  // Answers the index's distance from the lower bound, or -1 when the index is out of range.
-  std::int64_t Add(const Dimension& dimension, int index) {
-    const std::int64_t offset = std::int64_t{index} - dimension.lowerBound;
-    if (offset < 0 || offset >= dimension.elementCount) {
-      return -1;
-    }
+  // False when the offset is none, or the index leaves its range.
+  bool Add(const Dimension& dimension, std::int64_t offset) {
     linear = linear * dimension.elementCount + offset;
-    return linear <= std::numeric_limits<std::int32_t>::max() ? offset : -1;
+    return offset >= 0 && linear <= std::numeric_limits<std::int32_t>::max();
   }
 
   unsigned int Get() const { return static_cast<unsigned int>(linear); }
@@ -59,7 +62,7 @@ unsigned int LinearIndexOf(const TypeDesc& desc, int firstIndex, va_list otherIn
   for (const Dimension& dimension : DimensionsOf(desc)) {
     const int index = first ? firstIndex : va_arg(otherIndices, int);
     first = false;
-    if (linear.Add(dimension, index) < 0) {
+    if (!linear.Add(dimension, OffsetOf(dimension, index))) {
       return Array::kNoIndex;
     }
   }
@@ -80,9 +83,11 @@ Array::Array(const Array& other) : Array(static_cast<const Object&>(other)) {
     }
   }
   itemCount = other.itemCount;
+  // Places that stay empty are not written, so that they cost no memory.
   for (std::int32_t i = 0; i < itemCount; ++i) {
-    const Object* item = other.items[static_cast<std::size_t>(i)];
-    items[static_cast<std::size_t>(i)] = item == nullptr ? nullptr : item->Clone();
+    if (const Object* item = other.items[static_cast<std::size_t>(i)]) {
+      items[static_cast<std::size_t>(i)] = item->Clone();
+    }
   }
 }
 
@@ -168,15 +173,20 @@ unsigned int Array::GetLinearIndex(int* indices, int count) const {
   if (count != GetDimensionCount()) {
     return kNoIndex;
   }
-  LinearIndex linear;
-  int* index = indices + count;
-  for (const Dimension& dimension : DimensionsOf(typeDesc)) {
-    --index;
-    const std::int64_t offset = linear.Add(dimension, *index);
+  const std::span<const Dimension> dimensions = DimensionsOf(typeDesc);
+  int* index = indices;
+  for (auto dimension = dimensions.rbegin(); dimension != dimensions.rend(); ++dimension) {
+    const std::int64_t offset = OffsetOf(*dimension, *index);
     if (offset < 0) {
       return kNoIndex;
     }
-    *index = static_cast<int>(offset);
+    *index++ = static_cast<int>(offset);
+  }
+  LinearIndex linear;
+  for (const Dimension& dimension : dimensions) {
+    if (!linear.Add(dimension, *--index)) {
+      return kNoIndex;
+    }
   }
   return linear.Get();
 }

@@ -50,8 +50,8 @@ class Array : public Object {
   int GetItemCount() const { return itemCount; }
 
   // The linear index of the element at `indices`, which begin with the last dimension's, or
-  // kNoIndex when one is out of range or `count` is not the number of dimensions. Each index is
-  // overwritten with its distance from the dimension's lower bound.
+  // kNoIndex when one is out of range or `count` is not the number of dimensions. Each index up to
+  // the first one out of range is overwritten with its distance from the dimension's lower bound.
   unsigned int GetLinearIndex(int* indices, int count) const;
   int GetDimensionCount() const;
   // False, with nothing set, when there is no such dimension.

@@ -136,6 +136,18 @@ TEST(Records, HostileNumbersAreRefusedOrHarmless) {
   }
 }
 
+TEST(ObjectInfo, ARecordThatIsTrustedIsReadWhateverLengthItStates) {
+  ObjectInfo written;
+  written.properties.push_back(new Property(L"name", L"value", true));
+  Bytes record = Serialized(written);
+  const std::size_t statedLength = 4 + 5 + 2 + 5 + 8;
+  record.at(statedLength) = 1;
+  ObjectInfo read;
+  EXPECT_TRUE(read.Deserialize(record.data()));
+  ASSERT_EQ(read.properties.size(), 1U);
+  EXPECT_EQ(Text(read.properties[0]->value), L"value");
+}
+
 TEST(ObjectInfo, AssignmentReplacesAndClearRestores) {
   ObjectInfo target;
   target.properties.push_back(new Property(L"gone", L"", true));

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
+#include <cstddef>
+#include <fstream>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -99,6 +101,11 @@ TEST(Array, RefusesPlacesThatItDoesNotHave) {
   }
   int one[] = {1};
   EXPECT_EQ(array.GetLinearIndex(one, 1), Array::kNoIndex);
+  Array shifted;
+  ASSERT_TRUE(shifted.Create(ShapeOf({{1, 3}, {5, 2}})));
+  int second[] = {6, 9};
+  EXPECT_EQ(shifted.GetLinearIndex(second, 2), Array::kNoIndex);
+  EXPECT_THAT(second, ElementsAre(1, 9)) << "the last dimension's comes first";
   EXPECT_FALSE(array.SetItemAt(&item, 6));
   EXPECT_FALSE(array.SetItem(&item, nullptr));
   EXPECT_THAT(array.GetItem(nullptr), IsNull());
@@ -156,6 +163,21 @@ TEST(Array, RefusesAShapeThatMemoryCannotHoldAndStaysAsItWas) {
     EXPECT_FALSE(array.GetDimensionInfo(none, lowerBound, elementCount));
   }
   EXPECT_EQ(lowerBound, 3);
+}
+
+std::size_t ResidentPages() {
+  std::size_t whole = 0;
+  std::size_t resident = 0;
+  std::ifstream("/proc/self/statm") >> whole >> resident;
+  return resident;
+}
+
+TEST(Array, EmptyPlacesCostNoMemoryInACopyEither) {
+  Array array;
+  ASSERT_TRUE(array.Create(ShapeOf({{0, 4000000}})));
+  const std::size_t before = ResidentPages();
+  const std::unique_ptr<Object> clone(array.Clone());
+  EXPECT_LT(ResidentPages(), before + 2000) << "of 7800 pages";
 }
 
 TEST(Array, OwnsItsElementsAndClonesThem) {
