@@ -28,10 +28,12 @@ std::vector<std::string> HeldValues::GetNames() const {
 
 std::string HeldValues::NameOf(const meta_object::Handler* handler) const {
   const MonitorLock lock(monitor);
-  for (const auto& [name, entry] : values) {
-    if (entry.held.object && entry.held.object->GetHandler() == handler) return name;
-  }
-  return {};
+  const auto found = namesOfHandlers.lower_bound({handler, {}});
+  return found != namesOfHandlers.end() && found->first == handler ? found->second : std::string();
+}
+
+void HeldValues::ForgetNameOf(const Held& held, const std::string& name) {
+  if (held.object) namesOfHandlers.erase({held.object->GetHandler(), name});
 }
 
 void HeldValues::RefuseUsed(const std::string& name, const Loan* asking) const {
@@ -92,7 +94,10 @@ void HeldValues::Loan::Keep(const std::string& name, Held newHeld) {
   const MonitorLock lock(values.monitor);
   if (isAbandoned) return;
   values.RefuseUsed(name, this);
-  std::swap(values.values[name].held, newHeld);
+  Held& held = values.values[name].held;
+  values.ForgetNameOf(held, name);
+  if (newHeld.object) values.namesOfHandlers.insert({newHeld.object->GetHandler(), name});
+  std::swap(held, newHeld);
 }
 
 std::uint32_t HeldValues::Loan::Release(const std::string& name) {
@@ -101,6 +106,7 @@ std::uint32_t HeldValues::Loan::Release(const std::string& name) {
   if (found == values.values.end()) values.RefuseUnknown(name);
   values.RefuseUsed(name, this);
   if (isAbandoned) return meta_object::handler_status::kSuccess;
+  values.ForgetNameOf(found->second.held, name);
   std::optional<BeanObject>& object = found->second.held.object;
   const std::uint32_t status =
       object ? object->Release() : meta_object::handler_status::kLastReferenceReleased;

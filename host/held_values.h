@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/bean_object.h"
@@ -75,9 +77,12 @@ class HeldValues {
 
   void RefuseUsed(const std::string& name, const Loan* asking) const REQUIRES(monitor);
   [[noreturn]] void RefuseUnknown(const std::string& name) const REQUIRES(monitor);
+  void ForgetNameOf(const Held& held, const std::string& name) REQUIRES(monitor);
 
   mutable Monitor monitor;
   std::map<std::string, Entry> values GUARDED_BY(monitor);
+  // Of the handlers in `values`, so that a name is found without looking at all of them.
+  std::set<std::pair<const meta_object::Handler*, std::string>> namesOfHandlers GUARDED_BY(monitor);
 };
 
 }  // namespace quenlatrix::host

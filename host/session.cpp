@@ -106,7 +106,6 @@ Report Session::Reported(Operation operation) {
     report.Fail(ExitStatus::Failed, std::string("it can't be done: ") + error.what());
   }
   loan.End();
-  host.Collect();
   return report;
 }
 

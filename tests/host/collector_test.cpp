@@ -6,6 +6,8 @@
 #include <set>
 #include <thread>
 
+#include "host/bean_script.h"
+#include "tests/host/test_host.h"
 #include "tests/meta_object/test_handler.h"
 
 namespace quenlatrix::host {
@@ -81,6 +83,17 @@ TEST_F(CollectorTest, DoesNotWaitForAHandlerThatWasWithdrawn) {
   creator.join();
   tested.Register(slow, this);
   EXPECT_EQ(tested.GetCount(), 1U);
+}
+
+// Or a script with many held beans would take the square of the time.
+TEST(CollectorOfAHost, IsLeftAloneByStatementsWhileItsHandlersAreFew) {
+  const std::unique_ptr<Host> host = StartHost(PLUGIN_FILE);
+  HeldValues names;
+  Session session(*host, names);
+  const std::size_t before = host->GetCollector().GetCount();
+  EXPECT_EQ(RunStatement("new x beans.Point", session).error, "");
+  EXPECT_EQ(RunStatement("release x", session).error, "");
+  EXPECT_EQ(host->GetCollector().GetCount(), before + 1);
 }
 
 }  // namespace
