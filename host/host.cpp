@@ -1,9 +1,10 @@
 #include "host/host.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "host/companion_files.h"
@@ -91,30 +92,31 @@ std::string ClassPathOf(const Host::Options& options, const PluginLibrary* bean)
 
 // A jar beside the bean plug-in or among what came with the program; empty when it is at neither
 // place.
-std::string FindJar(const std::string& name, const PluginLibrary* bean) {
-  std::error_code ignored;
-  if (bean != nullptr) {
-    const fs::path jar = fs::path(bean->GetFile()).parent_path() / name;
-    if (fs::exists(jar, ignored)) {
-      return jar.string();
-    }
+std::string FindJar(const std::string& name, const PluginLibrary& bean) {
+  const fs::path places[] = {fs::path(bean.GetFile()).parent_path() / name, FindCompanion(name)};
+  for (const fs::path& jar : places) {
+    if (access(jar.c_str(), R_OK) == 0) return jar.string();
   }
-  const fs::path jar = FindCompanion(name);
-  return fs::exists(jar, ignored) ? jar.string() : std::string();
+  return {};
 }
 
 // Puts the Java sides of the bean plug-in and of this host on the class path; false, and why, when
-// a loaded bean plug-in would lack its own.
-bool AddJars(const PluginLibrary* bean, std::vector<std::string>& classPath, std::string& why) {
+// one is missing: another jar could then take its classes' place.
+bool AddOwnJars(const PluginLibrary& bean, std::vector<std::string>& classPath, std::string& why) {
   for (const char* name : {kPluginJar, kHostJar}) {
     const std::string jar = FindJar(name, bean);
-    if (!jar.empty()) {
+    if (jar.empty()) {
+      why = std::string(name) + " lies neither beside " + bean.GetFile() +
+            " nor with this program, or can't be read. Put it there, or build it.";
+    } else if (jar.find(':') != std::string::npos) {
+      why = jar +
+            " can't stand on a class path, where \":\" separates entries. Install it in a "
+            "directory without \":\" in its name.";
+    } else {
       classPath.push_back(jar);
-    } else if (bean != nullptr && name == kPluginJar) {
-      why = std::string("the plug-in's Java side, ") + name + ", lies neither beside " +
-            bean->GetFile() + " nor with this program. Put it there, or build it.";
-      return false;
+      continue;
     }
+    return false;
   }
   return true;
 }
@@ -167,9 +169,11 @@ bool Host::StartVm(const Options& options, std::string& why) {
   JavaVm::Options vmOptions;
   vmOptions.home = options.javaHome;
   classPath = ClassPathOf(options, bean);
-  vmOptions.classPath = SplitPath(classPath);
-  if (!AddJars(bean, vmOptions.classPath, why)) {
+  if (bean != nullptr && !AddOwnJars(*bean, vmOptions.classPath, why)) {
     return false;
+  }
+  for (std::string& entry : SplitPath(classPath)) {
+    vmOptions.classPath.push_back(std::move(entry));
   }
   // Signals are the program's own affair: without this the machine takes SIGINT for itself.
   vmOptions.options = {"-Xrs"};

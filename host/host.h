@@ -32,9 +32,10 @@ class Host {
     std::string pluginFile;
     // See JavaVm::Options::home.
     std::string javaHome;
-    // Entries separated by ":", as the "java" command takes them; empty for none. They come behind
-    // the bean plug-in's own class path (CLASSPATH and "beanpaths.ini" beside it), the jars of the
-    // plug-in and of the host behind these.
+    // Entries separated by ":", as the "java" command takes them; empty for none. First on the
+    // class path are the jars of the bean plug-in and of the host, whose classes no other jar may
+    // take the place of; then what the bean plug-in reads (CLASSPATH and "beanpaths.ini" beside
+    // it); then these.
     std::string classPath;
     std::vector<std::string> javaOptions;
     // See SecurityPolicy.

@@ -30,6 +30,8 @@ constexpr const char* kLibraryPlaces[] = {
     "lib/aarch64/server/libjvm.so", "jre/lib/server/libjvm.so",
 };
 
+constexpr const char* kClassPathOption = "-Djava.class.path=";
+
 using CreateJavaVM = jint (*)(JavaVM**, void**, void*);
 
 std::atomic<bool> machineStarted = false;
@@ -222,13 +224,30 @@ void EndAsHost() {
   _exit(static_cast<int>(ExitStatus::NothingToRunOn));
 }
 
+// An option can give the VM another class path than the one that it is started with: one of ours,
+// or one in the variable that the VM reads last of all. Empty when none does.
+std::string WhyClassPathIsNotOurs(const std::vector<std::string>& options) {
+  const char* variable = std::getenv("_JAVA_OPTIONS");
+  const bool isInVariable =
+      variable != nullptr && std::string_view(variable).find(kClassPathOption) != std::string::npos;
+  const bool isOption = std::any_of(options.begin(), options.end(), [](const std::string& option) {
+    return option.starts_with(kClassPathOption);
+  });
+  if (!isInVariable && !isOption) return {};
+  return std::string("-Djava.class.path") + (isOption ? " as a Java option" : " in _JAVA_OPTIONS") +
+         " would replace the class path with which the virtual machine is started; leave it out "
+         "and "
+         "add the entries to the class path (--class-path of beanhost).";
+}
+
 jint CreateMachine(CreateJavaVM create, const JavaVm::Options& options, JavaVM** machine) {
-  std::string classPath = "-Djava.class.path=";
+  std::string classPath = kClassPathOption;
   for (const std::string& entry : options.classPath) {
     classPath += (&entry == &options.classPath.front() ? "" : ":") + entry;
   }
-  std::vector<std::string> texts = {classPath};
-  texts.insert(texts.end(), options.options.begin(), options.options.end());
+  // Of options that are given twice the last one counts.
+  std::vector<std::string> texts = options.options;
+  texts.push_back(classPath);
   std::vector<JavaVMOption> list;
   list.reserve(texts.size() + 1);
   for (std::string& text : texts) {
@@ -256,6 +275,10 @@ JavaVm::JavaVm(JavaVM* machine, std::string libraryFile, std::vector<Place> plac
       placesPassed(std::move(placesPassed)) {}
 
 std::unique_ptr<JavaVm> JavaVm::Start(const Options& options, std::string& why) {
+  why = WhyClassPathIsNotOurs(options.options);
+  if (!why.empty()) {
+    return nullptr;
+  }
   if (machineStarted.exchange(true)) {
     why =
         "this process has started a Java virtual machine before, and there can be only one. Start "

@@ -23,7 +23,8 @@ class JavaVm {
     std::string home;
     // Entries of the class path, in order; each a jar or a directory.
     std::vector<std::string> classPath;
-    // Further options as the "java" command takes them, such as "-Xmx64m" or "-Dkey=value".
+    // Further options as the "java" command takes them, such as "-Xmx64m" or "-Dkey=value". None
+    // may set "java.class.path": Start then fails.
     std::vector<std::string> options;
   };
 

@@ -81,6 +81,32 @@ TEST_F(BeanhostCli, EndsWithTheStatusOfWhatWentWrong) {
   }
 }
 
+TEST_F(BeanhostCli, LetsNoJarTakeThePlaceOfTheClassesThatEveryPolicyAllows) {
+  const std::string impostors = test::TestVm::Jar("impostors.jar");
+  const Words command = {"--deny", "*", "describe", "BeanHostBoxes"};
+  const auto expectOwnClass = [](const ProgramRun& run) {
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_THAT(run.out, HasSubstr("boxInteger"));
+    EXPECT_THAT(run.err, Not(HasSubstr("impostor")));
+  };
+  Words withOption = {"--class-path", impostors};
+  withOption.insert(withOption.end(), command.begin(), command.end());
+  expectOwnClass(Start(withOption));
+  setenv("CLASSPATH", impostors.c_str(), 1);
+  expectOwnClass(Start(command));
+  unsetenv("CLASSPATH");
+
+  const std::string option = "-Djava.class.path=" + impostors;
+  Words withJavaOption = {"--java-option", option};
+  withJavaOption.insert(withJavaOption.end(), command.begin(), command.end());
+  const ProgramRun refused = Start(withJavaOption);
+  EXPECT_EQ(refused.status, 3);
+  EXPECT_THAT(refused.err, HasSubstr("--class-path"));
+  setenv("_JAVA_OPTIONS", option.c_str(), 1);
+  EXPECT_EQ(Start(command).status, 3);
+  unsetenv("_JAVA_OPTIONS");
+}
+
 TEST_F(BeanhostCli, ShowsHelpAndVersionWithoutAMachine) {
   setenv("JAVA_HOME", "/no/such/home", 1);
   EXPECT_EQ(Start({"--version"}).status, 0);
