@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <unordered_set>
 
 #include "config_file/stanza.h"
 #include "text/whole_text.h"
@@ -58,9 +59,13 @@ ConfigFile::OwnedStanzas ConfigFile::CopyListed(const ZuText& directoryName) con
     return copies;
   }
   copies.push_back(std::make_unique<Stanza>(*directory));
+  // Once each, however often it is listed: what is copied is no more than what there is.
+  std::unordered_set<const Stanza*> copied{directory};
   for (const collect::Attribute& listed : directory->CopyAttributes()) {
     if (const Stanza* const stanza = Find(listed.key); stanza != nullptr) {
-      copies.push_back(std::make_unique<Stanza>(*stanza));
+      if (copied.insert(stanza).second) {
+        copies.push_back(std::make_unique<Stanza>(*stanza));
+      }
     }
   }
   return copies;

@@ -2,6 +2,8 @@
 
 #include <ctime>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "collect/lists.h"
@@ -65,8 +67,9 @@ class ConfigFile {
   // Writes the stanzas, attributes sorted by key. Without `merge` they replace the file, which is
   // made when it is missing. With it the file is read and they are merged into what it holds,
   // memory staying as it is; false, with the file untouched, when it can't be read or merged.
-  // False also when not all could be written: the file then holds a part. More bytes than a file
-  // may have are written all the same, and can't be read again. `flag` has no effect.
+  // What could not be read again is not written: more bytes than a file may have, and names and
+  // keys that make a file invalid or get lost in it. False then, with the file untouched. False
+  // also when not all could be written: the file then holds a part. `flag` has no effect.
   bool writeFile(bool merge, bool flag);
 
   // Merges the stanzas that the other's directory lists, and that directory, into this object;
@@ -143,7 +146,8 @@ class ConfigFile {
 
   using OwnedStanzas = std::vector<std::unique_ptr<Stanza>>;
 
-  // Copies of the directory and of the stanzas that it lists, in that order; none without it.
+  // Copies of the directory and of the stanzas that it lists, in that order and once each; none
+  // without it.
   OwnedStanzas CopyListed(const ZuText& directoryName) const;
   Stanza* Find(const ZuText& name) const REQUIRES(lock);
   void Append(std::unique_ptr<Stanza> stanza) REQUIRES(lock);
@@ -152,6 +156,10 @@ class ConfigFile {
   // Makes these all the stanzas.
   void Adopt(OwnedStanzas read) REQUIRES(lock);
   // What needs the file takes no file itself: it is held by the caller.
+  // What the file is to hold. Nothing, which is reported, when it could not be read again.
+  std::optional<std::string> MakeText() const REQUIRES(lock);
+  // Would a reader of the text find these stanzas, with as many attributes?
+  bool IsReadable(const std::string& text) const REQUIRES(lock);
   bool ReadFrom(HeldFile& file);
   bool WriteTo(HeldFile& file) const;
   void BringStanza(const ConfigFile& from, const ZuText& name);

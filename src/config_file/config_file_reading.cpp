@@ -117,6 +117,20 @@ std::vector<char> ReadBytes(const HeldFile& file) {
 
 }  // namespace
 
+bool ConfigFile::IsReadable(const std::string& text) const {
+  if (text.empty()) {
+    return true;
+  }
+  std::vector<char> bytes(text.begin(), text.end());
+  StanzaReader::Stanzas found;
+  return bytes.size() <= kLargestFile && StanzaReader(bytes).Read(found) &&
+         std::equal(found.begin(), found.end(), stanzas.begin(), stanzas.end(),
+                    [](const std::unique_ptr<Stanza>& read, const Stanza* written) {
+                      return read->getStanzaName().Equals(written->getStanzaName(), true) &&
+                             read->getNumberOfAttributes() == written->getNumberOfAttributes();
+                    });
+}
+
 bool ConfigFile::parseConfigFile() {
   HeldFile file(path.GetTextEx(), HeldFile::Access::Read);
   if (!file.IsHeld()) {

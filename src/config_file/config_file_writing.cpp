@@ -5,6 +5,7 @@
 #include "config_file/config_file.h"
 #include "config_file/held_file.h"
 #include "config_file/stanza.h"
+#include "os/event_log.h"
 #include "os/file.h"
 #include "text/whole_text.h"
 
@@ -13,6 +14,10 @@ namespace quenlatrix::config_file {
 // Each operation takes the file before the lock of this object, and keeps both until it is done.
 
 bool ConfigFile::writeFile(bool merge, bool /*flag*/) {
+  // Before a file is made.
+  if (const MutexLock hold(lock); !merge && !MakeText()) {
+    return false;
+  }
   HeldFile file(path.GetTextEx(), merge ? HeldFile::Access::Change : HeldFile::Access::Replace);
   if (!file.IsHeld()) {
     file.ReportFailure();
@@ -82,21 +87,37 @@ void ConfigFile::BringStanza(const ConfigFile& from, const ZuText& name) {
 }
 
 bool ConfigFile::WriteTo(HeldFile& file) const {
-  // Made whole before the file is cut: memory that runs out must not cost what the file holds.
-  std::string text;
   const MutexLock hold(lock);
-  for (const Stanza* const stanza : stanzas) {
-    stanza->AppendTo(text);
+  // Made whole before the file is cut: memory that runs out must not cost what the file holds.
+  const std::optional<std::string> text = MakeText();
+  if (!text) {
+    return false;
   }
   std::FILE* const stream = file.Stream();
   std::rewind(stream);
   if (!ChangeOSFileSize(file.Descriptor(), 0)) {
     return file.Report("[%s] could not change size of the file %s");
   }
-  if (std::fwrite(text.data(), 1, text.size(), stream) != text.size() || std::fflush(stream) != 0) {
+  if (std::fwrite(text->data(), 1, text->size(), stream) != text->size() ||
+      std::fflush(stream) != 0) {
     return file.Report("[%s] could not write file %s");
   }
   return true;
+}
+
+std::optional<std::string> ConfigFile::MakeText() const {
+  std::string text;
+  for (const Stanza* const stanza : stanzas) {
+    stanza->AppendTo(text);
+  }
+  if (!IsReadable(text)) {
+    ReportSystemEvent(EVT_ERROR, CAT_CONFIG,
+                      "could not write file %s: what it would hold could not be read again (%zu "
+                      "bytes; too many, or a name or key that the file form cannot carry)",
+                      path.GetTextEx(), text.size());
+    return std::nullopt;
+  }
+  return text;
 }
 
 std::time_t ConfigFile::getModificationDate() const {

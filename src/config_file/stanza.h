@@ -13,10 +13,11 @@ namespace quenlatrix::config_file {
 // there is no memory for throws std::bad_alloc; a value, a name or a list of attributes is then
 // what it was.
 //
-// A file carries every name, key and value but these, which are held and written all the same:
-// - a name with "]"; a name or key of 255 bytes or more; an empty key, one that begins with a blank
-//   or tab, and one with "=", ";" or "[": reading what was written fails or gives another key.
-//   (A key of an attribute list that holds ":" can't be named in that list.)
+// A file carries every name, key and value but these, which can be held all the same:
+// - a name with "]"; a name or key of 255 bytes or more; an empty key, and one with ";" or "[": the
+//   file is not written.
+// - a key that begins with a blank or tab, and one with "=": it is read as another key. (A key of
+//   an attribute list that holds ":" can't be named in that list.)
 // - a value of more than 4095 bytes: it is cut when it is read.
 //
 // Threads: every operation may be called by any thread, but for the destructor. Attributes that are

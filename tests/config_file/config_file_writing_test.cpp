@@ -159,6 +159,57 @@ TEST(ConfigFileEvents, SayWhatFailed) {
                         "[Invalid argument] could not change size of the file /dev/full"));
 }
 
+TEST_F(ConfigFileWriting, RefusesWhatCouldNotBeReadAgainBeforeItTouchesTheFile) {
+  const std::string tooLong(255, 'n');
+  const struct {
+    std::string name;
+    std::string key;
+    std::string value;
+  } cases[] = {{"a]b", "k", "v"},   {"a];b", "k", "v"},
+               {tooLong, "k", "v"}, {"n", ";k", "v"},
+               {"n", "k;", "v"},    {"n", "[k", "v"},
+               {"n", "k[", "v"},    {"n", "", "v"},
+               {"n", tooLong, "v"}, {"n", "k", std::string(131072, 'v')}};
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name + "|" + test.key);
+    auto stanza = std::make_unique<Stanza>(test.name.c_str());
+    stanza->addValue(test.key.c_str(), test.value.c_str());
+    file.addStanza(stanza.release(), true);
+    EXPECT_FALSE(file.writeFile(false, false));
+    EXPECT_FALSE(file.writeFile(true, false));
+    EXPECT_FALSE(file.changeStanzaWithWrite(test.name.c_str(), false));
+    EXPECT_EQ(stored.Read(), kStored);
+    file.removeStanza(test.name.c_str());
+  }
+  ConfigFile fresh((stored.path + ".new").c_str(), "D");
+  fresh.addStanza(new Stanza("]"), false);
+  EXPECT_FALSE(fresh.writeFile(false, false));
+  EXPECT_FALSE(std::filesystem::exists(stored.path + ".new"));
+}
+
+// What is copied for each time that a stanza is listed would be a gigabyte here.
+TEST(ConfigFileMerging, CopiesAStanzaOnceHoweverOftenItIsListed) {
+  ConfigFile theirs("", "D");
+  ConfigFile ours("", "D");
+  theirs.createDirectoryStanza();
+  ours.createDirectoryStanza();
+  for (int i = 0; i < 3000; ++i) theirs.getStanza("D")->addValue(i % 2 == 0 ? "D" : "s", "");
+  auto listed = std::make_unique<Stanza>("s");
+  for (const char* const value : {"1", "2"}) listed->addValue("k", value);
+  theirs.addStanza(listed.release(), false);
+  rusage before = {};
+  rusage after = {};
+  getrusage(RUSAGE_SELF, &before);
+  EXPECT_TRUE(ours.mergeConfigFiles(theirs));
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 50000) << "kilobytes";
+  ZuText value;
+  EXPECT_TRUE(ours.getStanza("s")->getValue("k", 2, value));
+  EXPECT_STREQ(value.GetTextEx(), "2");
+  EXPECT_TRUE(ours.getStanza("s")->getValue("k", value));
+  EXPECT_STREQ(value.GetTextEx(), "1") << "merged once";
+}
+
 // Every byte that may stand there, in texts as long as they may be.
 TEST(ConfigFileRoundTrip, WhatTheFormCarriesIsReadAsItWasWritten) {
   std::string name;
