@@ -224,9 +224,14 @@ HandlerStatus BeanHandler::CloseIntrospect() {
 }
 
 HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const Identity& identity) {
-  const auto instance = liveReferences->Acquire(env, Instance());
+  const LiveInstance bound = Instance();
+  const auto instance = liveReferences->Acquire(env, bound);
   const auto cls =
       LocalRef<jclass>::Adopt(env, instance ? env->GetObjectClass(instance.Get()) : nullptr);
+  // Without an object there are no members to describe; an object that is gone is another matter.
+  if (bound.reference != nullptr && !cls) {
+    return handler_status::kIntrospectionFailed;
+  }
   const DescribedClass described{cls.Get(), identity};
   BeanIntrospector introspector;
   if (!introspector.CreateIntrospector(env)) {

@@ -13,6 +13,7 @@
 #include "meta_object/handlers/bean/java_types.h"
 #include "meta_object/handlers/bean/method_id.h"
 #include "meta_object/handlers/bean/plugin_state.h"
+#include "meta_object/no_throw.h"
 #include "text/narrow_text.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
@@ -57,6 +58,11 @@ class NamedClass {
   bool takesAll = false;
   std::string slashName;
 };
+
+// A null result is a success without a value: this is none.
+constexpr wchar_t kNotConverted[] =
+    L"JavaBean method call failed: what the method returned needs more memory than there is, or "
+    L"more than 2147483647 places of an array";
 
 // "<init>" would run a constructor on an instance that exists.
 bool IsMethodName(const char* name) { return *name != '<'; }
@@ -169,7 +175,11 @@ bool CBeanMethodInvoke::Call(const BareName& bareName, JavaSignature& signature,
     return false;
   }
   TranslateOutParams(arguments.Get());
-  return TranslateJavaResult(value, result, returnNumber);
+  if (!NoThrow(false, [&] { return TranslateJavaResult(value, result, returnNumber); })) {
+    exceptionText.assign(kNotConverted);
+    return false;
+  }
+  return true;
 }
 
 jmethodID CBeanMethodInvoke::FindMethod(jobject receiver, const BareName& bareName,

@@ -79,7 +79,7 @@ class CBeanMethodInvoke {
   // From Java.
 
   // The value of a result by its Java type number, null where there is none. False without an
-  // environment.
+  // environment, and when the value of an array can't be made.
   bool TranslateJavaResult(jvalue value, type::Object** result, int number);
   // The new value of a Java object of the named class: one with its text, or for a class that
   // crosses as reference one that holds a new global reference. Null when there is none.
@@ -88,10 +88,16 @@ class CBeanMethodInvoke {
   // global reference. Null for a type without values, or when the object can't be bound: `object`
   // then stays the caller's.
   type::Object* CreateItem(const TypeDesc& desc, jobject object) const;
-  // Fills `*result`, an array value, or a new one when it is null, from a Java array. False, with
-  // no new value, for an empty array or one of another shape.
-  bool JavaArray2Native(jarray array, const wchar_t* typeName, type::Object** result);
-  bool Java2Array2NativeArray(jarray array, const wchar_t* typeName, type::Object** result);
+  // What came of copying a Java array into an array value.
+  enum class ArrayCopy {
+    kDone,
+    kNoValue,  // an empty array, one whose first row is null, or one of another shape
+    kNotMade,  // a value without room for it: memory, or more places than an array has
+  };
+  // Fills `*result`, an array value, or a new one when it is null, from a Java array; there is no
+  // new one unless it is done. What Java holds as null is an empty place, a null row a row of them.
+  ArrayCopy JavaArray2Native(jarray array, const wchar_t* typeName, type::Object** result);
+  ArrayCopy Java2Array2NativeArray(jarray array, const wchar_t* typeName, type::Object** result);
 
  private:
   // The call itself, once the arguments are there. True with `result`; false with the exception's
@@ -118,6 +124,7 @@ class CBeanMethodInvoke {
 
   // The value of an object whose class crosses as text.
   type::Object* CreateTextItem(const JavaTextClass& row, jobject reference);
+  // False when Java threw.
   bool FillElements(jobjectArray array, const wchar_t* typeName, type::Array& target);
   bool FillRows(jobjectArray array, const wchar_t* typeName, type::Array& target, int rows,
                 int columns);

@@ -133,10 +133,10 @@ bool CBeanMethodInvoke::TranslateJavaResult(jvalue value, type::Object** result,
       return true;
     }
     if (returnType.arrayInfo != nullptr) {
-      JavaArray2Native(static_cast<jarray>(value.l), ReturnTypeName(), result);
-    } else {
-      *result = ClassToReference(ReturnTypeName(), value.l);
+      return JavaArray2Native(static_cast<jarray>(value.l), ReturnTypeName(), result) !=
+             ArrayCopy::kNotMade;
     }
+    *result = ClassToReference(ReturnTypeName(), value.l);
     return true;
   }
   if (const JavaPrimitive* const primitive = FindPrimitive(number)) {
@@ -194,37 +194,41 @@ type::Object* CBeanMethodInvoke::CreateItem(const TypeDesc& desc, jobject object
   return nullptr;
 }
 
-bool CBeanMethodInvoke::JavaArray2Native(jarray array, const wchar_t* typeName,
-                                         type::Object** result) {
+CBeanMethodInvoke::ArrayCopy CBeanMethodInvoke::JavaArray2Native(jarray array,
+                                                                 const wchar_t* typeName,
+                                                                 type::Object** result) {
   const jint length = env->GetArrayLength(array);
   if (length < 1) {
     bean::IsJavaExceptionHappened(env, nullptr);
-    return false;
+    return ArrayCopy::kNoValue;
   }
   if (result == nullptr) {
-    return false;
+    return ArrayCopy::kNoValue;
   }
   const TypeDesc& shape = *result == nullptr ? returnType : (*result)->GetMetaItemType();
   if (shape.arrayInfo == nullptr) {
-    return false;
+    return ArrayCopy::kNoValue;
   }
   std::size_t const dimensions = shape.arrayInfo->dimensions.size();
   if (dimensions == 2) {
     return Java2Array2NativeArray(array, typeName, result);
   }
   Target target(*result);
-  if (dimensions != 1 || !target || !(*target).Create(ArrayDesc(typeName, {length}))) {
-    return false;
+  if (dimensions != 1 || !target) {
+    return ArrayCopy::kNoValue;
+  }
+  if (!(*target).Create(ArrayDesc(typeName, {length}))) {
+    return ArrayCopy::kNotMade;
   }
   if (const JavaPrimitive* const primitive = FindPrimitive(typeName)) {
     if (primitive->fromArray != nullptr) {
       primitive->fromArray(env, array, static_cast<unsigned int>(length), &*target);
     }
   } else if (!FillElements(static_cast<jobjectArray>(array), typeName, *target)) {
-    return false;
+    return ArrayCopy::kNoValue;
   }
   *result = target.Release();
-  return true;
+  return ArrayCopy::kDone;
 }
 
 bool CBeanMethodInvoke::FillElements(jobjectArray array, const wchar_t* typeName,
@@ -244,31 +248,34 @@ bool CBeanMethodInvoke::FillElements(jobjectArray array, const wchar_t* typeName
   return true;
 }
 
-bool CBeanMethodInvoke::Java2Array2NativeArray(jarray array, const wchar_t* typeName,
-                                               type::Object** result) {
+CBeanMethodInvoke::ArrayCopy CBeanMethodInvoke::Java2Array2NativeArray(jarray array,
+                                                                       const wchar_t* typeName,
+                                                                       type::Object** result) {
   auto* const table = static_cast<jobjectArray>(array);
   const jint rows = env->GetArrayLength(table);
   if (rows < 1) {
     bean::IsJavaExceptionHappened(env, nullptr);
-    return false;
+    return ArrayCopy::kNoValue;
   }
   Target target(*result);
   if (!target || (*target).GetMetaItemType().arrayInfo == nullptr) {
-    return false;
+    return ArrayCopy::kNoValue;
   }
   auto first = LocalRef<jarray>::Adopt(env, env->GetObjectArrayElement(table, 0));
   if (bean::IsJavaExceptionHappened(env, nullptr) || !first) {
-    return false;
+    return ArrayCopy::kNoValue;
   }
   const jint columns = env->GetArrayLength(first.Get());
   first.Reset();
-  if (bean::IsJavaExceptionHappened(env, nullptr) || columns < 1 ||
-      !(*target).Create(ArrayDesc(typeName, {rows, columns}))) {
-    return false;
+  if (bean::IsJavaExceptionHappened(env, nullptr) || columns < 1) {
+    return ArrayCopy::kNoValue;
+  }
+  if (!(*target).Create(ArrayDesc(typeName, {rows, columns}))) {
+    return ArrayCopy::kNotMade;
   }
   const bool isWhole = FillRows(table, typeName, *target, rows, columns);
   *result = target.Release();
-  return isWhole;
+  return isWhole ? ArrayCopy::kDone : ArrayCopy::kNoValue;
 }
 
 bool CBeanMethodInvoke::FillRows(jobjectArray array, const wchar_t* typeName, type::Array& target,
@@ -277,8 +284,11 @@ bool CBeanMethodInvoke::FillRows(jobjectArray array, const wchar_t* typeName, ty
   (*row).GetMetaItemType() = ArrayDesc(typeName, {columns});
   for (int r = 0; r < rows; ++r) {
     const auto rowArray = LocalRef<jarray>::Adopt(env, env->GetObjectArrayElement(array, r));
-    if (bean::IsJavaExceptionHappened(env, nullptr) || !rowArray) {
+    if (bean::IsJavaExceptionHappened(env, nullptr)) {
       return false;
+    }
+    if (!rowArray) {
+      continue;
     }
     ReleaseItems(*row);
     (*row).Clear();
@@ -288,9 +298,6 @@ bool CBeanMethodInvoke::FillRows(jobjectArray array, const wchar_t* typeName, ty
     for (int c = 0; c < count; ++c) {
       const auto index = static_cast<unsigned int>(c);
       type::Object* const item = (*row).GetItemAt(index);
-      if (item == nullptr) {
-        return false;
-      }
       (*row).SetItemAt(nullptr, index);
       target.SetItemAt(item, static_cast<unsigned int>(r * columns + c));
     }
