@@ -13,6 +13,7 @@
 #include "host/host.h"
 #include "host/reporter.h"
 #include "host/shell.h"
+#include "host/vm_exit.h"
 
 namespace quenlatrix::host {
 
@@ -26,6 +27,8 @@ std::unique_ptr<Host> StartHost(const CommandOptions& options, Reporter& reporte
   hostOptions.javaOptions = options.javaOptions;
   hostOptions.allow = options.allow;
   hostOptions.deny = options.deny;
+  hostOptions.onVmExit = EndForBean;
+  RememberTerminal();
   std::string why;
   std::unique_ptr<Host> host = Host::Start(hostOptions, why);
   if (!host) {

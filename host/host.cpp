@@ -179,6 +179,7 @@ bool Host::StartVm(const Options& options, std::string& why) {
   vmOptions.options = {"-Xrs"};
   vmOptions.options.insert(vmOptions.options.end(), options.javaOptions.begin(),
                            options.javaOptions.end());
+  vmOptions.onExit = options.onVmExit;
   machine = JavaVm::Start(vmOptions, why);
   return machine != nullptr;
 }

@@ -38,6 +38,8 @@ class Host {
     // it); then these.
     std::string classPath;
     std::vector<std::string> javaOptions;
+    // See JavaVm::Options::onExit.
+    void (*onVmExit)(int status) = nullptr;
     // See SecurityPolicy.
     std::vector<std::string> allow;
     std::vector<std::string> deny;

@@ -36,6 +36,11 @@ using CreateJavaVM = jint (*)(JavaVM**, void**, void*);
 
 std::atomic<bool> machineStarted = false;
 std::atomic<bool> isStarting = false;
+// The VM of this process once it runs.
+std::atomic<JavaVM*> runningMachine = nullptr;
+// What EndProcess ends with; negative before.
+std::atomic<int> endStatus = -1;
+std::atomic<void (*)(int)> exitHandler = nullptr;
 
 // A place to look at: a home, or why there is none.
 struct Candidate {
@@ -224,6 +229,12 @@ void EndAsHost() {
   _exit(static_cast<int>(ExitStatus::NothingToRunOn));
 }
 
+// The VM's hook for its exit.
+void OnExit(jint code) {
+  if (endStatus >= 0) std::exit(endStatus);
+  exitHandler.load()(code);
+}
+
 // An option can give the VM another class path than the one that it is started with: one of ours,
 // or one in the variable that the VM reads last of all. Empty when none does.
 std::string WhyClassPathIsNotOurs(const std::vector<std::string>& options) {
@@ -249,12 +260,17 @@ jint CreateMachine(CreateJavaVM create, const JavaVm::Options& options, JavaVM**
   std::vector<std::string> texts = options.options;
   texts.push_back(classPath);
   std::vector<JavaVMOption> list;
-  list.reserve(texts.size() + 1);
+  list.reserve(texts.size() + 2);
   for (std::string& text : texts) {
     list.push_back({text.data(), nullptr});
   }
-  std::string hook = "abort";
-  list.push_back({hook.data(), reinterpret_cast<void*>(EndAsHost)});
+  std::string abortHook = "abort";
+  list.push_back({abortHook.data(), reinterpret_cast<void*>(EndAsHost)});
+  std::string exitHook = "exit";
+  exitHandler = options.onExit;
+  if (options.onExit != nullptr) {
+    list.push_back({exitHook.data(), reinterpret_cast<void*>(OnExit)});
+  }
   JavaVMInitArgs arguments = {};
   arguments.version = JNI_VERSION_1_8;
   arguments.options = list.data();
@@ -299,7 +315,27 @@ std::unique_ptr<JavaVm> JavaVm::Start(const Options& options, std::string& why) 
     why = DescribeFailure(code, library.file);
     return nullptr;
   }
+  runningMachine = machine;
   return std::unique_ptr<JavaVm>(new JavaVm(machine, library.file, std::move(passed)));
+}
+
+void JavaVm::EndProcess(int status) {
+  JavaVM* const machine = runningMachine;
+  void* environment = nullptr;
+  if (machine == nullptr || machine->AttachCurrentThread(&environment, nullptr) != JNI_OK) return;
+  auto* const env = static_cast<JNIEnv*>(environment);
+  endStatus = status;
+  const jclass runtime = env->FindClass("java/lang/Runtime");
+  const jmethodID get =
+      runtime == nullptr ? nullptr
+                         : env->GetStaticMethodID(runtime, "getRuntime", "()Ljava/lang/Runtime;");
+  const jmethodID halt = get == nullptr ? nullptr : env->GetMethodID(runtime, "halt", "(I)V");
+  const jobject itself = halt == nullptr ? nullptr : env->CallStaticObjectMethod(runtime, get);
+  if (itself != nullptr && env->ExceptionCheck() == JNI_FALSE) {
+    env->CallVoidMethod(itself, halt, status);
+  }
+  env->ExceptionClear();
+  machine->DetachCurrentThread();
 }
 
 }  // namespace quenlatrix::host

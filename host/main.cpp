@@ -4,9 +4,13 @@
 #include "host/document_output.h"
 #include "host/events.h"
 #include "host/installation_root.h"
+#include "host/java_vm.h"
 
-int main(int argc, char** argv) {
-  using namespace quenlatrix::host;
+namespace quenlatrix::host {
+
+namespace {
+
+int Run(int argc, char** argv) {
   const CommandLine line = ParseCommandLine(argc, argv);
   if (line.command == nullptr) return static_cast<int>(line.status);
   DocumentOutput output;
@@ -22,4 +26,14 @@ int main(int argc, char** argv) {
   ReportEvent(EVT_INFO, CAT_STOP,
               "beanhost stops with exit status " + std::to_string(static_cast<int>(status)));
   return static_cast<int>(status);
+}
+
+}  // namespace
+
+}  // namespace quenlatrix::host
+
+int main(int argc, char** argv) {
+  const int status = quenlatrix::host::Run(argc, argv);
+  quenlatrix::host::JavaVm::EndProcess(status);
+  return status;
 }

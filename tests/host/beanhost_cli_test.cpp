@@ -281,6 +281,15 @@ TEST_F(BeanhostCli, KeepsWhatABeanPrintsOutOfTheDocuments) {
   EXPECT_THAT(verbose.err, HasSubstr("java.util.ArrayList"));
 }
 
+// A VM that still runs at the process's end meets what libjvm's destructors leave behind.
+TEST_F(BeanhostCli, EndsTheVmBeforeItselfAndWaitsForNoThreadOfABean) {
+  const ProgramRun run =
+      Host({"--java-option", "-Xlog:vmoperation=debug", "call", "java.util.Timer", "purge"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "0\n");
+  EXPECT_THAT(run.err, HasSubstr("): Exit,"));
+}
+
 TEST_F(BeanhostCli, WalksWhatAScriptFilled) {
   const std::string script =
       "new map java.util.HashMap\ncall map put a true\nlet entries = call map entrySet\n"

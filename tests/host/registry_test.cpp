@@ -108,6 +108,20 @@ TEST_F(RegistryCli, KeepsEventsInAFile) {
   EXPECT_THAT(refused.err, HasSubstr("/no/such/log can't be opened: No such file or directory"));
 }
 
+TEST_F(RegistryCli, FailsWithATextAndAStopEventWhenABeanEndsTheVm) {
+  for (const char* method : {"exit 0", "halt 0", "exit 3"}) {
+    const fs::path log = directory / "log";
+    fs::remove(log);
+    const ProgramRun run =
+        Script(std::string("new e beans.VmEnder\ncall e ") + method + "\nsize e\n",
+               {"--event-log", log.string(), "--json", "--keep-going"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err, HasSubstr("a bean ended the Java VM")) << method;
+    EXPECT_EQ(Parsed(run.out).size(), 1U);
+    EXPECT_THAT(Events(), HasSubstr("STOP       ERROR    beanhost stops with exit status 1"));
+  }
+}
+
 TEST_F(RegistryCli, KeepsTheEventLogForEventsWhereStandardStreamsAreClosed) {
   const std::string command = std::string(BEANHOST_PROGRAM " --event-log ") +
                               (directory / "log").string() + " handlers >&- 2>&-";
