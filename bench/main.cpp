@@ -10,6 +10,7 @@
 
 #include "bench/bench_host.h"
 #include "bench/table_reporter.h"
+#include "tests/support/end_vm.h"
 
 int main(int argc, char** argv) {
   std::vector<std::string> arguments = {argv[0], "--benchmark_repetitions=5",
@@ -34,5 +35,6 @@ int main(int argc, char** argv) {
   TableReporter reporter(checks ? TableReporter::Prints::kErrors : TableReporter::Prints::kTables);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
+  quenlatrix::test::EndVm();
   return reporter.IsAllRight() ? 0 : 1;
 }

@@ -28,6 +28,7 @@ TEST(BeanObject, OfATypeIsNearerToItThanToTheTypesOwnSupertypes) {
 
 // The process must then end by itself, too: the timer's thread is no daemon and waits for ever.
 TEST(BeanObject, CanBeHeldStillAndItsThreadsRunningWhenTheHostEnds) {
+  test::TestVm::LeaveRunning();
   std::unique_ptr<Host> host = StartHost(PLUGIN_FILE);
   Host::Creation timer = host->Create("java.util.Timer");
   ASSERT_TRUE(timer.object.has_value()) << timer.text;

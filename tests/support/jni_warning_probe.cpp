@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "host/java_vm.h"
+#include "tests/support/end_vm.h"
 
 // Calls into Java with an exception pending, which -Xcheck:jni warns about. Ends with 0 whatever
 // happens, so that only the warning can make its test notice anything.
@@ -19,5 +20,6 @@ int main() {
   env->FindClass("no/such/Class");
   env->FindClass("java/lang/String");
   env->ExceptionClear();
+  quenlatrix::test::EndVm();
   return EXIT_SUCCESS;
 }

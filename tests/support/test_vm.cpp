@@ -1,11 +1,14 @@
 #include "tests/support/test_vm.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 
 #include "host/java_vm.h"
+#include "tests/support/end_vm.h"
 
 namespace quenlatrix::test {
 
@@ -19,6 +22,8 @@ host::JavaVm::Options& Options() {
       {"-Xcheck:jni"}};
   return options;
 }
+
+bool isLeftRunning = false;
 
 std::unique_ptr<host::JavaVm> Start() {
   std::string why;
@@ -50,6 +55,15 @@ JNIEnv* TestVm::Env() {
     std::exit(EXIT_FAILURE);
   }
   return static_cast<JNIEnv*>(environment);
+}
+
+void TestVm::LeaveRunning() { isLeftRunning = true; }
+
+void TestVm::End() {
+  if (isLeftRunning) return;
+  alarm(60);  // A thread that a test left in the VM fails the test.
+  EndVm();
+  alarm(0);
 }
 
 std::string TestVm::JavaHome() {

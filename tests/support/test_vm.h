@@ -20,6 +20,10 @@ class TestVm {
   // The calling thread's environment; attaches the thread when it isn't. Not to be kept beyond a
   // detach.
   static JNIEnv* Env();
+  // For a test whose process has to end although Java threads run: the end of the VM would wait.
+  static void LeaveRunning();
+  // To be called at the end of main(); see EndVm.
+  static void End();
 
   // The JDK that the test runs on; empty when the environment names none.
   static std::string JavaHome();
