@@ -1,6 +1,9 @@
 #include "os/event_log.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <syslog.h>
+#include <unistd.h>
 
 #include <array>
 #include <atomic>
@@ -121,10 +124,16 @@ Mutex EvtLogCS(Mutex::Private);
 // Empty while the log goes to standard output.
 ZuText EvtLogFileName GUARDED_BY(EvtLogCS);
 
+// Whoever may read the file can lock it, and so hold up all who report: not everybody may.
+constexpr mode_t kLogFileMode = S_IRUSR | S_IWUSR | S_IRGRP;
+
 FILE* OpenStream(const char* path) REQUIRES(gate) {
-  FILE* const stream = fopen(path, "a+e");
+  const int fd = open(path, O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, kLogFileMode);
+  FILE* const stream = fd == -1 ? nullptr : fdopen(fd, "a+");
   if (stream != nullptr) {
     setvbuf(stream, streamBuffer.data(), _IOFBF, streamBuffer.size());
+  } else if (fd != -1) {
+    close(fd);
   }
   return stream;
 }
@@ -226,6 +235,10 @@ bool WriteLine(const ZuText& line) {
 }  // namespace
 
 bool OpenSystemEventLog(const char* path, const char* ident) {
+  // Not after the gate, behind which a thread may be waiting for another process.
+  if (EvtLogFile != nullptr) {
+    return false;
+  }
   const GateLock turn(gate);
   if (EvtLogFile != nullptr) {
     return false;

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -120,6 +121,17 @@ TEST_F(EventLogTest, OnlyAnOpenLogIsWrittenAndItIsOpenOnce) {
   EXPECT_FALSE(std::filesystem::exists(path + "2"));
 }
 
+TEST_F(EventLogTest, ItsFileIsNotReadableForAll) {
+  const std::string made = path + ".made";
+  const mode_t before = umask(0);
+  ASSERT_TRUE(OpenSystemEventLog(made.c_str(), nullptr));
+  umask(before);
+  struct stat status = {};
+  EXPECT_EQ(stat(made.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+  std::filesystem::remove(made);
+}
+
 TEST_F(EventLogTest, AMessageIsCutAt10239Characters) {
   ASSERT_TRUE(OpenSystemEventLog(path.c_str(), nullptr));
   EXPECT_TRUE(ReportSystemEvent(EVT_INFO, CAT_DEBUG, "%s", std::string(20000, 'x').c_str()));
@@ -202,10 +214,14 @@ TEST_F(EventLogTest, AReportWaitsForTheFilesLockWhateverSignalsCome) {
     EXPECT_TRUE(ReportSystemEvent(EVT_INFO, CAT_DEBUG, "waited"));
     done = true;
   });
+  int openedMeanwhile = 0;
   while (!done) {
     pthread_kill(reporter.native_handle(), SIGUSR1);
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_FALSE(OpenSystemEventLog(path.c_str(), nullptr));
+    ++openedMeanwhile;
   }
+  EXPECT_GT(openedMeanwhile, 5) << "opening an open log waits for nobody";
   reporter.join();
   EXPECT_TRUE(Succeeded(other));
   EXPECT_THAT(log.Read(), MatchesRegex("other\n.*waited\n"));
