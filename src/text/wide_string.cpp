@@ -105,6 +105,16 @@ WideString& WideString::operator=(const WideString& o) {
   return *this;
 }
 
+WideString& WideString::assignBytes(const char* s) {
+  assign(s);
+  if (wideBuffer != nullptr) {
+    const std::size_t size = std::strlen(s) + 1;
+    narrowCopy = std::make_unique_for_overwrite<char[]>(size);
+    std::memcpy(narrowCopy.get(), s, size);
+  }
+  return *this;
+}
+
 WideString& WideString::assignFormat(const wchar_t (&format)[3]) {
   wideBuffer.reset(const_cast<wchar_t*>(format));
   narrowCopy.reset();

@@ -46,6 +46,10 @@ class WideString {
   // NULs. `count` must not be negative.
   WideString& assign(const wchar_t* s, int count);
 
+  // As assign, with `s` itself as the narrow copy, whole in whatever encoding: a file's name. Both
+  // are empty where it can't be decoded.
+  WideString& assignBytes(const char* s);
+
   // One of numberFormats, which isn't copied.
   WideString& assignFormat(const wchar_t (&format)[3]);
 

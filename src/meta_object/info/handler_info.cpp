@@ -35,13 +35,11 @@ const char* HandlerInfo::GetServerDirectory() const { return serverDirectory.get
 void HandlerInfo::FinishWith(void* moduleHandle) {
   char path[kPathBufferSize] = "";
   GetModuleFileName(moduleHandle, path, sizeof path);
-  serverPath.assign(path);
-  serverDirectory.assign(DirectoryOf(path).c_str());
+  serverPath.assignBytes(path);
+  serverDirectory.assignBytes(DirectoryOf(path).c_str());
   GetHandlerName();
   GetHandlerType();
   GetDescription();
-  GetServerPath();
-  GetServerDirectory();
 }
 
 }  // namespace quenlatrix::meta_object::info

@@ -14,8 +14,9 @@ class HandlerInfo {
   virtual ~HandlerInfo();
   HandlerInfo& operator=(const HandlerInfo&) = default;
 
-  // Each lends the narrow form of its text, valid until the text changes; null when the text is
-  // empty or has no narrow form.
+  // The narrow form of each text, valid until the text changes; null when the text is empty or has
+  // no narrow form. Path and directory are the very bytes of the file's name, null where the
+  // process's encoding can't read them.
   virtual const char* GetHandlerName() const;
   virtual const char* GetHandlerType() const;
   virtual const char* GetDescription() const;

@@ -1,10 +1,13 @@
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <tuple>
 
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
+#include "tests/support/locales.h"
 
 namespace quenlatrix::test {
 namespace {
@@ -95,6 +98,24 @@ TEST(PluginFrame, InitialisesOnceTheEnvironmentIsThereAndBeforeTheMachineIs) {
   EXPECT_EQ(handler->GetReferenceCount(), 1U);
   EXPECT_EQ(handler->GetHandlerInfo(), info);
   image.FreeHandlerObject(handler);
+}
+
+TEST(PluginFrame, TellsItsPathInTheFilesOwnBytes) {
+  namespace fs = std::filesystem;
+  const LocaleScope scope(utf8Locale);
+  const fs::path folder =
+      fs::temp_directory_path() / ("d\xC3\xBCr" + std::to_string(getpid())) / "\xC3\xA9";
+  fs::create_directories(folder);
+  fs::copy_file(PLUGIN_FILE, folder / "plugin.so");
+  {
+    TestHost host;
+    PluginImage image((folder / "plugin.so").c_str());
+    image.SetEnvironment(&host.environment);
+    ASSERT_TRUE(image.InitHandler(image.handle));
+    EXPECT_EQ(image.GetHandlerInfo()->GetServerPath(), (folder / "plugin.so").native());
+    EXPECT_EQ(image.GetHandlerInfo()->GetServerDirectory(), folder.native());
+  }
+  fs::remove_all(folder.parent_path());
 }
 
 class PluginFrameTest : public PluginTest {};
