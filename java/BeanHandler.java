@@ -35,8 +35,9 @@ import java.util.jar.Manifest;
  * reads accessors by reflection itself. Types are named by {@link Class#getName}.
  *
  * <p>An instance serves one native operation on one thread. It keeps the names that the last {@link
- * #enumJavaBeans} found and the catalogue of the class asked about last. What reflection throws
- * for a class that cannot be linked goes to the caller.
+ * #enumJavaBeans} found and the catalogue of the class asked about last. A class that cannot be
+ * examined, since its members name a missing type, say, has negative counts: it is none without
+ * members.
  */
 public class BeanHandler {
   /** No compiler's class is as large; an entry that claims to be would fill the heap. */
@@ -89,7 +90,7 @@ public class BeanHandler {
   }
 
   public int getPropertyCount(Class<?> cls) {
-    return cls == null ? 0 : catalogueOf(cls).rows.size();
+    return cls == null ? 0 : examine(cls) ? catalogue.rows.size() : -1;
   }
 
   /** One row for each property and type; 1, or 0 when there was nothing to fill. */
@@ -111,7 +112,7 @@ public class BeanHandler {
   }
 
   public int getMethodCount(Class<?> cls) {
-    return cls == null ? 0 : catalogueOf(cls).methods.length;
+    return cls == null ? 0 : examine(cls) ? catalogue.methods.length : -1;
   }
 
   /** The methods that are no accessors; 1, or 0 when there was nothing to fill. */
@@ -152,12 +153,17 @@ public class BeanHandler {
     return cls == null ? null : cls.getName();
   }
 
-  private Catalogue catalogueOf(Class<?> cls) {
+  /** Makes the class the catalogued one; false when it can't be examined. */
+  private boolean examine(Class<?> cls) {
     if (cls != catalogued) {
-      catalogue = new Catalogue(cls);
+      try {
+        catalogue = new Catalogue(cls);
+      } catch (LinkageError | RuntimeException | VirtualMachineError unexaminable) {
+        return false;
+      }
       catalogued = cls;
     }
-    return catalogue;
+    return true;
   }
 
   private Method methodAt(Class<?> cls, int index) {

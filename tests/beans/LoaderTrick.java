@@ -11,13 +11,17 @@ public class LoaderTrick {
   private WeakReference<ClassLoader> last = new WeakReference<>(null);
 
   /** An instance of the named class, which a new loader defines, as it does the classes that match. */
-  public Object alone(String name, String own) throws Exception {
+  public Object alone(String name, String own) throws Exception { return alone(name, own, ""); }
+
+  /** The same, where the classes of the new loader lack one. */
+  public Object alone(String name, String own, String lacked) throws Exception {
     URL here = LoaderTrick.class.getProtectionDomain().getCodeSource().getLocation();
     ClassLoader loader = new URLClassLoader(new URL[] {here}) {
       @Override
       protected Class<?> loadClass(String name, boolean resolve) throws ClassNotFoundException {
         Class<?> known = findLoadedClass(name);
         if (known != null) return known;
+        if (name.equals(lacked)) throw new ClassNotFoundException(name);
         return name.matches(own) ? findClass(name) : super.loadClass(name, resolve);
       }
     };

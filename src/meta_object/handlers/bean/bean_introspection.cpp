@@ -1,5 +1,6 @@
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -250,29 +251,29 @@ HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const Identity& i
 bool BeanHandler::LoadAccessors(JNIEnv* env, BeanIntrospector& introspector,
                                 const DescribedClass& described) {
   const jint count = introspector.getPropertyCount(env, described.cls);
-  return WithRows(env, count, [&](Rows rows) {
-    if (introspector.getPropertyInfo(env, described.cls, count, rows.names, rows.types,
-                                     rows.numbers) == 0) {
-      return true;
-    }
-    const IntElements bits(env, rows.numbers);
-    if (IsJavaExceptionHappened(env) || bits.Get() == nullptr) {
-      return true;
-    }
-    JavaText name;
-    JavaText type;
-    for (jint i = 0; i < count; ++i) {
-      if (!ReadName(env, rows.names, i, name) || !ReadName(env, rows.types, i, type)) {
-        return false;
-      }
-      for (const AccessorKind& kind : kAccessorKinds) {
-        if ((bits.Get()[i] & kind.bit) != 0) {
-          AddAccessorMethod(kind.bit, name.Get(), type.Get(), described.identity);
-        }
-      }
-    }
-    return true;
-  });
+  return count >= 0 && WithRows(env, count, [&](Rows rows) {
+           if (introspector.getPropertyInfo(env, described.cls, count, rows.names, rows.types,
+                                            rows.numbers) == 0) {
+             return true;
+           }
+           const IntElements bits(env, rows.numbers);
+           if (IsJavaExceptionHappened(env) || bits.Get() == nullptr) {
+             return true;
+           }
+           JavaText name;
+           JavaText type;
+           for (jint i = 0; i < count; ++i) {
+             if (!ReadName(env, rows.names, i, name) || !ReadName(env, rows.types, i, type)) {
+               return false;
+             }
+             for (const AccessorKind& kind : kAccessorKinds) {
+               if ((bits.Get()[i] & kind.bit) != 0) {
+                 AddAccessorMethod(kind.bit, name.Get(), type.Get(), described.identity);
+               }
+             }
+           }
+           return true;
+         });
 }
 
 bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
@@ -307,35 +308,39 @@ bool BeanHandler::AddAccessorMethod(int kind, const wchar_t* propertyName,
 bool BeanHandler::LoadMethods(JNIEnv* env, BeanIntrospector& introspector,
                               const DescribedClass& described) {
   const jint count = introspector.getMethodCount(env, described.cls);
-  return WithRows(env, count, [&](Rows rows) {
-    if (introspector.getMethodInfo(env, described.cls, count, rows.names, rows.types,
-                                   rows.numbers) == 0) {
-      return true;
-    }
-    const IntElements indexes(env, rows.numbers);
-    if (IsJavaExceptionHappened(env) || (indexes.Get() == nullptr && count > 0)) {
-      return false;
-    }
-    const ParamReader reader{env, introspector, described.cls, rows.stringClass};
-    JavaText name;
-    JavaText returnType;
-    for (jint i = 0; i < count; ++i) {
-      CachedMethodInfo method;
-      if (!ReadName(env, rows.names, i, name) || !ReadName(env, rows.types, i, returnType)) {
-        return false;
-      }
-      method.name.assign(name.Get());
-      method.altName = method.name;
-      method.returnType = GetTypeDesc(returnType.Get());
-      if (!reader.ReadParams(*this, indexes.Get()[i], method)) {
-        return false;
-      }
-      if (_pEnvironment != nullptr) {
-        _pEnvironment->CacheAddMethodInfo(described.identity, method);
-      }
-    }
-    return true;
-  });
+  return count >= 0 && WithRows(env, count, [&](Rows rows) {
+           if (introspector.getMethodInfo(env, described.cls, count, rows.names, rows.types,
+                                          rows.numbers) == 0) {
+             return true;
+           }
+           const IntElements indexes(env, rows.numbers);
+           if (IsJavaExceptionHappened(env) || (indexes.Get() == nullptr && count > 0)) {
+             return false;
+           }
+           const ParamReader reader{env, introspector, described.cls, rows.stringClass};
+           JavaText name;
+           JavaText returnType;
+           for (jint i = 0; i < count; ++i) {
+             CachedMethodInfo method;
+             if (!ReadName(env, rows.names, i, name) || !ReadName(env, rows.types, i, returnType)) {
+               return false;
+             }
+             method.name.assign(name.Get());
+             // It could be counted and never asked for.
+             if (!HasWholeNarrowForm(method.name)) {
+               continue;
+             }
+             method.altName = method.name;
+             method.returnType = GetTypeDesc(returnType.Get());
+             if (!reader.ReadParams(*this, indexes.Get()[i], method)) {
+               return false;
+             }
+             if (_pEnvironment != nullptr) {
+               _pEnvironment->CacheAddMethodInfo(described.identity, method);
+             }
+           }
+           return true;
+         });
 }
 
 void BeanHandler::GetParamName(int number, const wchar_t* given, WideString& out) const {
@@ -344,8 +349,8 @@ void BeanHandler::GetParamName(int number, const wchar_t* given, WideString& out
     return;
   }
   char name[kPrefixSize + kLongestNumber] = "";
-  const int size = LoadString(_HandlerInfo->moduleHandle, "param", name, kPrefixSize);
-  *std::to_chars(name + size - 1, std::end(name) - 1, number).ptr = '\0';
+  LoadString(_HandlerInfo->moduleHandle, "param", name, kPrefixSize);
+  *std::to_chars(name + std::strlen(name), std::end(name) - 1, number).ptr = '\0';
   out.assign(name);
 }
 

@@ -4,6 +4,7 @@
 #include "meta_object/info/property.h"
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
 #include "tests/support/jni_reference_tracker.h"
+#include "tests/support/locales.h"
 
 namespace quenlatrix::test {
 namespace {
@@ -181,6 +182,38 @@ TEST_F(IntrospectionTest, FillsAClassOnceAndLeavesNoReference) {
                                     "may JAVABEAN beans.PlainProperty", "open beans.PlainProperty",
                                     "close beans.PlainProperty"));
   EXPECT_EQ(other.GetMethodCount(), 5U);
+}
+
+TEST_F(IntrospectionTest, HoldsTheMethodsAloneThatCanBeAskedFor) {
+  const std::pair<const char*, bool> cases[] = {{utf8Locale, false}, {singleByteCommaLocale, true}};
+  for (const auto& [locale, hasUmlauts] : cases) {
+    const LocaleScope scope(locale);
+    host.cache.clear();
+    Handler& bean = Make("beans.UnusualNames");
+    Introspect(bean);
+    const auto ids = MethodIds(bean);
+    EXPECT_EQ(bean.GetMethodCount(), ids.size()) << locale;
+    for (const std::string& id : ids) {
+      MethodInfo* method = nullptr;
+      EXPECT_EQ(bean.GetMethodInfo(host::ToWideString(id), kAllFields, method, 0), 0U) << id;
+      bean.Release(method);
+    }
+    EXPECT_EQ(testing::Value(ids, testing::Contains(testing::HasSubstr("gr\xC3\xB6"))), hasUmlauts);
+  }
+}
+
+TEST_F(IntrospectionTest, AClassThatCannotBeExaminedIsNoClassWithoutMembers) {
+  const CallOutcome lacking = Call(Make("beans.LoaderTrick"), "alone", "java.lang.Object",
+                                   ValuesOf({{"java.lang.String", L"beans.ObjectTaker"},
+                                             {"java.lang.String", L"beans.ObjectTaker"},
+                                             {"java.lang.String", L"beans.Point"}}));
+  Handler& bean = *lacking.Object();
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(bean.OpenIntrospect("JAVABEAN://beans.ObjectTaker"), status::kIntrospectionFailed);
+    EXPECT_EQ(bean.CloseIntrospect(), 0U);
+    EXPECT_EQ(bean.GetMethodCount(), 0U);
+    EXPECT_FALSE(host.cache["beans.ObjectTaker"].isDone);
+  }
 }
 
 TEST_F(IntrospectionTest, WithoutAnObjectOrTheCachesLeaveThereIsNoCatalogue) {
