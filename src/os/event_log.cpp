@@ -119,7 +119,7 @@ std::unique_ptr<char, Free> identity GUARDED_BY(identityGate);
 // One thread after the other looks whether the time zone was changed.
 Gate timeZoneGate;
 
-Mutex EvtLogCS(Mutex::Private);
+StaticMutex EvtLogCS(Mutex::Private);
 
 // Empty while the log goes to standard output.
 ZuText EvtLogFileName GUARDED_BY(EvtLogCS);

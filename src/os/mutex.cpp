@@ -118,6 +118,13 @@ Mutex::Mutex(MutexMode mode) : mode(mode) {
 
 Mutex::~Mutex() { CleanUpMutexData(data); }
 
+StaticMutex::StaticMutex(MutexMode mode) noexcept {
+  try {
+    CreateMutex(mode);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): Lock tells
+  }
+}
+
 bool Mutex::CreateMutex(MutexMode wantedMode) {
   mode = wantedMode;
   return (mode == Private ? _Make_P() : _Make_S()) == kDone;

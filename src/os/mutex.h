@@ -14,7 +14,8 @@ struct OSMUTEXDATA {
   std::uint32_t lockCount;
   pthread_t owner;
   // Held for the few instructions in which a thread that isn't the owner gives a hold back, never
-  // during a wait.
+  // during a wait. It keeps such threads apart and nothing else: the owner doesn't take it, so who
+  // gives back another thread's hold sees to it that the owner is idle.
   pthread_mutex_t guard;
   // What threads wait on; null while the mutex is uncreated.
   pthread_mutex_t* mainMutex;
@@ -100,10 +101,17 @@ class CAPABILITY("mutex") Mutex {
   int _Release_S();
 };
 
+// A mutex of static storage. Making it throws nothing, which would end the process that loads the
+// library: one that can't be made stays uncreated, and every Lock fails. It is not destroyed.
+class StaticMutex : public Mutex {
+ public:
+  explicit StaticMutex(MutexMode mode) noexcept;
+};
+
 // Holds a Mutex for a scope. For one thread; nothing is held when the mutex is uncreated.
 class SCOPED_CAPABILITY MutexLock {
  public:
-  explicit MutexLock(Mutex& mutex) ACQUIRE(mutex) : mutex(mutex) { mutex.Lock(); }
+  explicit MutexLock(Mutex& mutex) ACQUIRE(mutex) : mutex(mutex), isHeld(mutex.Lock() == 0) {}
   ~MutexLock() RELEASE() { mutex.UnLock(); }
 
   MutexLock(const MutexLock&) = delete;
@@ -111,6 +119,9 @@ class SCOPED_CAPABILITY MutexLock {
   MutexLock(MutexLock&&) = delete;
   MutexLock& operator=(MutexLock&&) = delete;
 
+  bool IsHeld() const { return isHeld; }
+
  private:
   Mutex& mutex;
+  const bool isHeld;
 };

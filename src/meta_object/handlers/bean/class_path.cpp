@@ -100,14 +100,17 @@ void getPathFromFile(std::string& classPath) {
   getPathFromFile(name, classPath);
 }
 
-void getPathFromFile(const std::string& fileName, std::string& classPath) {
+bool getPathFromFile(const std::string& fileName, std::string& classPath) {
   // A thread's type-1 hold would join another's; the file is read by one at a time.
   const MutexLock turn(*classPathTurn);
   const UGuardLock hold(*_mutexClassPathFile, UGuard::LockType1);
+  if (!turn.IsHeld() || !hold.IsHeld()) {
+    return false;
+  }
   bool separate = classPath.empty() || classPath.back() != kSeparator;
   const Stream stream = OpenForReading(fileName);
   if (stream == nullptr) {
-    return;
+    return true;
   }
   char line[kLineSize];
   while (std::fgets(line, sizeof line, stream.get()) != nullptr) {
@@ -124,6 +127,7 @@ void getPathFromFile(const std::string& fileName, std::string& classPath) {
     classPath.append(line, length);
     separate = true;
   }
+  return true;
 }
 
 bool GetClassPath(std::string& classPath) {
@@ -140,8 +144,7 @@ bool GetClassPath(const std::string& fileName, std::string& classPath) {
   if (*variable != '\0') {
     classPath = variable;
   }
-  getPathFromFile(fileName, classPath);
-  return !classPath.empty();
+  return getPathFromFile(fileName, classPath) && !classPath.empty();
 }
 
 bool NotFoundPathInClassPath() {

@@ -24,11 +24,12 @@ bool GetClassPathFileName(std::string& name);
 void getPathFromFile(std::string& classPath);
 
 // The class path; true when it is not empty. False, with the file unread, when "CLASSPATH" is
-// unset; one that is set but empty leaves what was in `classPath`.
+// unset, and when the lock that guards the file is unavailable; one that is set but empty leaves
+// what was in `classPath`.
 bool GetClassPath(std::string& classPath);
 
-// The same two with a file of the caller's choice.
-void getPathFromFile(const std::string& fileName, std::string& classPath);
+// The same two with a file of the caller's choice; the first answers whether the lock was held.
+bool getPathFromFile(const std::string& fileName, std::string& classPath);
 bool GetClassPath(const std::string& fileName, std::string& classPath);
 
 // Is the path of a marked jar nowhere in the class path? Looked for as a part of the whole text.

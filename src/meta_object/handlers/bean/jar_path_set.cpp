@@ -14,7 +14,9 @@ JarPathBeanSet::~JarPathBeanSet() { mutex.DestroyMutex(); }
 
 void JarPathBeanSet::Add(JarPathBean entry) {
   const MutexLock lock(mutex);
-  beans.insert(std::move(entry));
+  if (lock.IsHeld()) {
+    beans.insert(std::move(entry));
+  }
 }
 
 std::string JarPathBeanSet::FindJarPath(const std::string& beanName) const {

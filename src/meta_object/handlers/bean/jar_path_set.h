@@ -22,6 +22,7 @@ class JarPathBean {
   bool marked = false;
 };
 
+// Where its mutex could not be made nothing is recorded, and so nothing found.
 class JarPathBeanSet {
  public:
   JarPathBeanSet();
@@ -40,7 +41,7 @@ class JarPathBeanSet {
 
  private:
   std::set<JarPathBean, JarPathBean> beans GUARDED_BY(mutex);
-  mutable Mutex mutex;
+  mutable StaticMutex mutex;
 };
 
 // Made when the plug-in is loaded; what the functions below work on.

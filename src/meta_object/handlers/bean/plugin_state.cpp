@@ -31,9 +31,9 @@ UntilUnloaded<JarPathBeanSet> _JarPathBeanSet;
 namespace quenlatrix::meta_object::handlers::bean {
 
 UntilUnloaded<TlsValue<unsigned long>> TlsJniAttachCount;
-// Needs "/dev/zero": without it the library can't be loaded.
+// Needs "/dev/zero": without it no lock of it is granted.
 UntilUnloaded<UGuard> _mutexClassPathFile(Mutex::Shared);
-UntilUnloaded<StaticMutex> classPathTurn;
+UntilUnloaded<PluginMutex> classPathTurn;
 UntilUnloaded<LiveReferences> liveReferences;
 UntilUnloaded<OrphanedReferences> orphanedReferences;
 UntilUnloaded<KeptLookups> keptLookups;

@@ -30,12 +30,12 @@ extern quenlatrix::meta_object::handlers::bean::UntilUnloaded<
 namespace quenlatrix::meta_object::handlers::bean {
 
 // A mutex of the plug-in's own, destroyed when it is unloaded.
-class StaticMutex : public Mutex {
+class PluginMutex : public StaticMutex {
  public:
-  StaticMutex() : Mutex(Mutex::Private) {}
-  StaticMutex(const StaticMutex&) = delete;
-  StaticMutex& operator=(const StaticMutex&) = delete;
-  ~StaticMutex() { DestroyMutex(); }
+  PluginMutex() : StaticMutex(Mutex::Private) {}
+  PluginMutex(const PluginMutex&) = delete;
+  PluginMutex& operator=(const PluginMutex&) = delete;
+  ~PluginMutex() { DestroyMutex(); }
 };
 
 // The running VM; null until SetJavaVM.
@@ -52,7 +52,7 @@ extern const UntilUnloaded<WideString> strStringType;
 
 // Held while the class-path file is read, by the thread whose turn it is.
 extern UntilUnloaded<UGuard> _mutexClassPathFile;
-extern UntilUnloaded<StaticMutex> classPathTurn;
+extern UntilUnloaded<PluginMutex> classPathTurn;
 
 extern UntilUnloaded<LiveReferences> liveReferences;
 

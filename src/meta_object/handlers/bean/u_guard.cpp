@@ -2,7 +2,7 @@
 
 namespace quenlatrix::meta_object::handlers::bean {
 
-UGuard::UGuard(Mutex::MutexMode mode) : mutex(mode) {}
+UGuard::UGuard(Mutex::MutexMode mode) noexcept : mutex(mode) {}
 
 UGuard::~UGuard() NO_THREAD_SAFETY_ANALYSIS {
   mutex.UnLock();

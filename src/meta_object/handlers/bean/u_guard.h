@@ -17,8 +17,9 @@ class UGuard {
  public:
   enum eLockType : int { LockType1 = 1, LockType2 = 2 };
 
-  // Throws the int 1 when the shared mode cannot open "/dev/zero".
-  explicit UGuard(Mutex::MutexMode mode);
+  // A guard whose mutex can't be made, since the shared mode can't open "/dev/zero", say, grants no
+  // lock.
+  explicit UGuard(Mutex::MutexMode mode) noexcept;
 
   // Gives the mutex back and destroys it.
   ~UGuard();
@@ -38,7 +39,7 @@ class UGuard {
  private:
   std::atomic<std::uint32_t>* CounterOf(eLockType type);
 
-  Mutex mutex;
+  StaticMutex mutex;
   // A type-1 hold looks at its counter before it has the mutex, so the counters are atomic.
   std::atomic<std::uint32_t> type1Count{0};
   std::atomic<std::uint32_t> type2Count{0};
@@ -47,7 +48,8 @@ class UGuard {
 // Holds a UGuard for a scope. For one thread.
 class UGuardLock {
  public:
-  UGuardLock(UGuard& guard, UGuard::eLockType type) : guard(guard), type(type) { guard.Lock(type); }
+  UGuardLock(UGuard& guard, UGuard::eLockType type)
+      : guard(guard), type(type), isHeld(guard.Lock(type)) {}
   ~UGuardLock() { guard.UnLock(type); }
 
   UGuardLock(const UGuardLock&) = delete;
@@ -55,9 +57,12 @@ class UGuardLock {
   UGuardLock(UGuardLock&&) = delete;
   UGuardLock& operator=(UGuardLock&&) = delete;
 
+  bool IsHeld() const { return isHeld; }
+
  private:
   UGuard& guard;
   UGuard::eLockType type;
+  const bool isHeld;
 };
 
 }  // namespace quenlatrix::meta_object::handlers::bean
