@@ -109,9 +109,11 @@ class BeanHandler : public Handler {
     jclass cls;  // null where no object is bound: a class without members
     const Identity& identity;
   };
-  // Describe the class of the bound object into the host's cache. False with the Java exception
-  // cleared or pending; entries added before a failure stay.
-  HandlerStatus InitIntrospectionCache(JNIEnv* env, const Identity& identity);
+  // Describe the class of an object into the host's cache: one without members where there is no
+  // object, a failure where it has been released. False with the Java exception cleared or pending;
+  // entries added before a failure stay.
+  HandlerStatus InitIntrospectionCache(JNIEnv* env, const Identity& identity,
+                                       const LiveInstance& bound);
   bool LoadAccessors(JNIEnv* env, BeanIntrospector& introspector, const DescribedClass& described);
   bool LoadMethods(JNIEnv* env, BeanIntrospector& introspector, const DescribedClass& described);
   // Adds one accessor of a property: `kind` is its bit (1 get, 2 set, 4 is, 8 indexed get, 16

@@ -190,6 +190,7 @@ HandlerStatus BeanHandler::OpenIntrospect(const char* identity) {
     if (!thread) {
       return handler_status::kIntrospectionFailed;
     }
+    const LiveInstance bound = Instance();
     if (identity != nullptr) {
       SetIdentity(identity);
     }
@@ -206,7 +207,7 @@ HandlerStatus BeanHandler::OpenIntrospect(const char* identity) {
       return handler_status::kSuccess;
     }
     HandlerStatus const status = NoThrow(handler_status::kIntrospectionFailed, [&] {
-      return InitIntrospectionCache(thread.Get(), *described);
+      return InitIntrospectionCache(thread.Get(), *described, bound);
     });
     bool const isDone =
         _pEnvironment->CacheIntrospectDone(*described, status == handler_status::kSuccess);
@@ -224,8 +225,8 @@ HandlerStatus BeanHandler::CloseIntrospect() {
   return handler_status::kSuccess;
 }
 
-HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const Identity& identity) {
-  const LiveInstance bound = Instance();
+HandlerStatus BeanHandler::InitIntrospectionCache(JNIEnv* env, const Identity& identity,
+                                                  const LiveInstance& bound) {
   const auto instance = liveReferences->Acquire(env, bound);
   const auto cls =
       LocalRef<jclass>::Adopt(env, instance ? env->GetObjectClass(instance.Get()) : nullptr);

@@ -235,6 +235,18 @@ TEST_F(IntrospectionTest, WithoutAnObjectOrTheCachesLeaveThereIsNoCatalogue) {
   EXPECT_EQ(empty.GetMethodIDs(ids), status::kIntrospectionFailed);
   EXPECT_EQ(ids, nullptr);
 
+  static Handler* leaving = nullptr;
+  leaving = &Make("beans.Point");
+  const auto open = std::exchange(host.environment.cacheOpenIntrospect,
+                                  [](void*, const meta_object::Identity&, bool& mustIntrospect) {
+                                    mustIntrospect = true;
+                                    return leaving->Release() == status::kLastReferenceReleased;
+                                  });
+  EXPECT_EQ(leaving->OpenIntrospect(nullptr), status::kIntrospectionFailed)
+      << "an object that is released meanwhile leaves no empty class";
+  leaving->CloseIntrospect();
+  host.environment.cacheOpenIntrospect = open;
+
   host.log.clear();
   host.environment.cacheGetMethodInfo = nullptr;
   EXPECT_EQ(bean.OpenIntrospect(nullptr), status::kIntrospectionFailed);
