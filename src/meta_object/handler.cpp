@@ -19,14 +19,17 @@ HandlerStatus Handler::OnConstructObject(const char* /*identity*/,
 HandlerStatus Handler::OnDestructObject() { return handler_status::kSuccess; }
 
 void Handler::SetObjectIdentity(const Identity& identity) {
-  // By way of a copy: the identity given may be this object's own.
-  NoThrow([&] { SetIdentity(std::string(identity.identity).c_str()); });
+  NoThrow([&] { SetIdentity(identity.identity); });
 }
 
 void Handler::SetIdentity(const char* text) {
+  SetIdentity(std::string_view(text == nullptr ? "" : text));
+}
+
+void Handler::SetIdentity(std::string_view text) {
   const MutexLock lock(objectLock);
-  if (objectIdentity.identity != (text == nullptr ? "" : text)) {
-    objectIdentity.SetIdentity(text);
+  if (objectIdentity.identity != text) {
+    objectIdentity.SetIdentity(std::string(text));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <list>
+#include <string_view>
 
 #include "meta_object/context.h"
 #include "meta_object/handler_status.h"
@@ -152,6 +153,7 @@ class Handler {
   // Sets the identity's text under the lock; null clears it. An identity of the same text is left
   // alone. Throws std::bad_alloc, with the identity as it was.
   void SetIdentity(const char* text);
+  void SetIdentity(std::string_view text);
 
   std::uint32_t referenceCount GUARDED_BY(objectLock) = 1;
   Mutex objectLock;

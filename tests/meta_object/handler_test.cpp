@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 #include "tests/meta_object/test_handler.h"
@@ -43,6 +44,24 @@ TEST(Handler, LetsTheRealObjectGoWithTheLastReferenceAndLives) {
   EXPECT_FALSE(handler.IsValidObject());
   EXPECT_EQ(handler.Release(), 9U);
   EXPECT_EQ(test.calls.size(), 2U);
+}
+
+class NamedHandler : public TestHandler {
+ public:
+  const Identity& Named() NO_THREAD_SAFETY_ANALYSIS { return objectIdentity; }
+};
+
+TEST(Handler, TakesAnotherIdentityWholeAndLeavesAnEqualOneAlone) {
+  NamedHandler test;
+  const std::string text("A://of\0one", 10);
+  Identity given;
+  given.SetIdentity(text);
+  test.SetObjectIdentity(given);
+  EXPECT_EQ(test.Named().identity, text);
+  const char* const place = test.Named().identity.data();
+  test.SetObjectIdentity(given);
+  test.SetObjectIdentity(test.Named());
+  EXPECT_EQ(static_cast<const void*>(test.Named().identity.data()), place);
 }
 
 class ThrowingHandler : public TestHandler {

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "meta_object/handlers/bean/bean_handler.h"
 #include "meta_object/handlers/bean/java_exception.h"
@@ -32,12 +33,17 @@ HandlerStatus BeanHandler::CreateObjectImp(const char* identity,
       return handler_status::kRefused;
     }
     SetIdentity(identity);
-    const auto named = GetIdentity();
-    if (!named->IsValid()) {
-      return handler_status::kInvalidIdentity;
+    std::string className;
+    {
+      const MutexLock lock(objectLock);
+      if (!objectIdentity.IsValid()) {
+        return handler_status::kInvalidIdentity;
+      }
+      className = objectIdentity.handlerData;
     }
     JavaThread const thread;
-    return thread ? MakeInstance(thread.Get(), named->handlerData) : handler_status::kObjectNotMade;
+    return thread ? MakeInstance(thread.Get(), std::move(className))
+                  : handler_status::kObjectNotMade;
   });
 }
 
