@@ -29,7 +29,8 @@ TEST_F(BeanLifecycleTest, MakesObjectsOfClassesAlone) {
   const std::pair<meta_object::HandlerStatus, std::vector<std::string>> cases[] = {
       {status::kSuccess,
        {"JAVABEAN://beans.Point", "JAVABEAN://beans/Point", "JAVABEAN://java.util.ArrayList",
-        "JAVABEAN://beans.Point?x=1?y=://"}},
+        "JAVABEAN://beans.Point?x=1?y=://",
+        "JAVABEAN://beans.HiddenBean"}},  // only the constructor has to be public
       {status::kObjectNotMade,
        {"JAVABEAN://beans.NoDefaultConstructor",
         "JAVABEAN://beans.PrivateConstructor",
