@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,9 +40,9 @@ struct Argument {
   // As it was written, and where in its statement's line.
   std::string source;
   std::size_t at = 0;
-  // Object: what holds it and what its class is besides, both lent.
+  // Object: what holds it (non-owning) and what its class is besides.
   const meta_object::Handler* handler = nullptr;
-  const Supertypes* supertypes = nullptr;
+  std::shared_ptr<const Supertypes> supertypes;
 };
 
 // The places of a line where the ARGs stand; blanks within a literal don't end it. What is wrong

@@ -1,5 +1,4 @@
 // What a BeanObject knows of its class, all of it asked through the plug-in.
-#include <algorithm>
 #include <cwchar>
 #include <list>
 #include <memory>
@@ -7,16 +6,13 @@
 
 #include "host/bean_object.h"
 #include "host/host.h"
-#include "host/utf8.h"
 #include "meta_object/info/method_info.h"
 #include "meta_object/info/object_info.h"
 #include "meta_object/info/param_info.h"
-#include "meta_object/type/array.h"
 
 namespace quenlatrix::host {
 
 namespace info = meta_object::info;
-namespace type = meta_object::type;
 using meta_object::Handler;
 using meta_object::HandlerStatus;
 using meta_object::TypeDesc;
@@ -24,7 +20,6 @@ namespace status = meta_object::handler_status;
 
 namespace {
 
-constexpr const char* kObjectClass = "java.lang.Object";
 // Every field of a description record.
 constexpr unsigned long kEverything = 0x1F;
 
@@ -38,95 +33,6 @@ struct GiveBack {
 };
 template <class Given>
 using GivenPtr = std::unique_ptr<Given, GiveBack>;
-
-// Calls a parameterless method that no catalogue needs to list; null when that gives nothing.
-ValuePtr CallPlain(BeanObject& object, const char* methodId, TypeDesc::Key key,
-                   const char* resultClass, bool isArray = false) {
-  TypeDesc returnType(key, TypeDesc::RefType::ByValue, isArray);
-  returnType.typeName.assign(resultClass);
-  if (isArray) {
-    returnType.arrayInfo->AddDimensionInfo(0, -1);
-  }
-  std::vector<ValuePtr> none;
-  return object.Call(WideString(methodId), returnType, none).result;
-}
-
-std::optional<WideString> CallForText(BeanObject& object, const char* methodId) {
-  const ValuePtr value = CallPlain(object, methodId, TypeDesc::Key::String, "java.lang.String");
-  if (value == nullptr) {
-    return std::nullopt;
-  }
-  WideString text;
-  value->GetValueAsString(text);
-  return text;
-}
-
-std::string Utf8(const WideString& text) {
-  return text.getWCharPtr() == nullptr ? std::string() : WideToUtf8(text.getWCharPtr());
-}
-
-std::string NameOfClass(BeanObject& javaClass) {
-  return Utf8(CallForText(javaClass, "Invoke:getName:0").value_or(WideString()));
-}
-
-// The java.lang.Class objects that a value refers to, itself or in its elements.
-std::vector<BeanObject> ClassesIn(Host& host, const type::Object* value) {
-  std::vector<BeanObject> classes;
-  const auto add = [&](const type::Object& item) {
-    if (std::optional<BeanObject> javaClass = BeanObject::FromValue(host, item)) {
-      classes.push_back(std::move(*javaClass));
-    }
-  };
-  if (const auto* array = dynamic_cast<const type::Array*>(value)) {
-    for (int i = 0; i < array->GetItemCount(); ++i) {
-      if (const type::Object* item = array->GetItemAt(static_cast<unsigned int>(i))) {
-        add(*item);
-      }
-    }
-  } else if (value != nullptr) {
-    add(*value);
-  }
-  return classes;
-}
-
-std::vector<BeanObject> DirectSupertypes(Host& host, BeanObject& javaClass) {
-  const ValuePtr superclass =
-      CallPlain(javaClass, "Invoke:getSuperclass:0", TypeDesc::Key::Object, "java.lang.Class");
-  const ValuePtr interfaces = CallPlain(javaClass, "Invoke:getInterfaces:0", TypeDesc::Key::Object,
-                                        "java.lang.Class", true);
-  std::vector<BeanObject> supertypes = ClassesIn(host, interfaces.get());
-  for (BeanObject& found : ClassesIn(host, superclass.get())) {
-    supertypes.push_back(std::move(found));
-  }
-  return supertypes;
-}
-
-const Supertypes* LearnSupertypes(Host& host, BeanObject& javaClass) {
-  const std::string name = NameOfClass(javaClass);
-  if (name.empty()) {
-    return nullptr;
-  }
-  if (const Supertypes* known = host.GetFacts().FindSupertypes(name)) {
-    return known;
-  }
-  Supertypes distances = {{name, 0}};
-  int farthest = 0;
-  for (BeanObject& direct : DirectSupertypes(host, javaClass)) {
-    const Supertypes* above = LearnSupertypes(host, direct);
-    if (above == nullptr) {
-      return nullptr;
-    }
-    for (const auto& [super, distance] : *above) {
-      distances[super] = std::max(distances[super], distance + 1);
-      farthest = std::max(farthest, distances[super]);
-    }
-  }
-  const auto object = distances.find(kObjectClass);
-  if (object != distances.end() && name != kObjectClass) {
-    object->second = farthest + 1;
-  }
-  return &host.GetFacts().KeepSupertypes(name, std::move(distances));
-}
 
 void NameWhenNameless(TypeDesc& desc, TypeDesc::Key key, const char* name) {
   if (desc.key == key && desc.typeName.getWCharPtr() == nullptr) {
@@ -152,18 +58,21 @@ void GatherParameters(Handler* handler, const WideString& id, unsigned int count
 
 }  // namespace
 
-const std::string& BeanObject::ClassName() {
-  if (className.empty() && !IsBean()) {
+ClassRecord* BeanObject::LearnClass() {
+  if (record == nullptr && !IsBean()) {
     const PluginLibrary* maker = host->GetHandlers().FindMaker(*handler);
-    className = maker == nullptr ? "" : maker->GetType();
-  } else if (className.empty()) {
-    const ValuePtr javaClass =
-        CallPlain(*this, "Invoke:getClass:0", TypeDesc::Key::Object, "java.lang.Class");
-    for (BeanObject& found : ClassesIn(*host, javaClass.get())) {
-      className = NameOfClass(found);
-    }
+    record = std::make_shared<ClassRecord>(maker == nullptr ? "" : maker->GetType(), std::string());
+  } else if (record == nullptr) {
+    const std::optional<ClassId> id = host->GetOwnBean().Identify(*this);
+    if (id) record = host->GetFacts().Find(*id);
   }
-  return className;
+  return record.get();
+}
+
+const std::string& BeanObject::ClassName() {
+  static const std::string unknown;
+  const ClassRecord* known = LearnClass();
+  return known == nullptr ? unknown : known->GetName();
 }
 
 HandlerStatus BeanObject::Introspect() {
@@ -173,10 +82,9 @@ HandlerStatus BeanObject::Introspect() {
   if (ClassName().empty()) {
     return status::kIntrospectionFailed;
   }
-  // A text would set the identity anew, also under a thread that reads it.
-  const std::string identity = Host::MakeIdentity(className);
   const bool ownIdentity = identified || !IsBean();
-  const HandlerStatus answer = handler->OpenIntrospect(ownIdentity ? nullptr : identity.c_str());
+  const HandlerStatus answer =
+      handler->OpenIntrospect(ownIdentity ? nullptr : record->GetIdentity().c_str());
   handler->CloseIntrospect();
   introspected = answer == status::kSuccess;
   identified = identified || introspected;
@@ -208,19 +116,16 @@ std::vector<MethodDescription> BeanObject::GatherMethods() {
 }
 
 const std::vector<MethodDescription>* BeanObject::Methods() {
-  if (!IsBean()) {
-    if (ownMethods == nullptr && Introspect() == status::kSuccess) {
-      ownMethods = std::make_shared<const std::vector<MethodDescription>>(GatherMethods());
-    }
-    return ownMethods.get();
+  if (LearnClass() == nullptr) {
+    return nullptr;
   }
-  if (const auto* known = host->GetFacts().FindMethods(ClassName())) {
+  if (const auto* known = record->FindMethods()) {
     return known;
   }
   if (Introspect() != status::kSuccess) {
     return nullptr;
   }
-  return &host->GetFacts().KeepMethods(className, GatherMethods());
+  return &record->KeepMethods(GatherMethods());
 }
 
 ObjectDescription BeanObject::Describe() {
@@ -250,26 +155,41 @@ ObjectDescription BeanObject::Describe() {
   return description;
 }
 
-const Supertypes* BeanObject::SupertypesOfClass() {
-  if (!IsBean()) {
+std::shared_ptr<const Supertypes> BeanObject::SupertypesOfClass() {
+  if (!IsBean() || LearnClass() == nullptr) {
     return nullptr;
   }
-  if (const Supertypes* known = host->GetFacts().FindSupertypes(ClassName())) {
-    return known;
+  const Supertypes* known = record->FindSupertypes();
+  if (known == nullptr) {
+    std::optional<Supertypes> learnt = host->GetOwnBean().FindSupertypes(*this);
+    if (!learnt) {
+      return nullptr;
+    }
+    known = &record->KeepSupertypes(std::move(*learnt));
   }
-  const ValuePtr value =
-      CallPlain(*this, "Invoke:getClass:0", TypeDesc::Key::Object, "java.lang.Class");
-  std::vector<BeanObject> classes = ClassesIn(*host, value.get());
-  return classes.empty() ? nullptr : LearnSupertypes(*host, classes.front());
+  return {record, known};
 }
 
 bool BeanObject::IsInstanceOf(const std::string& typeName) {
-  const Supertypes* supertypes = SupertypesOfClass();
+  const std::shared_ptr<const Supertypes> supertypes = SupertypesOfClass();
   return supertypes != nullptr && supertypes->contains(typeName);
 }
 
 std::optional<WideString> BeanObject::ToText() {
-  return IsBean() ? CallForText(*this, "Invoke:toString:0") : std::nullopt;
+  if (!IsBean()) {
+    return std::nullopt;
+  }
+  TypeDesc returnType(TypeDesc::Key::String, TypeDesc::RefType::ByValue, false);
+  returnType.typeName.assign("java.lang.String");
+  std::vector<ValuePtr> none;
+  // No catalogue needs to list it.
+  const ValuePtr value = Call(WideString("Invoke:toString:0"), returnType, none).result;
+  if (value == nullptr) {
+    return std::nullopt;
+  }
+  WideString text;
+  value->GetValueAsString(text);
+  return text;
 }
 
 }  // namespace quenlatrix::host

@@ -76,26 +76,29 @@ ValuePtr TakeOver(const Host& host, const Handler& maker, type::Object* value) {
 
 }  // namespace
 
-BeanObject::BeanObject(Host& host, Handler* handler, std::string className, bool identified)
-    : host(&host), handler(handler), className(std::move(className)), identified(identified) {}
+BeanObject::BeanObject(Host& host, Handler* handler, ClassFacts::RecordPtr record, bool identified)
+    : host(&host), handler(handler), record(std::move(record)), identified(identified) {}
 
-BeanObject BeanObject::Adopt(Host& host, Handler* handler, std::string className) {
-  return BeanObject(host, handler, std::move(className), true);
+BeanObject BeanObject::Adopt(Host& host, Handler* handler, const std::string& className) {
+  ClassFacts::RecordPtr record = host.IsBean(*handler)
+                                     ? host.GetFacts().Find({className, 0})
+                                     : std::make_shared<ClassRecord>(className, std::string());
+  return BeanObject(host, handler, std::move(record), true);
 }
 
-std::optional<BeanObject> BeanObject::Share(Host& host, Handler* handler, std::string className) {
+std::optional<BeanObject> BeanObject::Share(Host& host, Handler* handler) {
   if (handler == nullptr || handler->AddRef() != status::kSuccess) {
     return std::nullopt;
   }
-  return BeanObject(host, handler, std::move(className), false);
+  return BeanObject(host, handler, nullptr, false);
 }
 
 std::optional<BeanObject> BeanObject::Share() const {
-  std::optional<BeanObject> shared = Share(*host, handler, className);
+  std::optional<BeanObject> shared = Share(*host, handler);
   if (shared) {
+    shared->record = record;
     shared->identified = identified;
     shared->introspected = introspected;
-    shared->ownMethods = ownMethods;
   }
   return shared;
 }
@@ -108,20 +111,18 @@ std::optional<BeanObject> BeanObject::FromValue(Host& host, const type::Object& 
 BeanObject::BeanObject(BeanObject&& other) noexcept
     : host(other.host),
       handler(std::exchange(other.handler, nullptr)),
-      className(std::move(other.className)),
+      record(std::move(other.record)),
       identified(other.identified),
-      introspected(other.introspected),
-      ownMethods(std::move(other.ownMethods)) {}
+      introspected(other.introspected) {}
 
 BeanObject& BeanObject::operator=(BeanObject&& other) noexcept {
   if (this != &other) {
     Release();
     host = other.host;
     handler = std::exchange(other.handler, nullptr);
-    className = std::move(other.className);
+    record = std::move(other.record);
     identified = other.identified;
     introspected = other.introspected;
-    ownMethods = std::move(other.ownMethods);
   }
   return *this;
 }

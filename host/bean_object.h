@@ -47,13 +47,12 @@ struct WalkOutcome {
 // good for nothing but assignment and destruction.
 class BeanObject {
  public:
-  // Takes over one count of a handler whose identity names the object. `className`: of a bean;
-  // otherwise the identity's core.
-  static BeanObject Adopt(Host& host, meta_object::Handler* handler, std::string className);
-  // Takes a count of its own on a handler that needs no identity yet. `className` empty: asked for
-  // when first needed. Nothing when the handler gives no count.
-  static std::optional<BeanObject> Share(Host& host, meta_object::Handler* handler,
-                                         std::string className = {});
+  // Takes over one count of a handler whose identity names the object. `className`: of a bean, of
+  // the class that the name finds; otherwise the identity's core.
+  static BeanObject Adopt(Host& host, meta_object::Handler* handler, const std::string& className);
+  // Takes a count of its own on a handler that needs no identity yet; the class is asked for when
+  // it is first needed. Nothing when the handler gives no count.
+  static std::optional<BeanObject> Share(Host& host, meta_object::Handler* handler);
   // The same object with a count of its own, and what is known of it.
   std::optional<BeanObject> Share() const;
   // The object that a value of key Object (no array) refers to, with a count of its own; nothing
@@ -77,17 +76,17 @@ class BeanObject {
   // cannot be learnt.
   const std::string& ClassName();
 
-  // Makes the class's catalogue known to the plug-in and binds the identity "JAVABEAN://<class>"
-  // (an object that is no bean keeps its own); done once by the operations that need it. The
-  // handler's status (0, 1, 5).
+  // Makes the class's catalogue known to the plug-in and binds the class's identity (see
+  // ClassFacts; an object that is no bean keeps its own); done once by the operations that need it.
+  // The handler's status (0, 1, 5).
   std::uint32_t Introspect();
   // The methods in the catalogue's order, lent while this object lives; null when introspection
   // failed.
   const std::vector<MethodDescription>* Methods();
   ObjectDescription Describe();
-  // The class's supertypes, itself included, lent by the host; null when they cannot be learnt, as
-  // of what is no bean.
-  const Supertypes* SupertypesOfClass();
+  // The class's supertypes, itself included; null when they cannot be learnt, as of what is no
+  // bean.
+  std::shared_ptr<const Supertypes> SupertypesOfClass();
   bool IsInstanceOf(const std::string& className);
 
   // Calls a method of this object's Methods(). The parameters stay the caller's; array parameters
@@ -107,18 +106,21 @@ class BeanObject {
   std::uint32_t CollectionSize(int& size);
 
  private:
-  BeanObject(Host& host, meta_object::Handler* handler, std::string className, bool identified);
+  BeanObject(Host& host, meta_object::Handler* handler, ClassFacts::RecordPtr record,
+             bool identified);
+  // Learns which class it is; null when that cannot be learnt.
+  ClassRecord* LearnClass();
   std::vector<MethodDescription> GatherMethods();
   bool IsBean() const;
 
   Host* host;
   meta_object::Handler* handler;
-  std::string className;
+  // Null before it is learnt. Of an object that is no bean its own: such a class has no name to be
+  // found by.
+  ClassFacts::RecordPtr record;
   // Whether the handler's identity names the class.
   bool identified;
   bool introspected = false;
-  // Of an object that is no bean: its class has no name to keep them under.
-  std::shared_ptr<const std::vector<MethodDescription>> ownMethods;
 };
 
 }  // namespace quenlatrix::host

@@ -125,10 +125,12 @@ bool AddOwnJars(const PluginLibrary& bean, std::vector<std::string>& classPath, 
 
 Host::Host(const Options& options)
     : policy(options.allow, options.deny, kBoxingBean),
+      facts([this](const std::string& identity) { cache.Forget(identity); }),
       handlers(environment),
       collector([this](Handler* handler, const void* owner) {
         handlers.FindByModule(owner)->FreeHandler(handler);
-      }) {
+      }),
+      ownBean(*this) {
   environment.hostContext = this;
   environment.cacheOpenIntrospect = OpenIntrospect;
   environment.cacheIntrospectDone = IntrospectDone;
@@ -185,6 +187,7 @@ bool Host::StartVm(const Options& options, std::string& why) {
 }
 
 Host::~Host() {
+  ownBean.Release();
   collector.ReleaseAll();
   SecurityPolicy::Install(nullptr);
 }

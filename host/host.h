@@ -10,6 +10,7 @@
 #include "host/class_facts.h"
 #include "host/collector.h"
 #include "host/handler_set.h"
+#include "host/host_bean.h"
 #include "host/introspection_cache.h"
 #include "host/java_vm.h"
 #include "host/security_policy.h"
@@ -24,7 +25,7 @@ namespace quenlatrix::host {
 // every value from a plug-in must be gone before the Host is.
 class Host {
  public:
-  // The class in beanhost.jar that boxes literals; every policy allows it.
+  // The class in beanhost.jar that boxes literals and tells classes apart; every policy allows it.
   static constexpr const char* kBoxingBean = "BeanHostBoxes";
 
   struct Options {
@@ -75,6 +76,7 @@ class Host {
   IntrospectionCache& GetCache() { return cache; }
   // Of classes of beans alone.
   ClassFacts& GetFacts() { return facts; }
+  HostBean& GetOwnBean() { return ownBean; }
 
   // Called by the plug-ins; a handler of no loaded module is left alone.
   void Register(meta_object::Handler* handler, const void* ownerModule);
@@ -105,6 +107,7 @@ class Host {
   std::unique_ptr<JavaVm> machine;
   HandlerSet handlers;
   Collector collector;
+  HostBean ownBean;
   std::string classPath;
 };
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/class_facts.h"
 #include "meta_object/identity.h"
 
 namespace quenlatrix::host {
@@ -24,6 +25,12 @@ bool ReadPosition(std::string_view methodId, std::size_t& position) {
   }
   const std::string_view digits = methodId.substr(nameEnd + 1);
   return std::from_chars(digits.data(), digits.data() + digits.size(), position).ec == std::errc();
+}
+
+const std::string& KeyOf(const Identity& identity) {
+  const bool isToldApart = !identity.attributes.empty() &&
+                           identity.FindAttribute(ClassFacts::kIdentityAttribute) != nullptr;
+  return isToldApart ? identity.identity : identity.core;
 }
 
 }  // namespace
@@ -55,14 +62,14 @@ IntrospectionCache::IntrospectionCache() = default;
 IntrospectionCache::~IntrospectionCache() = default;
 
 IntrospectionCache::Entry* IntrospectionCache::Find(const Identity& identity) {
-  const auto found = entries.find(identity.core);
+  const auto found = entries.find(KeyOf(identity));
   return found == entries.end() ? nullptr : found->second.get();
 }
 
 bool IntrospectionCache::Open(const Identity& identity, bool& mustIntrospect) {
   mustIntrospect = false;
   const MonitorLock lock(monitor);
-  std::unique_ptr<Entry>& place = entries[identity.core];
+  std::unique_ptr<Entry>& place = entries[KeyOf(identity)];
   if (place == nullptr) {
     place = std::make_unique<Entry>();
   }
@@ -119,6 +126,14 @@ bool IntrospectionCache::Add(const Identity& identity, const cache::CachedMethod
   entry->methods.push_back(std::move(copy));
   entry->record.methods.push_back(entry->methods.back().get());
   return true;
+}
+
+void IntrospectionCache::Forget(const std::string& identity) {
+  const MonitorLock lock(monitor);
+  const auto found = entries.find(identity);
+  if (found != entries.end() && found->second->state != Entry::State::Filling) {
+    entries.erase(found);
+  }
 }
 
 const cache::CachedObjectInfo* IntrospectionCache::GetObject(const Identity& identity) {

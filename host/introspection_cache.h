@@ -17,14 +17,15 @@ namespace quenlatrix::host {
 
 // The catalogue of each bean class, filled once by the plug-in and read by all: what stands behind
 // the six cache callbacks of the environment. The key is the identity's core: the handler and its
-// data, the class.
+// data, the class; of a class that its name doesn't find the whole identity, with the attribute
+// that tells it apart (see ClassFacts).
 //
 // A class is filled by the first thread that opens it; others that open it meanwhile wait. When the
 // fill fails, its entries are dropped and the turn goes to one of those that wait, so each of them
 // answers for itself. A thread that opens once more the class that it is filling is refused, as it
 // would wait for itself. A fill that is closed without having been reported as done has failed. A
-// record can be read when its fill is done, and then stays as it is for this object's life. Any
-// thread may call any operation.
+// record can be read when its fill is done, and then stays as it is until it is forgotten, or for
+// this object's life. Any thread may call any operation.
 class IntrospectionCache {
  public:
   IntrospectionCache();
@@ -48,6 +49,8 @@ class IntrospectionCache {
   // The class's record, or null while it isn't completely filled.
   const meta_object::info::cache::CachedObjectInfo* GetObject(
       const meta_object::Identity& identity);
+  // Frees what is kept under that identity. To be called when nobody uses the class any more.
+  void Forget(const std::string& identity);
 
  private:
   struct Entry;

@@ -60,6 +60,10 @@ PluginLibrary* Host::Choose(const std::string& classOrIdentity, Identity& identi
   }
   if (IsOfBean(identity)) {
     DotClassName(identity);
+    // The host's own means to tell classes apart; what is made is always the one that the name
+    // finds.
+    while (identity.RemoveAttribute(ClassFacts::kIdentityAttribute)) {
+    }
   }
   return plugin;
 }

@@ -11,7 +11,7 @@ TEST(BeanObject, OfATypeIsNearerToItThanToTheTypesOwnSupertypes) {
   const std::unique_ptr<Host> host = StartHost(PLUGIN_FILE);
   Host::Creation strings = host->Create("beans.ThreeStrings");
   ASSERT_TRUE(strings.object.has_value()) << strings.text;
-  const Supertypes* found = strings.object->SupertypesOfClass();
+  const auto found = strings.object->SupertypesOfClass();
   ASSERT_NE(found, nullptr);
   const Supertypes& distance = *found;
   EXPECT_EQ(distance.at("beans.ThreeStrings"), 0);

@@ -136,6 +136,30 @@ TEST_F(BeanhostCli, DescribesAClassAsADocument) {
                                     Not(HasSubstr("\"type\":\"\""))));
 }
 
+// Neither of the first two has methods, and the second's name would be cut to that of the first.
+TEST_F(BeanhostCli, DescribesEachOfSeveralClassesOfOneNameAsItIs) {
+  const std::vector<json> documents = Documents(
+      "new trick beans.LoaderTrick\n"
+      "let one = call trick namesake beans.Point\n"
+      "let two = call trick namesake \"beans.Point?x=1\"\n"
+      "describe one\n"
+      "describe two\n"
+      "let three = call trick alone beans.Point beans.*\n"
+      "describe three\n"
+      "release three\n"
+      "call trick isLastGone\n"
+      "describe beans.Point\n"
+      "describe JAVABEAN://beans.ThreeStrings?HostClass=1\n",
+      true);
+  ASSERT_EQ(documents.size(), 11U);
+  const std::size_t counts[] = {documents[3]["methods"].size(), documents[4]["methods"].size(),
+                                documents[6]["methods"].size(), documents[9]["methods"].size()};
+  EXPECT_THAT(counts, testing::ElementsAre(0U, 0U, 5U, 5U));
+  EXPECT_EQ(documents[6]["class"], "beans.Point");
+  EXPECT_EQ(documents[8]["result"]["value"], "true") << "its class is unloaded";
+  EXPECT_NE(documents[10]["methods"].size(), 0U) << "the attribute is the host's alone";
+}
+
 TEST_F(BeanhostCli, WritesOneDocumentAStatement) {
   const std::vector<json> documents = Documents(
       "# a comment\n\n"

@@ -101,6 +101,22 @@ TEST(IntrospectionCache, OnlyTheThreadThatFillsAClassCanAddToItAndEndIt) {
   EXPECT_TRUE(tested.GetObject(kWidget)->methods.empty()) << "entries of the failed fill";
 }
 
+TEST(IntrospectionCache, TellsAClassApartByTheHostsAttributeAloneAndForgetsIt) {
+  IntrospectionCache tested;
+  const std::string text = "JAVABEAN://shop.cart.Widget?HostClass=1";
+  const Identity numbered(text.c_str());
+  bool mustIntrospect = false;
+  for (const Identity* identity : {&kWidget, &numbered}) {
+    ASSERT_TRUE(tested.Open(*identity, mustIntrospect) && mustIntrospect) << identity->identity;
+    ASSERT_TRUE(tested.Done(*identity, true));
+  }
+  EXPECT_TRUE(tested.Open(Identity("JAVABEAN://shop.cart.Widget?Scope=user"), mustIntrospect));
+  EXPECT_FALSE(mustIntrospect);
+  tested.Forget(text);
+  EXPECT_EQ(tested.GetObject(numbered), nullptr);
+  EXPECT_NE(tested.GetObject(kWidget), nullptr);
+}
+
 TEST(IntrospectionCache, AMethodIdentifierNamesAPosition) {
   IntrospectionCache tested;
   bool mustIntrospect = false;

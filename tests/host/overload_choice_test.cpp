@@ -125,7 +125,7 @@ Argument HeldObject(const std::string& className, const Supertypes& supertypes) 
   Argument argument;
   argument.kind = Argument::Kind::Object;
   argument.text = className;
-  argument.supertypes = &supertypes;
+  argument.supertypes = std::make_shared<const Supertypes>(supertypes);
   return argument;
 }
 
