@@ -1,33 +1,17 @@
 import java.io.File;
 import java.io.IOException;
-import java.lang.reflect.Constructor;
 import java.lang.reflect.MalformedParametersException;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
 import java.lang.reflect.Parameter;
-import java.net.URL;
-import java.net.URLClassLoader;
-import java.nio.file.FileVisitOption;
-import java.nio.file.FileVisitResult;
-import java.nio.file.Files;
-import java.nio.file.Path;
-import java.nio.file.SimpleFileVisitor;
-import java.nio.file.attribute.BasicFileAttributes;
 import java.util.ArrayList;
 import java.util.Arrays;
-import java.util.EnumSet;
-import java.util.Enumeration;
 import java.util.HashSet;
 import java.util.Iterator;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
 import java.util.TreeMap;
-import java.util.TreeSet;
-import java.util.jar.Attributes;
-import java.util.jar.JarEntry;
-import java.util.jar.JarFile;
-import java.util.jar.Manifest;
 
 /**
  * What the native side asks about classes: the beans of a jar or directory, and a class's
@@ -40,11 +24,6 @@ import java.util.jar.Manifest;
  * members.
  */
 public class BeanHandler {
-  /** No compiler's class is as large; an entry that claims to be would fill the heap. */
-  private static final long LARGEST_ENTRY = 16 << 20;
-
-  private static final String CLASS_SUFFIX = ".class";
-
   private List<String> beans;
   private Class<?> catalogued;
   private Catalogue catalogue;
@@ -57,23 +36,12 @@ public class BeanHandler {
     if (path == null || path.isEmpty()) {
       return false;
     }
-    File file = new File(path);
     try {
-      Set<String> marked = new HashSet<>();
-      Set<String> names;
-      if (file.isDirectory()) {
-        names = classesBelow(file.toPath());
-      } else if (file.isFile()) {
-        names = classesIn(file, marked);
-      } else {
-        return false;
-      }
-      beans = beansAmong(names, marked, file.toURI().toURL());
-      return true;
+      beans = BeanHandlerDiscovery.beansOf(new File(path));
     } catch (IOException | RuntimeException | VirtualMachineError unreadable) {
       // Classes made to exhaust the stack or the heap end the search: the next would do it again.
-      return false;
     }
+    return beans != null;
   }
 
   /** The number of beans found; -1 before a successful enumeration. */
@@ -184,104 +152,6 @@ public class BeanHandler {
       // A class file may hold anything where the names should stand; then there are none.
     }
     return names;
-  }
-
-  /** The names of the classes whose files lie below a directory. */
-  private static Set<String> classesBelow(final Path root) throws IOException {
-    final Set<String> names = new TreeSet<>();
-    Files.walkFileTree(
-        root,
-        EnumSet.of(FileVisitOption.FOLLOW_LINKS),
-        Integer.MAX_VALUE,
-        new SimpleFileVisitor<Path>() {
-          @Override
-          public FileVisitResult visitFile(Path file, BasicFileAttributes attributes) {
-            if (attributes.isRegularFile()) {
-              addClass(root.relativize(file).toString(), attributes.size(), names);
-            }
-            return FileVisitResult.CONTINUE;
-          }
-
-          @Override
-          public FileVisitResult visitFileFailed(Path file, IOException cause) throws IOException {
-            if (file.equals(root)) {
-              throw cause;
-            }
-            return FileVisitResult.CONTINUE;
-          }
-        });
-    return names;
-  }
-
-  /**
-   * The names of a jar's classes.
-   *
-   * @param marked receives the entries that the manifest marks as beans
-   */
-  private static Set<String> classesIn(File file, Set<String> marked) throws IOException {
-    Set<String> names = new TreeSet<>();
-    try (JarFile jar = new JarFile(file, false)) {
-      for (Enumeration<JarEntry> entries = jar.entries(); entries.hasMoreElements(); ) {
-        JarEntry entry = entries.nextElement();
-        addClass(entry.getName(), entry.getSize(), names);
-        if (entry.getName().equalsIgnoreCase(JarFile.MANIFEST_NAME)
-            && entry.getSize() > LARGEST_ENTRY) {
-          throw new IOException("The manifest is too large");
-        }
-      }
-      Manifest manifest = jar.getManifest();
-      if (manifest != null) {
-        for (Map.Entry<String, Attributes> section : manifest.getEntries().entrySet()) {
-          String mark = section.getValue().getValue("Java-Bean");
-          if (mark != null && mark.trim().equalsIgnoreCase("True")) {
-            marked.add(section.getKey());
-          }
-        }
-      }
-    }
-    return names;
-  }
-
-  private static void addClass(String entry, long size, Set<String> names) {
-    if (entry.endsWith(CLASS_SUFFIX) && size <= LARGEST_ENTRY) {
-      String path = entry.substring(0, entry.length() - CLASS_SUFFIX.length());
-      // A dot in a folder's name, ".." included, would lead to another file than this one.
-      if (path.indexOf('.') < 0) {
-        names.add(path.replace('/', '.'));
-      }
-    }
-  }
-
-  private static List<String> beansAmong(Set<String> names, Set<String> marked, URL place)
-      throws IOException {
-    List<String> found = new ArrayList<>();
-    // Closed again, or the jar could not be replaced while the VM runs.
-    try (URLClassLoader loader =
-        new URLClassLoader(new URL[] {place}, BeanHandler.class.getClassLoader())) {
-      for (String name : names) {
-        boolean wanted = marked.contains(name.replace('.', '/') + CLASS_SUFFIX);
-        if ((wanted || marked.isEmpty()) && isBean(name, loader, wanted)) {
-          found.add(name);
-        }
-      }
-    }
-    return found;
-  }
-
-  /** Loads and links a class, but doesn't initialise it: none of its code runs. */
-  private static boolean isBean(String name, ClassLoader loader, boolean marked) {
-    try {
-      Class<?> cls = Class.forName(name, false, loader);
-      boolean makeable = false;
-      for (Constructor<?> constructor : cls.getConstructors()) {
-        makeable |= constructor.getParameterCount() == 0;
-      }
-      int modifiers = cls.getModifiers();
-      return marked || makeable && Modifier.isPublic(modifiers) && !Modifier.isAbstract(modifiers);
-    } catch (Exception | LinkageError unusable) {
-      // A class of a newer version, one that lacks others, a forged one.
-      return false;
-    }
   }
 
   /** The properties and methods of one class. */

@@ -55,6 +55,7 @@ public class BeanHandlerTest {
       test.answersNothingForNothing();
       test.findsBeans();
       test.survivesHostileJars();
+      test.looksIntoThePlaceItselfAlone();
       test.refusesWhatCannotBeExamined();
     } finally {
       test.removeFolder();
@@ -209,6 +210,47 @@ public class BeanHandlerTest {
     check("open after a hostile jar", Collections.emptyList(), openFilesIn(folder));
   }
 
+  private void looksIntoThePlaceItselfAlone() throws Exception {
+    byte[] point = read(beansJar).get("beans/Point.class");
+    Path pipe = folder.resolve("pipe.class");
+    check("pipe", 0, new ProcessBuilder("mkfifo", pipe.toString()).start().waitFor());
+    Map<String, byte[]> classes = new TreeMap<>();
+    // No bean, whatever the VM's own class of that name is.
+    classes.put("BeanHandler.class", emptyClass("BeanHandler", "java/lang/Object"));
+    classes.put("beans/Point.class", point);
+    checkBeans(jar("namesake.jar", "Manifest-Version: 1.0\nClass-Path: pipe.class\n\n", classes),
+        "[beans.Point]");
+    classes.put("[I.class", point);
+    checkBeans(jar("array.jar", "Manifest-Version: 1.0\n\nName: [I.class\nJava-Bean: True\n\n"
+        + "Name: beans/Point.class\nJava-Bean: True\n\n", classes), "[beans.Point]");
+
+    // Two links in each folder double the paths with each.
+    Path tree = Files.createDirectories(folder.resolve("doubling"));
+    for (int i = 0; i < 30; ++i) {
+      Path each = Files.createDirectories(tree.resolve("n" + i));
+      for (String link : new String[] {"a", "b"}) {
+        Files.createSymbolicLink(each.resolve(link), tree.resolve("n" + (i + 1)));
+      }
+    }
+    Files.write(Files.createDirectories(tree.resolve("beans")).resolve("Point.class"), point);
+    Files.createSymbolicLink(tree.resolve("alias"), tree.resolve("beans"));
+    Files.createSymbolicLink(tree.resolve("Pipe.class"), pipe);
+    checkBeans(tree.toFile(), "[beans.Point]");
+  }
+
+  /** What the directory at a zip file's end says of the first entry's size. */
+  private static void claimSizeOfFirstEntry(File zip, int size) throws IOException {
+    byte[] bytes = Files.readAllBytes(zip.toPath());
+    int at = 0;
+    while (bytes[at] != 'P' || bytes[at + 1] != 'K' || bytes[at + 2] != 1 || bytes[at + 3] != 2) {
+      ++at;
+    }
+    for (int i = 0; i < 4; ++i) {
+      bytes[at + 24 + i] = (byte) (size >> 8 * i);
+    }
+    Files.write(zip.toPath(), bytes);
+  }
+
   private void refusesWhatCannotBeExamined() throws Exception {
     Map<String, byte[]> classes = read(beansJar);
     File wrong = jar("wrong.jar", "no manifest at all\n", classes);
@@ -216,12 +258,15 @@ public class BeanHandlerTest {
     File huge = jar("huge.jar", "Manifest-Version: 1.0\nLong: " + value + "\n\n", classes);
     classes.clear();
     for (int i = 0; i < 5000; ++i) {
-      classes.put(String.format("C%05d.class", i), emptyClass(i, i + 1));
+      String name = String.format("C%05d", i);
+      classes.put(name + ".class", emptyClass(name, String.format("C%05d", i + 1)));
     }
     File deep = jar("deep.jar", null, classes);
+    File claiming = jar("claiming.jar", "Manifest-Version: 1.0\nLong: " + value + "\n\n", classes);
+    claimSizeOfFirstEntry(claiming, 100000);
     BeanHandler handler = new BeanHandler();
-    for (String path : new String[] {wrong.getPath(), huge.getPath(), deep.getPath(), "a\0b",
-        "/dev/null", null}) {
+    for (String path : new String[] {wrong.getPath(), huge.getPath(), claiming.getPath(),
+        deep.getPath(), "a\0b", "/dev/null", null}) {
       check("a good jar", true, handler.enumJavaBeans(beansJar.getPath()));
       check("examined " + path, false, handler.enumJavaBeans(path));
       check("beans after " + path, -1, handler.getBeanCount());
@@ -303,14 +348,14 @@ public class BeanHandlerTest {
   }
 
   /** Class C00007 extends C00008, and so on. */
-  private static byte[] emptyClass(int number, int base) throws IOException {
+  private static byte[] emptyClass(String name, String base) throws IOException {
     ByteArrayOutputStream bytes = new ByteArrayOutputStream();
     DataOutputStream file = new DataOutputStream(bytes);
     file.writeLong(0xCAFEBABE00000034L);
     file.writeShort(5);
     for (int i = 0; i < 2; ++i) {
       file.writeByte(1);
-      file.writeUTF(String.format("C%05d", i == 0 ? number : base));
+      file.writeUTF(i == 0 ? name : base);
       file.writeByte(7);
       file.writeShort(2 * i + 1);
     }

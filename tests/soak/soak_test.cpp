@@ -114,8 +114,9 @@ std::vector<std::string> WarmUp(Host& host, BeanObject& state) {
   for (const std::string& jar : {std::string(COMMONS_LANG_JAR), TestVm::Jar("test_beans.jar")})
     std::ranges::copy(host::DiscoverBeans(host.GetVm(), jar).names, std::back_inserter(all));
   std::erase_if(all, [&host](const std::string& name) {
-    // These take threads and sockets, and give them back some time later.
-    if (name == "java.util.Timer" || name.ends_with("Socket")) return true;
+    // These take threads and sockets, and give them back some time later; or end the process.
+    if (name == "java.util.Timer" || name.ends_with("Socket") || name == "beans.VmEnder")
+      return true;
     Host::Creation creation = host.Create(name);
     return !creation.object || creation.object->Methods() == nullptr;
   });
