@@ -30,6 +30,13 @@ auto FindByName(Attributes& attributes, std::string_view name) {
 Identity::Attribute::Attribute(std::string name, std::string value)
     : name(std::move(name)), value(std::move(value)) {}
 
+Identity::Attribute& Identity::Attribute::operator=(const Attribute& other) {
+  Attribute copy(other);
+  name.swap(copy.name);
+  value.swap(copy.value);
+  return *this;
+}
+
 Identity::Identity() = default;
 
 Identity::Identity(const char* identity) { SetIdentity(identity); }
@@ -65,6 +72,10 @@ Identity& Identity::operator=(const Identity& other) {
 
 void Identity::Swap(Identity& other) noexcept {
   identity.swap(other.identity);
+  SwapParts(other);
+}
+
+void Identity::SwapParts(Identity& other) noexcept {
   handler.swap(other.handler);
   handlerData.swap(other.handlerData);
   core.swap(other.core);
@@ -80,18 +91,23 @@ void Identity::Take(std::string text) {
   // Apart: memory that runs out leaves this object as it was.
   Identity taken;
   taken.identity = std::move(text);
-  taken.ParseIdentity();
+  taken.ParseParts(taken.identity);
   Swap(taken);
 }
 
 bool Identity::ParseIdentity() {
-  ClearParts();
-  const std::string_view text = identity;
+  Identity parsed;
+  const bool isWhole = parsed.ParseParts(identity);
+  SwapParts(parsed);
+  return isWhole;
+}
+
+bool Identity::ParseParts(std::string_view text) {
   const auto handlerEnd = text.find(kHandlerEnd);
   if (handlerEnd == std::string_view::npos) {
     return false;
   }
-  GenerateCore();
+  core = text.substr(0, text.find(kAttributeStart));
   handler = text.substr(0, handlerEnd);
   const std::string_view rest = text.substr(handlerEnd + kHandlerEnd.size());
   const auto dataEnd = rest.find(kAttributeStart);
@@ -244,10 +260,6 @@ bool Identity::IsValid() const {
 
 void Identity::Clear() {
   identity.clear();
-  ClearParts();
-}
-
-void Identity::ClearParts() {
   handler.clear();
   handlerData.clear();
   core.clear();

@@ -15,7 +15,7 @@ namespace quenlatrix::meta_object {
 // as in "JAVABEAN://SimpleBean?Scope=user?Mode=cached". Nothing is escaped: "://", "?" and "=" are
 // reserved. The setters keep the text and its parts in step. Attribute names are compared without
 // regard to the case of ASCII letters. What there is no memory for throws std::bad_alloc and leaves
-// the identity as it was, ParseIdentity apart.
+// the identity as it was.
 //
 // Copies are deep. Threads: as for a standard string.
 class Identity {
@@ -25,7 +25,7 @@ class Identity {
     Attribute(std::string name, std::string value);
     virtual ~Attribute() = default;
     Attribute(const Attribute&) = default;
-    Attribute& operator=(const Attribute&) = default;
+    Attribute& operator=(const Attribute& other);
 
     std::string name;
     std::string value;
@@ -101,10 +101,13 @@ class Identity {
 
  private:
   void Swap(Identity& other) noexcept;
+  // Of all but `identity`.
+  void SwapParts(Identity& other) noexcept;
   void Take(std::string text);
   // Sets a part and rebuilds the text.
   void ChangePart(std::string& part, std::string text);
-  void ClearParts();
+  // Fill an identity that has no parts.
+  bool ParseParts(std::string_view text);
   void ParseAttributes(std::string_view items);
 };
 

@@ -85,6 +85,7 @@ TypeDesc::StructInfo::StructInfo(const StructInfo& other) : structName(other.str
 
 TypeDesc::StructInfo& TypeDesc::StructInfo::operator=(const StructInfo& other) {
   StructInfo copy(other);
+  members.reserve(members.size() + copy.members.size());
   structName = std::move(copy.structName);
   members.insert(members.end(), std::make_move_iterator(copy.members.begin()),
                  std::make_move_iterator(copy.members.end()));

@@ -14,7 +14,8 @@ namespace quenlatrix::meta_object {
 //
 // A descriptor owns all its parts; copies are deep. A descriptor without names and information
 // allocates nothing. Not thread-safe; several threads may compare, copy and serialise one at once,
-// as long as none asks a name for its narrow form.
+// as long as none asks a name for its narrow form. What there is no memory for throws
+// std::bad_alloc and leaves the descriptor as it was.
 class TypeDesc {
  public:
   // The type of the value, of an array the type of its elements. No key stands for arrays.
@@ -70,6 +71,13 @@ class TypeDesc {
       WideString name;
       long value = 0;
     };
+
+    EnumInfo() = default;
+    EnumInfo(const EnumInfo&) = default;
+    EnumInfo(EnumInfo&&) noexcept = default;
+    ~EnumInfo() = default;
+    EnumInfo& operator=(const EnumInfo& other) { return *this = EnumInfo(other); }
+    EnumInfo& operator=(EnumInfo&&) noexcept = default;
 
     // Appends an item. Always true.
     bool AddEnumItem(const WideString& name, long value);

@@ -7,6 +7,7 @@
 #include "collect/attribute.h"
 #include "meta_object/environment.h"
 #include "meta_object/identity.h"
+#include "meta_object/info/property.h"
 #include "meta_object/type_desc.h"
 #include "tests/support/refused_allocations.h"
 
@@ -44,18 +45,28 @@ TEST(LackOfMemory, LeavesAnIdentityAsItWas) {
       [](Identity& id) { id.SetAttribute(kLong, kLong); },
       [](Identity& id) { id.RemoveAttribute("name"); },
       [](Identity& id) { id.SetIdentity(std::string("X://") + kLong); },
+      [](Identity& id) { *id.attributes[0] = Identity::Attribute(kLong, kLong); },
+  };
+  const auto make = [] {
+    return std::make_unique<Identity>("JAVABEAN://a.Bean?name=value?second=2");
+  };
+  const auto textOf = [](const Identity& id) {
+    std::string text = id.identity + "|" + id.handler + "|" + id.handlerData + "|" + id.core;
+    for (const auto& attribute : id.attributes) {
+      text += "|" + attribute->name + "=" + attribute->value;
+    }
+    return text;
   };
   for (const auto& change : changes) {
-    ChangesWhollyOrNotAtAll<Identity>(
-        [] { return std::make_unique<Identity>("JAVABEAN://a.Bean?name=value?second=2"); }, change,
-        [](const Identity& id) {
-          std::string text = id.identity + "|" + id.handler + "|" + id.handlerData + "|" + id.core;
-          for (const auto& attribute : id.attributes) {
-            text += "|" + attribute->name + "=" + attribute->value;
-          }
-          return text;
-        });
+    ChangesWhollyOrNotAtAll<Identity>(make, change, textOf);
   }
+  const auto makeUnparsed = [make] {
+    auto id = make();
+    id->identity = std::string("X://") + kLong + "?" + kLong + "=1?third=" + kLong;
+    return id;
+  };
+  ChangesWhollyOrNotAtAll<Identity>(
+      makeUnparsed, [](Identity& id) { id.ParseIdentity(); }, textOf);
 }
 
 TEST(LackOfMemory, LeavesAnEnvironmentAndAttributesAsTheyWere) {
@@ -105,22 +116,47 @@ TEST(LackOfMemory, LeavesAnEnvironmentAndAttributesAsTheyWere) {
 }
 
 TEST(LackOfMemory, LeavesADescriptorAsItWas) {
+  const auto makeFrom = [](const wchar_t* text) {
+    return [text] {
+      auto desc = std::make_unique<TypeDesc>();
+      desc->Deserialize(text);
+      return desc;
+    };
+  };
+  const auto textOf = [](const TypeDesc& desc) {
+    WideString wide;
+    desc.Serialize(wide);
+    const std::wstring_view view(wide.getWCharPtr());
+    return std::string(view.begin(), view.end());
+  };
+  const auto makeStruct = makeFrom(L"old,type%%Struct{[T]x,y%%Real}");
   for (const wchar_t* const text :
        {L"d,t%%detail%%Enum{A=1,B=2}", L"d,t%%Array{0,1:0,2}", L"d,t%%Struct{[S]a,int%%Int}"}) {
+    const auto other = makeFrom(text)();
     ChangesWhollyOrNotAtAll<TypeDesc>(
-        [] {
-          auto desc = std::make_unique<TypeDesc>();
-          desc->Deserialize(L"old,type%%Struct{[T]x,y%%Real}");
-          return desc;
-        },
-        [text](TypeDesc& desc) { desc.Deserialize(text); },
-        [](const TypeDesc& desc) {
-          WideString wide;
-          desc.Serialize(wide);
-          const std::wstring_view view(wide.getWCharPtr());
-          return std::string(view.begin(), view.end());
-        });
+        makeStruct, [text](TypeDesc& desc) { desc.Deserialize(text); }, textOf);
+    ChangesWhollyOrNotAtAll<TypeDesc>(
+        makeStruct, [&](TypeDesc& desc) { desc = *other; }, textOf);
   }
+  const auto structure = makeFrom(L",%%Struct{[U]z,z%%Int}")();
+  ChangesWhollyOrNotAtAll<TypeDesc>(
+      makeStruct, [&](TypeDesc& desc) { *desc.structInfo = *structure->structInfo; }, textOf);
+  const auto items = makeFrom(L"Enum{C=3,D=4}")();
+  ChangesWhollyOrNotAtAll<TypeDesc>(
+      makeFrom(L"Enum{A=1,B=2}"), [&](TypeDesc& desc) { *desc.enumInfo = *items->enumInfo; },
+      textOf);
+}
+
+// Fields that are written one after the other.
+TEST(LackOfMemory, LeavesARecordAsItWas) {
+  const Property other(L"other name", L"other value", false);
+  ChangesWhollyOrNotAtAll<Property>(
+      [] { return std::make_unique<Property>(L"name", L"value", true); },
+      [&](Property& property) { property = other; },
+      [](const Property& property) {
+        return std::string(property.name.getCharPtr()) + property.value.getCharPtr() +
+               (property.flag ? "+" : "-");
+      });
 }
 
 }  // namespace

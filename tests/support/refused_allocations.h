@@ -6,7 +6,7 @@ namespace quenlatrix::test {
 
 // How many allocations are granted before one is refused; none is while this is negative. For the
 // programs that link the CMake target refused_allocations.
-inline thread_local int grantedAllocations = -1;
+inline constinit thread_local int grantedAllocations = -1;
 
 // Does the work with the allocation after the first `granted` ones refused. True when it was
 // refused, whatever came of it; std::bad_alloc ends the work.

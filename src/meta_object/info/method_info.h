@@ -25,7 +25,8 @@ class MethodInfo {
   MethodInfo(const MethodInfo&) = default;
   MethodInfo(MethodInfo&&) noexcept = default;
   virtual ~MethodInfo();
-  MethodInfo& operator=(const MethodInfo&) = default;
+  // One that throws leaves this record as it was.
+  MethodInfo& operator=(const MethodInfo& other) { return *this = MethodInfo(other); }
   MethodInfo& operator=(MethodInfo&&) noexcept = default;
 
   std::uint64_t reserved = 0;

@@ -25,7 +25,8 @@ class ParamInfo {
   ParamInfo(const ParamInfo&) = default;
   ParamInfo(ParamInfo&&) noexcept = default;
   virtual ~ParamInfo();
-  ParamInfo& operator=(const ParamInfo&) = default;
+  // One that throws leaves this record as it was.
+  ParamInfo& operator=(const ParamInfo& other) { return *this = ParamInfo(other); }
   ParamInfo& operator=(ParamInfo&&) noexcept = default;
 
   std::uint64_t reserved = 0;

@@ -16,7 +16,8 @@ class Property {
   Property(const Property&) = default;
   Property(Property&&) noexcept = default;
   virtual ~Property();
-  Property& operator=(const Property&) = default;
+  // One that throws leaves this record as it was.
+  Property& operator=(const Property& other) { return *this = Property(other); }
   Property& operator=(Property&&) noexcept = default;
 
   // Stores a new record in `*buffer` and its length in bytes in `*size`. The caller frees the

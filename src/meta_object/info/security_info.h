@@ -10,7 +10,8 @@ struct SecurityInfo {
   SecurityInfo(const SecurityInfo&) = default;
   SecurityInfo(SecurityInfo&&) = default;
   virtual ~SecurityInfo() = default;
-  SecurityInfo& operator=(const SecurityInfo&) = default;
+  // One that throws leaves this record as it was.
+  SecurityInfo& operator=(const SecurityInfo& other) { return *this = SecurityInfo(other); }
   SecurityInfo& operator=(SecurityInfo&&) = default;
 
   std::string firstValue;   // the handler type
