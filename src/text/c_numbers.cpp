@@ -2,15 +2,15 @@
 
 #include <langinfo.h>
 
-#include <algorithm>
+#include <array>
 #include <charconv>
 #include <climits>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
-#include <string>
 #include <string_view>
 
 namespace quenlatrix::text {
@@ -39,41 +39,56 @@ bool NeedsLocale(const char* fmt) {
          std::strstr(fmt, "lc") != nullptr;
 }
 
-// Flags of a conversion that ask for the locale's grouping and digits; the C locale has none.
-constexpr char kLocaleFlags[] = "'I";
-constexpr char kFlags[] = "-+ #0'I";
-
-bool HasLocaleFlags(const char* fmt) {
-  for (const char* at = fmt; (at = std::strchr(at, '%')) != nullptr;) {
-    ++at;
-    const std::string_view flags(at, std::strspn(at, kFlags));
-    if (flags.find_first_of(kLocaleFlags) != std::string_view::npos) {
-      return true;
+// Copies a format without the flags that ask for the locale's grouping and digits; the C locale has
+// none. `out` has room for the whole format, or is null. Gives the number of such flags.
+std::size_t CopyWithoutLocaleFlags(const char* fmt, char* out) {
+  constexpr std::string_view kLocaleFlags = "'I";
+  constexpr std::string_view kBeforeConversion = "'I-+ #0123456789.*$hljztLqZ";
+  std::size_t flags = 0;
+  bool isDirective = false;
+  for (; *fmt != '\0'; ++fmt) {
+    if (isDirective && kLocaleFlags.find(*fmt) != std::string_view::npos) {
+      ++flags;
+      continue;
     }
-    at += flags.size();
-    at += *at == '%' ? 1 : 0;
-  }
-  return false;
-}
-
-std::string WithoutLocaleFlags(std::string_view fmt) {
-  std::string kept;
-  while (!fmt.empty()) {
-    const std::size_t sign = std::min(fmt.find('%'), fmt.size() - 1) + 1;
-    kept += fmt.substr(0, sign);
-    fmt.remove_prefix(sign);
-    for (; !fmt.empty() && std::strchr(kFlags, fmt[0]) != nullptr; fmt.remove_prefix(1)) {
-      if (std::strchr(kLocaleFlags, fmt[0]) == nullptr) {
-        kept += fmt[0];
-      }
-    }
-    if (!fmt.empty()) {
-      kept += fmt[0];
-      fmt.remove_prefix(1);
+    isDirective =
+        isDirective ? kBeforeConversion.find(*fmt) != std::string_view::npos : *fmt == '%';
+    if (out != nullptr) {
+      *out++ = *fmt;
     }
   }
-  return kept;
+  if (out != nullptr) {
+    *out = '\0';
+  }
+  return flags;
 }
+
+// A format without those flags: itself where it has none, on the heap only where it is long.
+class PlainFormat {
+ public:
+  explicit PlainFormat(const char* fmt) : format(fmt) {
+    if (CopyWithoutLocaleFlags(fmt, nullptr) == 0) {
+      return;
+    }
+    char* copy = shortCopy.data();
+    if (const std::size_t size = std::strlen(fmt) + 1; size > shortCopy.size()) {
+      longCopy.reset(new (std::nothrow) char[size]);
+      copy = longCopy.get();
+    }
+    if (copy != nullptr) {
+      CopyWithoutLocaleFlags(fmt, copy);
+    }
+    format = copy;
+  }
+
+  // Null when there is no memory.
+  const char* Get() const { return format; }
+
+ private:
+  std::array<char, 256> shortCopy;
+  std::unique_ptr<char[]> longCopy;
+  const char* format;
+};
 
 // Gives the calling thread a decimal point while `fmt` is printed. The C locale, at no cost, does
 // for nearly all formats; the others get a copy of the thread's locale, changed in its numbers.
@@ -133,17 +148,12 @@ PrintedReal PrintReal(double value) {
 }
 
 int PrintFormatted(char* out, std::size_t size, const char* fmt, va_list args) {
-  std::string changed;
-  if (HasLocaleFlags(fmt)) {
-    try {
-      changed = WithoutLocaleFlags(fmt);
-    } catch (const std::bad_alloc&) {
-      return -1;
-    }
-    fmt = changed.c_str();
+  const PlainFormat plain(fmt);
+  if (plain.Get() == nullptr) {
+    return -1;
   }
-  const DecimalPointScope point(fmt);
-  return std::vsnprintf(out, size, fmt, args);
+  const DecimalPointScope point(plain.Get());
+  return std::vsnprintf(out, size, plain.Get(), args);
 }
 
 int ReadInt(const char* s) { return static_cast<int>(ReadLong(s)); }

@@ -42,7 +42,7 @@ PrintedReal PrintReal(double value);
 
 // As vsnprintf, with numbers as in the C locale, the flags ' and I included, while %ls, %lc, %S, %C
 // and %m keep the process's encoding and language. -1, with `out` as it was, also when there is no
-// memory for a format without those flags.
+// memory for a long format without those flags.
 [[gnu::format(printf, 3, 0)]] int PrintFormatted(char* out, std::size_t size, const char* fmt,
                                                  va_list args);
 

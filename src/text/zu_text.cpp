@@ -146,12 +146,13 @@ bool ZuText::SetBufferSize(unsigned long n) {
 }
 
 unsigned long ZuText::SetEqualTo(const ZuData& o) {
+  const unsigned char* const data = o.GetBuffer();
   const unsigned long n = o.GetDataSize();
-  if (n == 0 || o[n - 1] == '\0') {
-    ZuData::SetEqualTo(o);
-  } else if (SetBufferSize(n + 1) && ZuData::SetEqualTo(o) == n) {
-    AppendTerminator();
+  if (n > 0 && data[n - 1] != '\0') {
+    return Holds(data) || SetBufferSize(n + 1) ? SetEqualTo(data, n, 0) : dataSize;
   }
+  ZuData::SetEqualTo(o);
+  Terminate();
   return dataSize;
 }
 

@@ -2,7 +2,7 @@
 #include <cstring>
 #include <limits>
 
-#include "text/zu_text.h"
+#include "text/zu_text_local.h"
 
 // Lengths are those up to the first NUL, as strstr sees them: a match is always as long as what was
 // searched, and nothing is looked at or replaced past the end of the text.
@@ -18,6 +18,22 @@ unsigned long CountMatches(const char* text, const char* find) {
   }
   return count;
 }
+
+// A copy for the time of one operation, on the heap only where it is long. Shorter than the text if
+// there is no memory for it.
+class WorkingCopy {
+ public:
+  explicit WorkingCopy(const ZuText& t) : shortCopy(t) {
+    if (shortCopy.GetDataSize() != t.GetDataSize()) {
+      longCopy = t;
+    }
+  }
+  ZuText& Get() { return longCopy.GetBuffer() == nullptr ? shortCopy : longCopy; }
+
+ private:
+  ZuTextLocal<255> shortCopy;
+  ZuText longCopy;
+};
 
 }  // namespace
 
@@ -41,11 +57,11 @@ void ZuText::ReplaceAll(const ZuText& find, const ZuText& repl, bool caseSensiti
     ReplaceAll(find, repl);
     return;
   }
-  ZuText upperFind(find);
-  ZuText upperText(*this);
-  upperFind.UpperCase();
-  upperText.UpperCase();
-  ReplaceMatches(upperText, upperFind, repl);
+  WorkingCopy upperFind(find);
+  WorkingCopy upperText(*this);
+  upperFind.Get().UpperCase();
+  upperText.Get().UpperCase();
+  ReplaceMatches(upperText.Get(), upperFind.Get(), repl);
 }
 
 unsigned long ZuText::MakeRoom(unsigned long times, unsigned long growth) {
@@ -62,11 +78,11 @@ unsigned long ZuText::MakeRoom(unsigned long times, unsigned long growth) {
 // that what is written stays behind what is still to be read.
 void ZuText::ReplaceMatches(const ZuText& searched, const ZuText& find, const ZuText& repl) {
   if (Holds(find.GetText()) || Holds(repl.GetText())) {
-    ZuText replacement;
-    replacement = repl;
+    WorkingCopy findCopy(find);
+    WorkingCopy replacement(repl);
     // One that there is no memory for would delete what it is to replace.
-    if (replacement.GetDataSize() == repl.GetDataSize()) {
-      ReplaceMatches(searched, ZuText(find), replacement);
+    if (replacement.Get().GetDataSize() == repl.GetDataSize()) {
+      ReplaceMatches(searched, findCopy.Get(), replacement.Get());
     }
     return;
   }

@@ -189,6 +189,9 @@ TEST(ZuText, FormatsNumbersWithAPointAndWideTextInTheProcessEncoding) {
     ZuText t;
     t.Format("%'d %Id %%'d %I'5d|%s", 1234567, 12, 3, "100%'d");
     EXPECT_STREQ(t.GetTextEx(), "1234567 12 %'d     3|100%'d") << name;
+    const std::string longFormat = std::string(300, 'x') + "%2$'d %1$I.3d";
+    t.Format(longFormat.c_str(), 4, 1000);
+    EXPECT_STREQ(t.GetTextEx() + 300, "1000 004") << name;
   }
 }
 
@@ -212,10 +215,22 @@ TEST(ZuTextLocal, CutsWhatIsSetAndRefusesWhatIsAppendedOrCopied) {
   EXPECT_STREQ(t.GetTextEx(), "c12");
 }
 
-TEST(ZuTextLocal, AppendsItselfWithoutTheHeap) {
+TEST(ZuTextLocal, NeedsNoHeap) {
   ZuTextLocal<31> t("ab");
-  EXPECT_FALSE(quenlatrix::test::RunsOutOfMemory(0, [&] { t += t; }));
+  const auto needsHeap = [](auto&& work) { return quenlatrix::test::RunsOutOfMemory(0, work); };
+  EXPECT_FALSE(needsHeap([&] { t += t; }));
   EXPECT_STREQ(t.GetTextEx(), "abab");
+  const ZuTextLocal<31> sought("B");
+  const ZuTextLocal<31> put("xy");
+  EXPECT_FALSE(needsHeap([&] { t.ReplaceAll(sought, put, false); }));
+  EXPECT_STREQ(t.GetTextEx(), "axyaxy");
+  EXPECT_FALSE(needsHeap([&] { t.ReplaceAll(put, t); }));
+  EXPECT_STREQ(t.GetTextEx(), "aaxyaxyaaxyaxy");
+  const char* const grouped = "a longer format, with groups: %'d";
+  EXPECT_FALSE(needsHeap([&] { t.Format(grouped, 1); }));
+  EXPECT_STREQ(t.GetTextEx(), "a longer format, with groups: ");
+  t.SetEqualTo(ZuData());
+  EXPECT_STREQ(t.GetText(), "");
 }
 
 TEST(ZuTextLocal, NeverLeavesItsStorage) {
