@@ -10,8 +10,9 @@
 #include "meta_object/type_desc.h"
 #include "meta_object/wide_view.h"
 
-// Any text reads without harm, and what is written reads back to the same text where no name holds
-// a separator. The same bytes also steer the making of a descriptor whose names hold none.
+// Any text reads without harm or is refused with the descriptor as it was, and what is written
+// reads back to the same text where no name holds a separator. The same bytes also steer the making
+// of a descriptor whose names hold none.
 namespace {
 
 using quenlatrix::meta_object::TypeDesc;
@@ -54,8 +55,9 @@ bool HasCleanNames(const TypeDesc& desc, int nesting) {
 void CheckText(const std::string& bytes) {
   const std::wstring text(bytes.begin(), bytes.end());
   TypeDesc desc;
-  Require(desc.Deserialize(text.c_str()));
+  const bool isRead = desc.Deserialize(text.c_str());
   const std::wstring written = Written(desc);
+  Require(isRead || written == Written(TypeDesc()));
   Require(Written(TypeDesc(desc)) == written);
   if (HasCleanNames(desc, 0)) {
     Require(Rewritten(written) == written);
