@@ -82,7 +82,7 @@ TEST_F(BeanhostCli, EndsWithTheStatusOfWhatWentWrong) {
 }
 
 TEST_F(BeanhostCli, LetsNoJarTakeThePlaceOfTheClassesThatEveryPolicyAllows) {
-  const std::string impostors = test::TestVm::Jar("impostors.jar");
+  const std::string impostors = test::TestVm::Jar("hostile_beans.jar");
   const Words command = {"--deny", "*", "describe", "BeanHostBoxes"};
   const auto expectOwnClass = [](const ProgramRun& run) {
     EXPECT_EQ(run.status, 0) << run.err;

@@ -112,9 +112,9 @@ TEST_F(RegistryCli, FailsWithATextAndAStopEventWhenABeanEndsTheVm) {
   for (const char* method : {"exit 0", "halt 0", "exit 3"}) {
     const fs::path log = directory / "log";
     fs::remove(log);
-    const ProgramRun run =
-        Script(std::string("new e beans.VmEnder\ncall e ") + method + "\nsize e\n",
-               {"--event-log", log.string(), "--json", "--keep-going"});
+    const ProgramRun run = Script(std::string("new e VmEnder\ncall e ") + method + "\nsize e\n",
+                                  {"--class-path", test::TestVm::Jar("hostile_beans.jar"),
+                                   "--event-log", log.string(), "--json", "--keep-going"});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, HasSubstr("a bean ended the Java VM")) << method;
     EXPECT_EQ(Parsed(run.out).size(), 1U);

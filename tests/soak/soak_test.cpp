@@ -171,6 +171,8 @@ TEST(Soak, ThreadsDoAllThereIsAndLeaveNothingBehind) {
   ASSERT_NE(host, nullptr);
   std::optional<BeanObject> state = std::move(host->Create("soak.VmState").object);
   ASSERT_TRUE(state.has_value());
+  // Asks the host's own bean, which is made now and stays.
+  EXPECT_TRUE(state->IsInstanceOf("soak.VmState"));
   Ground ground(*host);
   ground.classes = WarmUp(*host, *state);
   EXPECT_GT(ground.classes.size(), 300U);

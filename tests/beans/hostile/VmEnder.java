@@ -1,5 +1,3 @@
-package beans;
-
 /** What becomes of a host whose bean ends the VM? */
 public class VmEnder {
   public void exit(int status) { System.exit(status); }
