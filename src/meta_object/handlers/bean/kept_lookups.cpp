@@ -60,7 +60,7 @@ jmethodID KeptLookups::FindToString(JNIEnv* env) {
 }
 
 jmethodID KeptLookups::FindPublicConstructor(JNIEnv* env, jclass cls, std::string_view name) {
-  const std::size_t index = std::hash<std::string_view>{}(name) % constructors.size();
+  const std::size_t index = std::hash<std::string_view>{}(name) % kKeptConstructors;
   {
     const ShortHold hold(constructorsLock);
     const Constructor& kept = constructors[index];

@@ -42,6 +42,8 @@ class KeptLookups {
   jmethodID FindPublicConstructor(JNIEnv* env, jclass cls, std::string_view name);
 
  private:
+  static constexpr std::size_t kKeptConstructors = 64;
+
   struct Constructor {
     jweak cls = nullptr;
     jmethodID method = nullptr;
@@ -53,7 +55,7 @@ class KeptLookups {
   std::array<std::atomic<const TextClass*>, kTextClasses> textClasses{};
   std::atomic<jmethodID> toString{nullptr};
   ShortLock constructorsLock;
-  std::array<Constructor, 64> constructors GUARDED_BY(constructorsLock);
+  std::array<Constructor, kKeptConstructors> constructors GUARDED_BY(constructorsLock);
 };
 
 }  // namespace quenlatrix::meta_object::handlers::bean
