@@ -1,9 +1,12 @@
 #include "host/commands.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
+#include <ext/stdio_filebuf.h>
 #include <fstream>
-#include <iostream>
+#include <istream>
 #include <memory>
 
 #include "host/bean_discovery.h"
@@ -164,7 +167,20 @@ ExitStatus RunScriptFile(const CommandOptions& options, const std::vector<std::s
       if (mayWait) reporter.GetProgress().Continue({});
     }
   };
-  const ExitStatus status = RunScript(mayWait ? std::cin : file, options.keepGoing, session, sink);
+  // Not std::cin, which takes an error for the end.
+  __gnu_cxx::stdio_filebuf<char> standardInput(dup(STDIN_FILENO), std::ios::in);
+  std::istream script(mayWait ? static_cast<std::streambuf*>(&standardInput) : file.rdbuf());
+  ExitStatus status = RunScript(script, options.keepGoing, session, sink);
+  if (script.bad()) {
+    Report report;
+    report.Fail(ExitStatus::Usage,
+                (mayWait ? "standard input" : "the script " + words[0]) +
+                    " can't be read beyond line " + std::to_string(number) +
+                    ": expected text, but reading failed, or the next line takes more memory than "
+                    "there is");
+    const ExitStatus written = reporter.Write(report);
+    if (status == ExitStatus::Done) status = written;
+  }
   return status == ExitStatus::Done && reporter.IsBroken() ? ExitStatus::Failed : status;
 }
 

@@ -67,9 +67,14 @@ void LineHistory::Append(const std::string& line) const {
   if (file.empty()) return;
   MakeDirectories(fs::path(file).parent_path());
   const int descriptor =
-      open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY, S_IRUSR | S_IWUSR);
+      open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK,
+           S_IRUSR | S_IWUSR);
   if (descriptor < 0) return;
-  WriteAll(descriptor, line + "\n");
+  // Nothing else is written to, least of all a pipe, which would wait for its reader.
+  struct stat status = {};
+  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+    WriteAll(descriptor, line + "\n");
+  }
   close(descriptor);
 }
 

@@ -343,5 +343,13 @@ TEST_F(BeanhostCli, ListsTheBeansOfAJarAndSaysWhereThereAreNone) {
   EXPECT_THAT(none.err, HasSubstr("no bean found in"));
 }
 
+TEST_F(BeanhostCli, AScriptThatCannotBeReadToItsEndIsAnError) {
+  std::filesystem::remove(directory / "in");
+  std::filesystem::create_directory(directory / "in");
+  const ProgramRun run = Host({"run", "-"});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, HasSubstr("standard input can't be read beyond line 0"));
+}
+
 }  // namespace
 }  // namespace quenlatrix::host
