@@ -45,8 +45,8 @@ struct ExOSException {
 // Opens the event log on the file `path`, which is made when it is missing, or on standard output
 // when `path` is null or empty. With `ident`, which is copied, also connects to the system log
 // under that name. False when the file can't be opened, and when the log is open already, which
-// then changes nothing; it doesn't wait for a thread that reports. The file is made readable for its
-// owner and group alone: whoever may read it can lock it, and events wait for that.
+// then changes nothing; it doesn't wait for a thread that reports. The file is made readable for
+// its owner and group alone: whoever may read it can lock it, and events wait for that.
 bool OpenSystemEventLog(const char* path, const char* ident);
 
 // Closes the event log and the connection to the system log; standard output itself stays open.
