@@ -1,6 +1,13 @@
 // Loading, starting and unloading, in every order that a host's fault or its plan may bring.
+#include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+
 #include <algorithm>
 #include <barrier>
+#include <cstddef>
 #include <filesystem>
 #include <thread>
 
@@ -125,6 +132,34 @@ TEST(PluginEnd, UnloadingGivesBackWhatLoadingTook) {
   const PluginImage image;
   image.Start(host);
   Use(image, host, {true, true, true});
+}
+
+// The calling thread opens nothing for reading and writing any more, as where devices are missing.
+bool LoseDevices() {
+  sock_filter steps[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+      BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, O_RDWR, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOENT),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  const sock_fprog program = {std::size(steps), steps};
+  return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+         prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0 &&
+         open("/dev/zero", O_RDWR | O_CLOEXEC) == -1;
+}
+
+TEST(PluginEnd, WithoutDevicesItLoadsAndWorks) {
+  TestHost host;
+  std::unique_ptr<PluginImage> image;
+  RunInThreads(1, [&image](int) {
+    ASSERT_TRUE(LoseDevices());
+    image = std::make_unique<PluginImage>();
+  });
+  ASSERT_NE(image, nullptr);
+  image->Start(host);
+  Use(*image, host, {true, true, true});
 }
 
 TEST(PluginEnd, TwoInOneProcessKeepTheirStatesApart) {

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 
 #include <cstddef>
 #include <future>
 
+#include "tests/support/no_descriptors.h"
 #include "tests/support/workers.h"
 
 namespace {
@@ -105,20 +105,18 @@ TEST(Mutex, SharedModeKeepsAForkedProcessOut) {
 }
 
 TEST(Mutex, SharedModeThrowsOneWhenNoDescriptorIsLeft) {
-  rlimit before = {};
-  getrlimit(RLIMIT_NOFILE, &before);
-  const rlimit none = {0, before.rlim_max};
+  const NoDescriptors none;
   Mutex mutex;
   int thrown = 0;
-  setrlimit(RLIMIT_NOFILE, &none);
   try {
     mutex.CreateMutex(Mutex::Shared);
   } catch (int value) {
     thrown = value;
   }
-  setrlimit(RLIMIT_NOFILE, &before);
   EXPECT_EQ(thrown, 1);
   EXPECT_EQ(mutex.Lock(), 1);
+  StaticMutex ofProcess(Mutex::Shared);
+  EXPECT_FALSE(MutexLock(ofProcess).IsHeld());
 }
 
 }  // namespace

@@ -18,9 +18,11 @@ bool UGuard::Lock(eLockType type) NO_THREAD_SAFETY_ANALYSIS {
     ++*counter;
     return true;
   }
-  const bool locked = mutex.Lock() == 0;
+  if (mutex.Lock() != 0) {
+    return false;
+  }
   ++*counter;
-  return locked;
+  return true;
 }
 
 bool UGuard::UnLock(eLockType type) NO_THREAD_SAFETY_ANALYSIS {

@@ -28,8 +28,7 @@ class UGuard {
   UGuard& operator=(const UGuard&) = delete;
 
   // Takes the mutex, waiting for it, and counts the hold; a type-1 hold beside another one is only
-  // counted. False when the mutex could not be taken (the hold counts all the same), or for another
-  // type, which counts nothing.
+  // counted. False, with nothing counted, when the mutex could not be taken or for another type.
   bool Lock(eLockType type);
 
   // Takes one hold of the type away. True when it was the last one and the mutex was given back;

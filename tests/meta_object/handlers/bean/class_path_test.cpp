@@ -4,10 +4,12 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <memory>
 
 #include "meta_object/handlers/bean/jar_path_set.h"
 #include "meta_object/handlers/bean/plugin_state.h"
 #include "tests/support/files.h"
+#include "tests/support/no_descriptors.h"
 
 namespace quenlatrix::meta_object::handlers::bean {
 namespace {
@@ -81,6 +83,21 @@ TEST_F(ClassPathTest, AFileThatCannotBeReadAddsNothing) {
   fs::remove(ClassPathFile);
   WriteFile(ClassPathFile, "/b");
   EXPECT_EQ(ClassPathAfter(""), "true /a:/b") << "read anew each time";
+}
+
+TEST_F(ClassPathTest, WithoutTheFilesLockThereIsNone) {
+  SetVariable("/a");
+  WriteFile(ClassPathFile, "/b");
+  UGuard* const guard = &*_mutexClassPathFile;
+  std::destroy_at(guard);
+  {
+    const NoDescriptors none;
+    std::construct_at(guard, Mutex::Shared);
+  }
+  EXPECT_EQ(ClassPathAfter(""), "false /a");
+  std::destroy_at(guard);
+  std::construct_at(guard, Mutex::Shared);
+  EXPECT_EQ(ClassPathAfter(""), "true /a:/b");
 }
 
 TEST_F(ClassPathTest, MarkedJarsAreLookedForInTheWholeText) {

@@ -1,16 +1,11 @@
 #include <dlfcn.h>
-#include <sched.h>
-#include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 #include <tuple>
 
-#include "meta_object/handlers/bean/u_guard.h"
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
 #include "tests/support/locales.h"
 
@@ -121,35 +116,6 @@ TEST(PluginFrame, TellsItsPathInTheFilesOwnBytes) {
     EXPECT_EQ(image.GetHandlerInfo()->GetServerDirectory(), folder.native());
   }
   fs::remove_all(folder.parent_path());
-}
-
-// In a process of its own, whose /dev is empty; nothing where such a one can't be made.
-template <class Work>
-std::optional<bool> WithoutDevices(Work&& work) {
-  constexpr int kNoNamespace = 77;
-  const pid_t process = fork();
-  if (process == 0) {
-    const bool isAlone = (unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0) &&
-                         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                         mount("none", "/dev", "tmpfs", 0, nullptr) == 0;
-    _exit(!isAlone ? kNoNamespace : work() ? 0 : 1);
-  }
-  int status = 0;
-  waitpid(process, &status, 0);
-  if (WIFEXITED(status) && WEXITSTATUS(status) == kNoNamespace) return std::nullopt;
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-TEST(PluginFrame, IsLoadedAlsoWhereASharedMutexCannotBeMade) {
-  const auto isLoaded = WithoutDevices([] {
-    using meta_object::handlers::bean::UGuard;
-    UGuard guard(Mutex::Shared);
-    void* const image = dlopen(PLUGIN_FILE, RTLD_NOW | RTLD_LOCAL);
-    auto* const version = reinterpret_cast<std::uint32_t (*)()>(dlsym(image, "GetHandlerVersion"));
-    return !guard.Lock(UGuard::LockType1) && version() == 131072 && dlclose(image) == 0;
-  });
-  if (!isLoaded) GTEST_SKIP() << "no namespace with a /dev of its own can be made here";
-  EXPECT_TRUE(*isLoaded);
 }
 
 class PluginFrameTest : public PluginTest {};

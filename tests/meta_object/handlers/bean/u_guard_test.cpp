@@ -5,6 +5,8 @@
 #include <chrono>
 #include <future>
 
+#include "tests/support/no_descriptors.h"
+
 namespace {
 
 using quenlatrix::meta_object::handlers::bean::UGuard;
@@ -50,6 +52,15 @@ TEST_P(UGuardTest, TypesAreCountedApartAndOthersChangeNothing) {
   EXPECT_TRUE(Waits(hold));
   EXPECT_TRUE(guard.UnLock(UGuard::LockType2));
   hold.get();
+}
+
+TEST(UGuard, FailsToLockHoweverOftenWhenItCannotBeMade) {
+  const NoDescriptors none;
+  UGuard guard(Mutex::Shared);
+  for (const auto type : {UGuard::LockType1, UGuard::LockType1, UGuard::LockType2}) {
+    EXPECT_FALSE(guard.Lock(type));
+  }
+  EXPECT_FALSE(guard.UnLock(UGuard::LockType1));
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, UGuardTest, testing::Values(Mutex::Private, Mutex::Shared));
