@@ -1,6 +1,7 @@
 #include "meta_object/info/handler_info.h"
 
 #include <string>
+#include <utility>
 
 #include "os/module.h"
 
@@ -18,9 +19,31 @@ std::string DirectoryOf(const std::string& path) {
   return path.substr(0, cut);
 }
 
+// A copied text makes its narrow form anew, which may cut it: a path keeps its bytes.
+WideString CopyOfPath(const WideString& path) {
+  WideString copy;
+  copy.assignBytes(path.getCharPtr());
+  return copy.compare(path.getWCharPtr(), 0) == 0 ? std::move(copy) : path;
+}
+
 }  // namespace
 
+HandlerInfo::HandlerInfo(const HandlerInfo& other) { *this = other; }
+
 HandlerInfo::~HandlerInfo() = default;
+
+HandlerInfo& HandlerInfo::operator=(const HandlerInfo& other) {
+  if (this != &other) {
+    handlerName = other.handlerName;
+    handlerType = other.handlerType;
+    description = other.description;
+    serverPath = CopyOfPath(other.serverPath);
+    serverDirectory = CopyOfPath(other.serverDirectory);
+    firstReserved = other.firstReserved;
+    secondReserved = other.secondReserved;
+  }
+  return *this;
+}
 
 const char* HandlerInfo::GetHandlerName() const { return handlerName.getCharPtr(); }
 

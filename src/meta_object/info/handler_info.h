@@ -10,9 +10,9 @@ namespace quenlatrix::meta_object::info {
 class HandlerInfo {
  public:
   HandlerInfo() = default;
-  HandlerInfo(const HandlerInfo&) = default;
+  HandlerInfo(const HandlerInfo& other);
   virtual ~HandlerInfo();
-  HandlerInfo& operator=(const HandlerInfo&) = default;
+  HandlerInfo& operator=(const HandlerInfo& other);
 
   // The narrow form of each text, valid until the text changes; null when the text is empty or has
   // no narrow form. Path and directory are the very bytes of the file's name, null where the

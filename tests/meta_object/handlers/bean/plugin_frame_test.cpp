@@ -114,6 +114,8 @@ TEST(PluginFrame, TellsItsPathInTheFilesOwnBytes) {
     ASSERT_TRUE(image.InitHandler(image.handle));
     EXPECT_EQ(image.GetHandlerInfo()->GetServerPath(), (folder / "plugin.so").native());
     EXPECT_EQ(image.GetHandlerInfo()->GetServerDirectory(), folder.native());
+    const meta_object::info::HandlerInfo copy(*image.GetHandlerInfo());
+    EXPECT_EQ(copy.GetServerDirectory(), folder.native());
   }
   fs::remove_all(folder.parent_path());
 }
