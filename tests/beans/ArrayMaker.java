@@ -9,6 +9,7 @@ public class ArrayMaker {
   public int[][] grid() { return new int[][] {{1, 2, 3}, {4, 5, 6}}; }
   public int[][] unevenRows() { return new int[][] {{1, 2, 3}, {4}, {5, 6, 7, 8}}; }
   public int[][] nullRow() { return new int[][] {{1, 2}, null, {3, 4}}; }
+  public byte[][] longSecondRow() { return new byte[][] {{1, 2}, new byte[4000000]}; }
   public byte[][] hugeTable() {
     byte[][] rows = new byte[50000][];
     java.util.Arrays.fill(rows, new byte[50000]);

@@ -94,8 +94,9 @@ class CBeanMethodInvoke {
     kNoValue,  // an empty array, one whose first row is null, or one of another shape
     kNotMade,  // a value without room for it: memory, or more places than an array has
   };
-  // Fills `*result`, an array value, or a new one when it is null, from a Java array; there is no
-  // new one unless it is done. What Java holds as null is an empty place, a null row a row of them.
+  // Fills `*result`, an array value, or a new one when it is null, from a Java array. A new one is
+  // there when it is done, and in an array of arrays also when Java threw at one of the later rows.
+  // What Java holds as null is an empty place, a null row a row of them.
   ArrayCopy JavaArray2Native(jarray array, const wchar_t* typeName, type::Object** result);
   ArrayCopy Java2Array2NativeArray(jarray array, const wchar_t* typeName, type::Object** result);
 
@@ -124,10 +125,12 @@ class CBeanMethodInvoke {
 
   // The value of an object whose class crosses as text.
   type::Object* CreateTextItem(const JavaTextClass& row, jobject reference);
+  // Makes the target's places, of one dimension, and fills them from the array's first elements.
+  ArrayCopy CopyElements(jarray array, const wchar_t* typeName, int count, type::Array& target);
   // False when Java threw.
   bool FillElements(jobjectArray array, const wchar_t* typeName, type::Array& target);
-  bool FillRows(jobjectArray array, const wchar_t* typeName, type::Array& target, int rows,
-                int columns);
+  ArrayCopy FillRows(jobjectArray array, const wchar_t* typeName, type::Array& target, int rows,
+                     int columns);
 
   std::list<type::Object*> params;
   TypeDesc returnType;  // without display name, detail, items and members

@@ -217,18 +217,26 @@ CBeanMethodInvoke::ArrayCopy CBeanMethodInvoke::JavaArray2Native(jarray array,
   if (dimensions != 1 || !target) {
     return ArrayCopy::kNoValue;
   }
-  if (!(*target).Create(ArrayDesc(typeName, {length}))) {
+  const ArrayCopy outcome = CopyElements(array, typeName, length, *target);
+  if (outcome == ArrayCopy::kDone) {
+    *result = target.Release();
+  }
+  return outcome;
+}
+
+CBeanMethodInvoke::ArrayCopy CBeanMethodInvoke::CopyElements(jarray array, const wchar_t* typeName,
+                                                             int count, type::Array& target) {
+  if (!target.Create(ArrayDesc(typeName, {count}))) {
     return ArrayCopy::kNotMade;
   }
   if (const JavaPrimitive* const primitive = FindPrimitive(typeName)) {
     if (primitive->fromArray != nullptr) {
-      primitive->fromArray(env, array, static_cast<unsigned int>(length), &*target);
+      primitive->fromArray(env, array, static_cast<unsigned int>(count), &target);
     }
-  } else if (!FillElements(static_cast<jobjectArray>(array), typeName, *target)) {
-    return ArrayCopy::kNoValue;
+    return ArrayCopy::kDone;
   }
-  *result = target.Release();
-  return ArrayCopy::kDone;
+  return FillElements(static_cast<jobjectArray>(array), typeName, target) ? ArrayCopy::kDone
+                                                                          : ArrayCopy::kNoValue;
 }
 
 bool CBeanMethodInvoke::FillElements(jobjectArray array, const wchar_t* typeName,
@@ -273,28 +281,33 @@ CBeanMethodInvoke::ArrayCopy CBeanMethodInvoke::Java2Array2NativeArray(jarray ar
   if (!(*target).Create(ArrayDesc(typeName, {rows, columns}))) {
     return ArrayCopy::kNotMade;
   }
-  const bool isWhole = FillRows(table, typeName, *target, rows, columns);
-  *result = target.Release();
-  return isWhole ? ArrayCopy::kDone : ArrayCopy::kNoValue;
+  const ArrayCopy outcome = FillRows(table, typeName, *target, rows, columns);
+  if (outcome != ArrayCopy::kNotMade) {
+    *result = target.Release();
+  }
+  return outcome;
 }
 
-bool CBeanMethodInvoke::FillRows(jobjectArray array, const wchar_t* typeName, type::Array& target,
-                                 int rows, int columns) {
+CBeanMethodInvoke::ArrayCopy CBeanMethodInvoke::FillRows(jobjectArray array,
+                                                         const wchar_t* typeName,
+                                                         type::Array& target, int rows,
+                                                         int columns) {
   Target row(nullptr);
-  (*row).GetMetaItemType() = ArrayDesc(typeName, {columns});
   for (int r = 0; r < rows; ++r) {
     const auto rowArray = LocalRef<jarray>::Adopt(env, env->GetObjectArrayElement(array, r));
     if (bean::IsJavaExceptionHappened(env, nullptr)) {
-      return false;
+      return ArrayCopy::kNoValue;
     }
-    if (!rowArray) {
+    // What stands beyond the columns is cut, however long the row.
+    const int count = rowArray ? std::min(env->GetArrayLength(rowArray.Get()), columns) : 0;
+    if (count < 1) {
       continue;
     }
     ReleaseItems(*row);
     (*row).Clear();
-    type::Object* scratch = &*row;
-    JavaArray2Native(rowArray.Get(), typeName, &scratch);
-    const int count = std::min((*row).GetItemCount(), columns);
+    if (CopyElements(rowArray.Get(), typeName, count, *row) == ArrayCopy::kNotMade) {
+      return ArrayCopy::kNotMade;
+    }
     for (int c = 0; c < count; ++c) {
       const auto index = static_cast<unsigned int>(c);
       type::Object* const item = (*row).GetItemAt(index);
@@ -302,7 +315,7 @@ bool CBeanMethodInvoke::FillRows(jobjectArray array, const wchar_t* typeName, ty
       target.SetItemAt(item, static_cast<unsigned int>(r * columns + c));
     }
   }
-  return true;
+  return ArrayCopy::kDone;
 }
 
 }  // namespace quenlatrix::meta_object::handlers::bean

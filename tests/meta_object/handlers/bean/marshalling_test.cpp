@@ -1,3 +1,5 @@
+#include <sys/resource.h>
+
 #include "meta_object/type/array.h"
 #include "meta_object/type/scalar_values.h"
 #include "tests/meta_object/handlers/bean/plugin_fixture.h"
@@ -234,6 +236,18 @@ TEST_F(MarshallingTest, ResultsOfEveryShapeComeBack) {
       EXPECT_THAT(Utf8(outcome.record.failureText), testing::HasSubstr("places of an array"));
     }
   }
+}
+
+// Each byte that is copied would take a value.
+TEST_F(MarshallingTest, WhatIsCutOffARowIsNotCopied) {
+  Handler& maker = Make("beans.ArrayMaker");
+  Call(maker, "grid", "int[][]");
+  rusage before = {};
+  rusage after = {};
+  getrusage(RUSAGE_SELF, &before);
+  EXPECT_EQ(Answer(maker, "longSecondRow", "byte[][]"), "Int [[1,2],[0,0]]");
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 100000) << "kilobytes";
 }
 
 TEST_F(MarshallingTest, ArgumentsThatChangeShapeAreFilledAgain) {
