@@ -1,7 +1,6 @@
 #include "meta_object/info/handler_info.h"
 
 #include <string>
-#include <utility>
 
 #include "os/module.h"
 
@@ -23,7 +22,10 @@ std::string DirectoryOf(const std::string& path) {
 WideString CopyOfPath(const WideString& path) {
   WideString copy;
   copy.assignBytes(path.getCharPtr());
-  return copy.compare(path.getWCharPtr(), 0) == 0 ? std::move(copy) : path;
+  if (copy.compare(path.getWCharPtr(), 0) != 0) {
+    return path;
+  }
+  return copy;
 }
 
 }  // namespace

@@ -175,8 +175,8 @@ unsigned int Array::GetLinearIndex(int* indices, int count) const {
   }
   const std::span<const Dimension> dimensions = DimensionsOf(typeDesc);
   int* index = indices;
-  for (auto dimension = dimensions.rbegin(); dimension != dimensions.rend(); ++dimension) {
-    const std::int64_t offset = OffsetOf(*dimension, *index);
+  for (std::size_t d = dimensions.size(); d-- > 0;) {
+    const std::int64_t offset = OffsetOf(dimensions[d], *index);
     if (offset < 0) {
       return kNoIndex;
     }
