@@ -1,18 +1,29 @@
 #include "host/events.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 
 namespace quenlatrix::host {
+
+namespace {
+
+std::atomic<bool> hasLostEvents = false;
+
+}  // namespace
 
 void ReportEvent(TSysEventType type, TSysEventCategory category, const std::string& text) {
   std::string line = text;
   std::replace_if(
       line.begin(), line.end(),
       [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
-  ReportSystemEvent(type, category, "%s", line.c_str());
+  if (!ReportSystemEvent(type, category, "%s", line.c_str())) {
+    hasLostEvents = true;
+  }
 }
+
+bool HasLostEvents() { return hasLostEvents; }
 
 std::unique_ptr<EventLogFile> EventLogFile::Open(const std::string& file, std::string& why) {
   errno = 0;

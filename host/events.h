@@ -12,6 +12,10 @@ namespace quenlatrix::host {
 // may report.
 void ReportEvent(TSysEventType type, TSysEventCategory category, const std::string& text);
 
+// Was the event log's file without room for an event, or not to be written for another reason? Any
+// thread may ask.
+bool HasLostEvents();
+
 // The event log while a program runs: opened on a file and closed at the end. For one thread.
 class EventLogFile {
  public:

@@ -22,9 +22,16 @@ int Run(int argc, char** argv) {
     return static_cast<int>(ExitStatus::Usage);
   }
   ReportEvent(EVT_INFO, CAT_START, std::string("beanhost starts: ") + line.command->name);
-  const ExitStatus status = line.command->run(line.options, line.words, output);
+  ExitStatus status = line.command->run(line.options, line.words, output);
   ReportEvent(EVT_INFO, CAT_STOP,
               "beanhost stops with exit status " + std::to_string(static_cast<int>(status)));
+  if (HasLostEvents()) {
+    std::cerr << "beanhost: the event log " << *line.options.eventLog
+              << " lacks events: expected a file with room for them, found one that can't be "
+                 "written; make room or name another one with --event-log"
+              << std::endl;
+    if (status == ExitStatus::Done) status = ExitStatus::Failed;
+  }
   return static_cast<int>(status);
 }
 

@@ -343,6 +343,13 @@ TEST_F(BeanhostCli, ListsTheBeansOfAJarAndSaysWhereThereAreNone) {
   EXPECT_THAT(none.err, HasSubstr("no bean found in"));
 }
 
+TEST_F(BeanhostCli, EventsThatFindNoRoomAreNoSuccess) {
+  const ProgramRun run = Host({"--event-log", "/dev/full", "call", "beans.Point", "getX"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "0\n");
+  EXPECT_THAT(run.err, HasSubstr("the event log /dev/full lacks events"));
+}
+
 TEST_F(BeanhostCli, AScriptThatCannotBeReadToItsEndIsAnError) {
   std::filesystem::remove(directory / "in");
   std::filesystem::create_directory(directory / "in");
