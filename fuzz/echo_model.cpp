@@ -156,19 +156,14 @@ bool HasEmptyPlace(const type::Array& array) {
   return std::ranges::any_of(CountsOf(array), [](int count) { return count < 0; });
 }
 
-// The first null on the way back ends it.
+// What is null on the way back is an empty place, or a row of them.
 std::string ExpectTable(const type::Array& array, int rows, int columns, const EchoKind& kind) {
   std::vector<Fate> places;
-  bool isCut = false;
   for (int r = 0; r < rows; ++r) {
     const auto row = ExpectRow(array, static_cast<unsigned int>(r * columns), columns, kind);
     if (r == 0 && !row) return "refused";
     for (int c = 0; c < columns; ++c) {
-      const Fate place = row ? (*row)[static_cast<std::size_t>(c)] : std::nullopt;
-      isCut = isCut || !place;
-      places.push_back(isCut ? std::nullopt : place);
-      // Past the cut an element may still be Java's own matter.
-      if (place == kAnything) places.back() = place;
+      places.push_back(row ? (*row)[static_cast<std::size_t>(c)] : std::nullopt);
     }
   }
   return ShowPlaces({rows, columns}, places);

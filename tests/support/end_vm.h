@@ -2,6 +2,10 @@
 
 #include <dlfcn.h>
 #include <jni.h>
+#include <link.h>
+
+#include <cstddef>
+#include <string_view>
 
 namespace quenlatrix::test {
 
@@ -10,9 +14,13 @@ namespace quenlatrix::test {
 // libjvm's own destructors take apart, and complains. Waits for every thread that is attached and
 // every Java thread that is no daemon.
 inline void EndVm() {
-  // Found by its name, since whoever started the VM keeps the library to himself.
+  // Found by its name, since whoever started the VM keeps the library to himself. Looked for first:
+  // what the loader says of a library that isn't there would be left behind.
+  const auto isVm = [](dl_phdr_info* image, std::size_t, void*) {
+    return std::string_view(image->dlpi_name).ends_with("/libjvm.so") ? 1 : 0;
+  };
+  if (dl_iterate_phdr(isVm, nullptr) == 0) return;
   void* const library = dlopen("libjvm.so", RTLD_NOW | RTLD_NOLOAD);
-  if (library == nullptr) return;
   using GetCreated = jint (*)(JavaVM**, jsize, jsize*);
   const auto getCreated = reinterpret_cast<GetCreated>(dlsym(library, "JNI_GetCreatedJavaVMs"));
   JavaVM* vm = nullptr;
